@@ -1,0 +1,92 @@
+#pragma once
+#include <memory>
+
+#include "backup/session.h"
+
+/// Kinds of source that a parser reads.
+enum RECOVERY_TYPE { RECOVERY_TYPE_LOCAL_BACKUP = 1 };
+
+/// The seam between the workflow and a source of device data.
+///
+/// Made, used and replaced on the thread of the scan. Order: Init, InitCallback, Scan, then the Get operations in
+/// the order of the categories. Every operation returns a status: 0 success, 1 a callback said stop and the step
+/// ended early, 2 end the walk, 87 manifest missing, -1 failure of Scan, -110 wrong password.
+class IPhoneRecoveryParse {
+ public:
+  virtual int Init(void* pSession) = 0;
+  virtual int InitCallback(ProgressCallback pfnCallback, void* pContext) = 0;
+  virtual int IsEncrypt(bool& bEncrypted) = 0;
+  virtual int CheckPassword(char* pszPassword) = 0;
+  virtual int Scan(QString qstrDecryptedFolder) = 0;
+  virtual int GetIPhoneMessageInfo(MessageMap& messages) = 0;
+  virtual int GetAttachmentsFilePath(std::vector<_IPHONE_ATTACHMENTS_>& attachments) = 0;
+  virtual int GetIPhonePersonContent(std::vector<__PERSON_CONTENT__>& people) = 0;
+  virtual int GetIPhoneNotes(std::vector<__NOTES__>& notes) = 0;
+  virtual int GetIPhoneHistoryCallInfo(std::vector<__CALLHISTORY__>& calls) = 0;
+  virtual int GetCameraFilePath(std::vector<_IPHONE_CAMERA_INFO_>& camera,
+                                std::vector<_IPHONE_CAMERA_INFO_>& photoStream) = 0;
+  virtual int GetWhatsAppAttachment(std::vector<_WHATSAPP_ATTACHMENTS_>& attachments) = 0;
+  virtual int GetAppFilePath(std::vector<_IPHONE_APP_FILE_INFO_>& files) = 0;
+  virtual int GetQQMessageInfo(QQMap& messages) = 0;
+  virtual int GetWeiXinMessageInfo(WeiXinMap& messages) = 0;
+  virtual int GetWhatsappMessageInfo(WhatsAppMap& chats) = 0;
+  virtual int PreView(char16_t* pFirst, char16_t* pSecond, ProgressCallback pfnCallback, void* pContext) = 0;
+  virtual int Recovery(char16_t* pFirst, char16_t* pSecond, RecoveryCallback pfnCallback, void* pContext) = 0;
+  virtual int RecoverySMSMessage(char* pszDestination) = 0;
+  virtual int RecoveryPersonContacts(char* pszDestination) = 0;
+  virtual int RecoveryWhatsAppMessage(unsigned int nChatId, char16_t* pPath, RecoveryCallback pfnCallback,
+                                      void* pContext) = 0;
+  virtual int RecoveryQQMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird, RecoveryCallback pfnCallback,
+                                void* pContext) = 0;
+  virtual int RecoveryWeiXinMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird,
+                                    RecoveryCallback pfnCallback, void* pContext) = 0;
+  virtual ~IPhoneRecoveryParse() = default;
+};
+
+/// The local backup: hands everything on to a session, which it doesn't own.
+class CLocalBuckupRecovery : public IPhoneRecoveryParse {
+ public:
+  int Init(void* pSession) override;  ///< @param pSession a CIphoneBackupFile that outlives the parser
+  int InitCallback(ProgressCallback pfnCallback, void* pContext) override;
+  int IsEncrypt(bool& bEncrypted) override;      ///< tells nothing: 0, and the argument stays
+  int CheckPassword(char* pszPassword) override; ///< accepts anything: 1
+  int Scan(QString qstrDecryptedFolder) override;
+  int GetIPhoneMessageInfo(MessageMap& messages) override;
+  int GetAttachmentsFilePath(std::vector<_IPHONE_ATTACHMENTS_>& attachments) override;
+  int GetIPhonePersonContent(std::vector<__PERSON_CONTENT__>& people) override;
+  int GetIPhoneNotes(std::vector<__NOTES__>& notes) override;
+  int GetIPhoneHistoryCallInfo(std::vector<__CALLHISTORY__>& calls) override;
+  int GetCameraFilePath(std::vector<_IPHONE_CAMERA_INFO_>& camera,
+                        std::vector<_IPHONE_CAMERA_INFO_>& photoStream) override;
+  int GetWhatsAppAttachment(std::vector<_WHATSAPP_ATTACHMENTS_>& attachments) override;
+  int GetAppFilePath(std::vector<_IPHONE_APP_FILE_INFO_>& files) override;
+  int GetQQMessageInfo(QQMap& messages) override;
+  int GetWeiXinMessageInfo(WeiXinMap& messages) override;
+  int GetWhatsappMessageInfo(WhatsAppMap& chats) override;
+  int PreView(char16_t* pFirst, char16_t* pSecond, ProgressCallback pfnCallback, void* pContext) override;
+  int Recovery(char16_t* pFirst, char16_t* pSecond, RecoveryCallback pfnCallback, void* pContext) override;
+  int RecoverySMSMessage(char* pszDestination) override;
+  int RecoveryPersonContacts(char* pszDestination) override;
+  int RecoveryWhatsAppMessage(unsigned int nChatId, char16_t* pPath, RecoveryCallback pfnCallback,
+                              void* pContext) override;
+  int RecoveryQQMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird, RecoveryCallback pfnCallback,
+                        void* pContext) override;
+  int RecoveryWeiXinMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird, RecoveryCallback pfnCallback,
+                            void* pContext) override;
+
+ private:
+  CIphoneBackupFile* m_pBackupFile = nullptr;
+};
+
+/// Makes parsers.
+class CIphoneRecoveryFactory {
+ public:
+  static CIphoneRecoveryFactory* getInstance();
+
+  /// @param pBackupFile a CIphoneBackupFile that outlives the parser.
+  /// @return a parser that the caller owns; null for a kind that isn't known.
+  IPhoneRecoveryParse* CreateRecoveryParse(void* pBackupFile, RECOVERY_TYPE nType);
+
+ private:
+  CIphoneRecoveryFactory() = default;
+};

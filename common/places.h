@@ -1,0 +1,19 @@
+#pragma once
+#include <string>
+
+// Where the system's fixed folders are. This header only declares them: each executable defines both functions
+// (the program with the machine-wide folders, the command line with a private folder, the tests with a temporary
+// one), so that no other code knows a path and none reads the environment for it.
+
+/// The folder whose sub-folders are the backups. Narrow, with a trailing "/".
+std::string BackupRoot();
+
+/// The folder for temporary files. Narrow, with a trailing "/". It need not exist.
+std::string WorkFolder();
+
+/// The folder inside the work folder that receives decrypted files.
+constexpr char kDecryptFolderName[] = "VelmoraiTunesExBackupPath";
+
+/// The places of the installed program.
+constexpr char kSystemBackupRoot[] = "/Library/Application Support/MobileSync/Backup/";
+constexpr char kSystemWorkFolder[] = "/Library/Application Support/Velmora Orvandel/";

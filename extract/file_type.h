@@ -1,0 +1,94 @@
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// Tells what a file is from its first 512 bytes. Not shared between threads: an object numbers the files that it
+/// has named.
+class CFileTypeJudge {
+ public:
+  static constexpr int kUnknown = 48;  ///< the type number of what no test accepts
+  static constexpr uint32_t kHeadSize = 512;
+
+  /// @param strPath   narrow path.
+  /// @param strOutput receives a number, "." and the extension, "0.jpg" first; left alone when the type is unknown.
+  /// @return 0 when the head was read; an errno value when the file can't be opened; 30 when it has fewer than 512
+  ///         bytes.
+  int ParseFileBuf(const char* pszPath, std::string& strOutput);
+
+  /// The same over a head in memory, for real wide text. @return 0.
+  int ParseFileBuf(const void* pData, uint32_t nLength, std::wstring& wstrOutput);
+
+  /// The type of a head: the first that a row of the table finds, or 48.
+  static int GetDataBufType(const void* pData, uint32_t nLength);
+
+  /// The type of an extension, in any case, or 48.
+  static int GetExtendNameType(const char* pszExtension);
+
+  // The tests. Each answers its type number, or 48 for null, a length that is too small or another head.
+  static int IsMpgType(const void* pData, uint32_t nLength);
+  static int IsMp4Type(const void* pData, uint32_t nLength);
+  static int IsRmvbType(const void* pData, uint32_t nLength);
+  static int IsAsfType(const void* pData, uint32_t nLength);
+  static int IsAviType(const void* pData, uint32_t nLength);
+  static int Is3pgType(const void* pData, uint32_t nLength);
+  static int IsMp3Type(const void* pData, uint32_t nLength);
+  static int IsMidType(const void* pData, uint32_t nLength);
+  static int IsWavType(const void* pData, uint32_t nLength);
+  static int IsMovType(const void* pData, uint32_t nLength);
+  static int IsGifType(const void* pData, uint32_t nLength);
+  static int IsBmpType(const void* pData, uint32_t nLength);
+  static int IsJpgType(const void* pData, uint32_t nLength);
+  static int IsPngType(const void* pData, uint32_t nLength);
+  static int IsIcoType(const void* pData, uint32_t nLength);
+
+  // Tests that no row of the table uses, so that no file is ever judged by them.
+  static int IsOffice2003Type(const void* pData, uint32_t nLength);
+  static int IsOffice2007Type(const void* pData, uint32_t nLength);
+  static int IsPdfType(const void* pData, uint32_t nLength);
+  static int IsGhoType(const void* pData, uint32_t nLength);
+  static int IsMp2Type(const void* pData, uint32_t nLength);
+  static int IsMmfType(const void* pData, uint32_t nLength);
+  static int IsMkvType(const void* pData, uint32_t nLength);
+  static int IsApeType(const void* pData, uint32_t nLength);
+  static int IsSwfType(const void* pData, uint32_t nLength);
+  static int IsFlvType(const void* pData, uint32_t nLength);
+  static int IsPsdType(const void* pData, uint32_t nLength);
+  static int IsTifType(const void* pData, uint32_t nLength);
+  static int IsCabType(const void* pData, uint32_t nLength);
+  static int Is7zType(const void* pData, uint32_t nLength);
+  static int IsZipType(const void* pData, uint32_t nLength);
+  static int IsGzipType(const void* pData, uint32_t nLength);
+  static int IsRarType(const void* pData, uint32_t nLength);
+  static int IsPstEmailType(const void* pData, uint32_t nLength);
+  static int IsSqlType(const void* pData, uint32_t nLength);
+  static int IsDbxEmailType(const void* pData, uint32_t nLength);
+  static int IsPeType(const void* pData, uint32_t nLength);  ///< 41, 42 or 43
+  static int IsFlaType(const void* pData, uint32_t nLength);
+  static int IsTtfType(const void* pData, uint32_t nLength);
+  static int IsMtsType(const void* pData, uint32_t nLength);
+
+ private:
+  struct Row {
+    const char* pszExtension;
+    int nType;
+    int (*pfnTest)(const void*, uint32_t);
+  };
+  static const Row szExtendNameAndType[];
+
+  static const Row* FindRow(const void* pData, uint32_t nLength);
+
+  int64_t m_nFileCounter = 0;
+};
+
+// Searches in memory. They differ from the C library's in what they answer to an empty pattern.
+namespace memory_search {
+
+/// First hit, or null. Null for a null pointer, an empty pattern or one longer than the data.
+const void* memmem(const void* pData, size_t nLength, const void* pPattern, size_t nPatternLength);
+
+/// Last hit, or null. An empty pattern hits at the end of the data.
+const void* memrmem(const void* pData, size_t nLength, const void* pPattern, size_t nPatternLength);
+
+}  // namespace memory_search

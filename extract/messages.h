@@ -1,0 +1,61 @@
+#pragma once
+#include <QString>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "common/callback.h"
+
+/// One message.
+struct __MESSAGE_INFO__ {
+  int32_t nDeleted = 0;
+  int32_t nIsFromMe = 0;       ///< 0 for a received message
+  int32_t nRowId = 0;
+  uint32_t nHandleId = 0;      ///< key of the conversation
+  std::string strDate;         ///< YYYY-MM-DD HH:MM:SS, UTC
+  std::string strSender;       ///< the other side's number or address, as stored
+  std::string strContactName;  ///< of the matching contact, or empty
+  std::string strText;
+  std::string strReserved;
+};
+
+/// Conversations by handle, each newest first.
+using MessageMap = std::map<unsigned int, std::vector<__MESSAGE_INFO__>>;
+
+/// Newest first.
+bool VectorCmp(const __MESSAGE_INFO__& first, const __MESSAGE_INFO__& second);
+
+/// Reads the messages of a backup. Lives on the stack for one call, on the thread of the scan.
+class CIPhoneMessage {
+ public:
+  int32_t nProductVersionAbove11 = 0;  ///< handed in, decides nothing
+  bool bNewContactsLayout = false;     ///< column layout of the contacts store of a backup with "Manifest.db"
+
+  CIPhoneMessage();
+
+  /// Sets whom to report progress to: values from nBase to nBase + nSpan. @return 0.
+  int InitCallback(ProgressCallback pfnCallback, void* pContext, int nBase, int nSpan);
+
+  /// Adds the messages that have a text to the map, with the name of the first contact whose phone text holds the
+  /// sender.
+  /// @param strMessagePath, strContactsPath narrow paths of the two stores.
+  /// @param nMaxId receives the highest message row id seen, of dropped rows too.
+  /// @return the callback's last answer, 0 without one. A first answer other than 0 leaves the map as it was.
+  int GetSMSInfo(const std::string& strMessagePath, const std::string& strContactsPath, MessageMap& messages,
+                 uint64_t& nMaxId);
+
+  /// Copies the store to a path and makes the copy readable and writable by all. @param nMaxId not used.
+  /// @return 0 always.
+  int SaveSMSCsvFile(const std::string& strSource, const std::string& strDestination, uint64_t nMaxId);
+
+ private:
+  QString m_qstrMessageConnection;
+  QString m_qstrMessageDriver;
+  QString m_qstrContactsConnection;
+  QString m_qstrContactsDriver;
+  ProgressCallback m_pfnCallback = nullptr;
+  void* m_pCallbackContext = nullptr;
+  int m_nProgressBase = 0;
+  int m_nProgressSpan = 0;
+};

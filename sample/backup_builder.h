@@ -1,0 +1,70 @@
+#pragma once
+#include <QByteArray>
+#include <QString>
+#include <vector>
+
+/// Builds one backup, file by file, as a device would have left it. For tests, benchmarks and the sample.
+/// The same calls give the same bytes on every run. Throws std::runtime_error when something can't be written.
+class BackupBuilder {
+ public:
+  enum class Layout {
+    Mbdb,  ///< flat, with "Manifest.mbdb"
+    Db     ///< two-character folders, with "Manifest.db"
+  };
+
+  /// What "Info.plist" tells. A null QString leaves its key out; an empty one writes an empty value.
+  struct Info {
+    QString displayName = "Sample Phone";
+    QString lastBackupDate = "2016-05-01T09:12:33Z";
+    QString phoneNumber = "+49 30 901820";
+    QString productVersion = "9.3.1";
+    QString serialNumber = "F2LSAMPLE001";
+  };
+
+  // Modes of manifest entries.
+  static constexpr quint16 kFile = 0x81A4;
+  static constexpr quint16 kDirectory = 0x41ED;
+  static constexpr quint16 kLink = 0xA1ED;
+
+  /// @param folder the backup's own folder; made, with its parents, where it is missing.
+  BackupBuilder(const QString& folder, Layout layout);
+
+  /// Writes "Info.plist" (XML, keys sorted, as devices do) at once.
+  void writeInfo(const Info& info);
+
+  /// Adds an entry to the manifest and writes its file. @return full path of the file.
+  QString addFile(const QString& domain, const QString& relativePath, const QByteArray& content);
+
+  /// Adds an entry without a file: a directory, a link, or a file that is missing from the backup.
+  void addEntry(const QString& domain, const QString& relativePath, quint16 mode = kFile);
+
+  /// Adds an entry for a file that the caller writes itself (a store, say), and makes its folder.
+  /// @return full path where the file has to go.
+  QString reserveFile(const QString& domain, const QString& relativePath);
+
+  /// Writes the manifest. Nothing may be added afterwards. @param wal leaves "Manifest.db" in WAL mode.
+  void finish(bool wal = false);
+
+  /// The identifier of a file: plain SHA-1 of domain, "-", relative path in UTF-8; 40 lower-case digits.
+  static QString fileId(const QString& domain, const QString& relativePath);
+
+  /// Where the file with an identifier lies, or would lie.
+  QString filePath(const QString& fileId) const;
+
+  const QString& folder() const { return m_folder; }
+  Layout layout() const { return m_layout; }
+
+ private:
+  struct Entry {
+    QString domain;
+    QString relativePath;
+    quint16 mode;
+    quint64 size;
+  };
+  void writeMbdb() const;
+  void writeDb(bool wal) const;
+
+  QString m_folder;
+  Layout m_layout;
+  std::vector<Entry> m_entries;
+};

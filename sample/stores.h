@@ -1,0 +1,86 @@
+#pragma once
+#include <QString>
+#include <QVariant>
+#include <memory>
+#include <vector>
+
+#include "sample/backup_builder.h"
+
+// Writers of the well-known SQLite stores, with the tables and columns that devices have (not only those that the
+// system reads). Each is made on a file path (see BackupBuilder::reserveFile), filled, and done when it is destroyed.
+// All rows go in one transaction. Throws std::runtime_error when something can't be written.
+
+/// Domain and path of each well-known store on the device, for BackupBuilder::reserveFile.
+struct StorePlace {
+  QString domain;
+  QString relativePath;
+};
+namespace store_places {
+StorePlace contacts();      // HomeDomain, Library/AddressBook/AddressBook.sqlitedb          31bb7ba8...
+StorePlace messages();      // HomeDomain, Library/SMS/sms.db                                3d0d7e5f...
+StorePlace notes();         // HomeDomain, Library/Notes/notes.sqlite                        ca3bc056...
+StorePlace notesCloud();    // AppDomainGroup-group.com.apple.notes, NoteStore.sqlite        4f98687d...
+StorePlace calls();         // HomeDomain, Library/CallHistoryDB/CallHistory.storedata       5a4935c7...
+StorePlace callsFallback(); // WirelessDomain, Library/CallHistory/call_history.db           2b2b0084...
+}  // namespace store_places
+
+/// Common part: one SQLite file and its open transaction.
+class SampleStore {
+ public:
+  /// @param wal leaves the file in WAL mode (header bytes 18 and 19 are 2), all content in the main file.
+  SampleStore(const QString& path, bool wal);
+  virtual ~SampleStore();
+  /// Runs any statement on the store, for what the classes below don't offer. Values are bound to "?".
+  void run(const QString& sql, const std::vector<QVariant>& values = {});
+
+ private:
+  struct Private;
+  std::unique_ptr<Private> d;
+};
+
+/// Address book. The searchable text table has the old columns (c15Phone, c16Email, c17Address, c19URL) or the new
+/// ones (c16Phone, c17Email, c18Address, c20URL); ABPerson and ABMultiValue are filled as well.
+class ContactsStore : public SampleStore {
+ public:
+  struct Person {
+    QString first, last, company, phone, email, address, url;  ///< several values of one kind: one text, as given
+  };
+  ContactsStore(const QString& path, bool newLayout, bool wal = false);
+  /// @return the docid, counting from 1.
+  qint64 add(const Person& person);
+};
+
+/// SMS and iMessage.
+class MessageStore : public SampleStore {
+ public:
+  explicit MessageStore(const QString& path, bool wal = false);
+  qint64 addHandle(const QString& id, const QString& service = "iMessage");  ///< @return its row id
+  qint64 addChat(const QString& identifier);                                 ///< @return its row id
+  /// @param date as stored: seconds or nanoseconds from 2001-01-01. A null text is stored as NULL.
+  /// @param chats chat_message_join gets a row for each. @return the message's row id.
+  qint64 addMessage(qint64 handle, const QString& text, qint64 date, bool fromMe, const std::vector<qint64>& chats);
+};
+
+/// Call log with ZCALLRECORD, for the first-choice and the fallback place alike.
+class CallStore : public SampleStore {
+ public:
+  explicit CallStore(const QString& path, bool wal = false);
+  /// @param date seconds from 2001-01-01. @param duration may have a fraction. A null address is stored as NULL.
+  void add(int answered, double duration, const QString& address, double date);
+};
+
+/// Notes with ZNOTE and ZNOTEBODY.
+class NotesStore : public SampleStore {
+ public:
+  explicit NotesStore(const QString& path, bool wal = false);
+  /// @param date seconds from 2001-01-01, or a null QVariant. A null body leaves the note without a ZNOTEBODY row.
+  void add(const QVariant& date, const QString& title, const QString& body);
+};
+
+/// Notes with ZICCLOUDSYNCINGOBJECT.
+class NotesCloudStore : public SampleStore {
+ public:
+  explicit NotesCloudStore(const QString& path, bool wal = false);
+  /// @param date1 what ZCREATIONDATE1 gets, seconds from 2001-01-01, or null.
+  void add(const QVariant& date1, const QString& title, const QString& snippet);
+};
