@@ -10,13 +10,14 @@ struct STRUCT_RSB_FILE_ATTR {
 
 /// Opens a file by its UTF-16 path.
 /// @param pMode one character for each wchar_t. Only its first letter counts: "rb" opens as "r", and
-///              "w+,ccs=UTF-8" as "w", for plain writing, truncated, with no encoding layer and no byte-order mark.
+///              "w+,ccs=UTF-8" as "w", for plain writing, truncated, with no encoding layer and no byte-order
+///              mark.
 /// @return a stream as fopen gives it, or null with errno set.
 FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode);
 
 /// Size of a file in bytes.
-/// The path is taken through Latin-1, so that one with characters beyond ASCII isn't found on a UTF-8 file system.
-/// The low half of the size is widened with its sign; callers keep the low 32 bits.
+/// The path is taken through Latin-1, so that one with characters beyond ASCII isn't found on a UTF-8 file
+/// system. The low half of the size is widened with its sign; callers keep the low 32 bits.
 /// @return 0, or the errno value, with nSize left alone.
 int GetFileByteSize(const char16_t* pPath, long long& nSize);
 
@@ -25,7 +26,8 @@ int GetFileByteSize(const char16_t* pPath, long long& nSize);
 /// @return 0 when all came, 30 when the file ended or failed before.
 int ReadData(int nDescriptor, void* pBuffer, uint32_t nCount, uint32_t& nRead);
 
-/// Attributes of an open file. @param pAttr may be null. @return 0, or -1 for a bad descriptor, with errno set.
+/// Attributes of an open file. @param pAttr may be null. @return 0, or -1 for a bad descriptor, with errno
+/// set.
 int rsb_statH(int nDescriptor, STRUCT_RSB_FILE_ATTR* pAttr);
 
 /// Sleeps for so many milliseconds.

@@ -12,10 +12,12 @@ void _splitpath(const char* pszPath, std::string& strDrive, std::string& strFold
 int GetExtendName(const char* pszName, std::string& strExtension);
 
 /// A path under which no file exists yet: the path itself, or with "(1)", "(2)" and so on in front of its
-/// extension. There is no lock between the test and the creation: the caller is the only writer of the folder.
+/// extension. There is no lock between the test and the creation: the caller is the only writer of the
+/// folder.
 /// @param pszPath narrow. @return UTF-16.
 std::u16string GetRealFileName(const char* pszPath);
 
-/// The same, but the numbers begin at nNumber, for a caller who knows that the path and the lower numbers are taken.
+/// The same, but the numbers begin at nNumber, for a caller who knows that the path and the lower numbers are
+/// taken.
 /// @param nNumber 0 begins with the path itself. It receives the number that was taken.
 std::string FirstFreeName(const std::string& strPath, unsigned int& nNumber);

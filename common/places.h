@@ -1,9 +1,9 @@
 #pragma once
 #include <string>
 
-// Where the system's fixed folders are. This header only declares them: each executable defines both functions
-// (the program with the machine-wide folders, the command line with a private folder, the tests with a temporary
-// one), so that no other code knows a path and none reads the environment for it.
+// Where the system's fixed folders are. This header only declares them: each executable defines both
+// functions (the program with the machine-wide folders, the command line with a private folder, the tests
+// with a temporary one), so that no other code knows a path and none reads the environment for it.
 
 /// The folder whose sub-folders are the backups. Narrow, with a trailing "/".
 std::string BackupRoot();

@@ -1,8 +1,9 @@
 #pragma once
 #include <string>
 
-// The engine passes over whatever it can't read and returns what it has; nothing stops and no message appears.
-// Who wants to tell the user about it (the command line does, the window doesn't) installs a handler here.
+// The engine passes over whatever it can't read and returns what it has; nothing stops and no message
+// appears. Who wants to tell the user about it (the command line does, the window doesn't) installs a handler
+// here.
 
 /// Receives one thing that was passed over. Both texts narrow: the file, and what is wrong with it.
 using ProblemHandler = void (*)(const std::string& strFile, const std::string& strReason);

@@ -6,13 +6,14 @@
 
 /// One query over one SQLite store of a backup, read from its first row to its last.
 ///
-/// It is the only way in which the system opens a store. The file is opened read-only and as immutable: a missing
-/// store stays missing, and a store in WAL mode gets no files beside it. It lives on the stack of a reader, on one
-/// thread; the named connection exists as long as the object. A store or statement that fails gives no rows.
+/// It is the only way in which the system opens a store. The file is opened read-only and as immutable: a
+/// missing store stays missing, and a store in WAL mode gets no files beside it. It lives on the stack of a
+/// reader, on one thread; the named connection exists as long as the object. A store or statement that fails
+/// gives no rows.
 class StoreQuery {
  public:
-  /// What to do about a store or statement that fails: tell the problem handler, or keep quiet because the caller
-  /// tries it knowing that it may not fit.
+  /// What to do about a store or statement that fails: tell the problem handler, or keep quiet because the
+  /// caller tries it knowing that it may not fit.
   enum class Failure { Reported, Expected };
 
   /// @param qstrConnection name for QSqlDatabase; at most one object with a name may live at a time.

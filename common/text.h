@@ -33,9 +33,9 @@ int inner_uni2str(std::string& strNarrow, const char16_t* pWide);
 /// @return 0, or -1 when iconv doesn't know the pair; a handle that isn't open holds (iconv_t)-1.
 int inner_initUnicodeMap(const char* pszEncoding);
 
-extern std::string g_language;      ///< the name last given to inner_initUnicodeMap
-extern iconv_t sz2uni_handle;       ///< that encoding to UTF-16, little-endian
-extern iconv_t uni2sz_handle;       ///< and back
+extern std::string g_language;  ///< the name last given to inner_initUnicodeMap
+extern iconv_t sz2uni_handle;   ///< that encoding to UTF-16, little-endian
+extern iconv_t uni2sz_handle;   ///< and back
 
 /// Lowers the letters A to Z in place and leaves every other byte alone. @return the argument.
 char* GetCharLowerA(char* pszText);

@@ -1,0 +1,74 @@
+#include "common/format.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cwchar>
+
+namespace {
+
+struct SizeUnit {
+  long long nBelow;  // the first unit whose limit is above the size is taken
+  double dDivisor;
+  const char* pszUnit;
+};
+
+constexpr SizeUnit kSizeUnits[] = {
+    {1LL << 20, 1024.0, " KB"},
+    {1LL << 30, 1048576.0, " MB"},
+    {1LL << 40, 1073741824.0, " GB"},
+};
+constexpr SizeUnit kLargestUnit = {0, 1099511627776.0, " TB"};
+
+struct Duration {
+  long long nHours, nMinutes, nSeconds;
+};
+
+Duration SplitDuration(long long nSeconds) {
+  if (nSeconds < 60) return {0, 0, nSeconds};  // negative ones too
+  return {nSeconds / 3600, nSeconds % 3600 / 60, nSeconds % 60};
+}
+
+}  // namespace
+
+std::string GetFileSizeString(long long nSize) {
+  char szText[64];
+  if (nSize < 1024) {
+    snprintf(szText, sizeof szText, "%lld Bytes", nSize);
+    return szText;
+  }
+  SizeUnit unit = kLargestUnit;
+  for (const SizeUnit& candidate : kSizeUnits) {
+    if (nSize < candidate.nBelow) {
+      unit = candidate;
+      break;
+    }
+  }
+  snprintf(szText, sizeof szText, "%.2f%s", static_cast<double>(nSize) / unit.dDivisor, unit.pszUnit);
+  return szText;
+}
+
+std::string GetTimeStringA(long long nSeconds) {
+  const Duration duration = SplitDuration(nSeconds);
+  char szText[64];
+  snprintf(szText, sizeof szText, "%02lld:%02lld:%02lld", duration.nHours, duration.nMinutes,
+           duration.nSeconds);
+  return szText;
+}
+
+std::wstring GetTimeString(long long nSeconds) {
+  const Duration duration = SplitDuration(nSeconds);
+  std::wstring wstrText;
+  rsb_wsprintf(wstrText, L"%02lld:%02lld:%02lld", duration.nHours, duration.nMinutes, duration.nSeconds);
+  return wstrText;
+}
+
+int rsb_wsprintf(std::wstring& wstrBuffer, const wchar_t* pFormat, ...) {
+  static constexpr size_t kLimit = 4096;
+  wchar_t szText[kLimit];
+  va_list arguments;
+  va_start(arguments, pFormat);
+  const int nLength = vswprintf(szText, kLimit, pFormat, arguments);
+  va_end(arguments);
+  wstrBuffer.assign(szText, nLength > 0 ? static_cast<size_t>(nLength) : 0);
+  return nLength;
+}

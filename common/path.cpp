@@ -1,0 +1,49 @@
+#include "common/path.h"
+
+#include <unistd.h>
+
+#include <cstring>
+
+#include "common/status.h"
+#include "common/text.h"
+
+void _splitpath(const char* pszPath, std::string& strDrive, std::string& strFolder, std::string& strName,
+                std::string& strExtension) {
+  const std::string strPath = pszPath ? pszPath : "";
+  strDrive.clear();
+  const size_t nSlash = strPath.rfind('/');
+  const size_t nName = nSlash == std::string::npos ? 0 : nSlash + 1;
+  strFolder = strPath.substr(0, nName);
+  strName = strPath.substr(nName);
+  strExtension.clear();
+  const size_t nDot = strName.rfind('.');
+  if (nDot == std::string::npos) return;
+  strExtension = strName.substr(nDot);
+  strName.erase(nDot);
+}
+
+int GetExtendName(const char* pszName, std::string& strExtension) {
+  const char* pszDot = pszName ? strrchr(pszName, '.') : nullptr;
+  if (!pszDot) return kStatusMissing;
+  strExtension = pszDot + 1;
+  return 0;
+}
+
+std::string FirstFreeName(const std::string& strPath, unsigned int& nNumber) {
+  if (nNumber == 0) {
+    if (access(strPath.c_str(), F_OK) != 0) return strPath;
+    nNumber = 1;
+  }
+  std::string strDrive, strFolder, strName, strExtension;
+  _splitpath(strPath.c_str(), strDrive, strFolder, strName, strExtension);
+  for (;; ++nNumber) {
+    const std::string strCandidate =
+        strDrive + strFolder + strName + "(" + std::to_string(nNumber) + ")" + strExtension;
+    if (access(strCandidate.c_str(), F_OK) != 0) return strCandidate;
+  }
+}
+
+std::u16string GetRealFileName(const char* pszPath) {
+  unsigned int nNumber = 0;
+  return Ansi2Unicode(FirstFreeName(pszPath ? pszPath : "", nNumber).c_str());
+}

@@ -1,0 +1,67 @@
+#include "common/text.h"
+
+#include <QTextCodec>
+
+namespace {
+const iconv_t kNoHandle = reinterpret_cast<iconv_t>(-1);
+}
+
+std::string g_language;
+iconv_t sz2uni_handle = kNoHandle;
+iconv_t uni2sz_handle = kNoHandle;
+
+std::string ToNarrow(const QString& qstrText) {
+  const QByteArray bytes = QTextCodec::codecForLocale()->fromUnicode(qstrText);
+  return {bytes.constData(), static_cast<size_t>(bytes.size())};
+}
+
+QString FromNarrow(const std::string& strNarrow) {
+  return QTextCodec::codecForLocale()->toUnicode(strNarrow.data(), static_cast<int>(strNarrow.size()));
+}
+
+QString FromNarrow(const char* pszNarrow) {
+  return pszNarrow ? QTextCodec::codecForLocale()->toUnicode(pszNarrow) : QString();
+}
+
+std::u16string ToWide(const QString& qstrText) {
+  return qstrText.toStdU16String();
+}
+
+QString FromWide(const std::u16string& wstrText) {
+  return QString::fromStdU16String(wstrText);
+}
+
+std::string Unicode2Ansi(const char16_t* pWide) {
+  return pWide ? ToNarrow(QString::fromUtf16(pWide)) : std::string();
+}
+
+std::u16string Ansi2Unicode(const char* pszNarrow) {
+  return ToWide(FromNarrow(pszNarrow));
+}
+
+int inner_uni2str(std::string& strNarrow, const char16_t* pWide) {
+  strNarrow = pWide ? QString::fromUtf16(pWide).toLatin1().toStdString() : std::string();
+  return static_cast<int>(strNarrow.size());
+}
+
+int inner_initUnicodeMap(const char* pszEncoding) {
+  // UTF-16 in the byte order that the wide strings of every supported system have.
+  static constexpr char kWideEncoding[] = "UNICODELITTLE";
+  g_language = pszEncoding;
+  sz2uni_handle = iconv_open(kWideEncoding, pszEncoding);
+  if (sz2uni_handle == kNoHandle) return -1;
+  uni2sz_handle = iconv_open(pszEncoding, kWideEncoding);
+  if (uni2sz_handle == kNoHandle) {
+    iconv_close(sz2uni_handle);
+    sz2uni_handle = kNoHandle;
+    return -1;
+  }
+  return 0;
+}
+
+char* GetCharLowerA(char* pszText) {
+  for (char* p = pszText; p && *p; ++p) {
+    if (*p >= 'A' && *p <= 'Z') *p = static_cast<char>(*p - 'A' + 'a');
+  }
+  return pszText;
+}
