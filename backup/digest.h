@@ -2,11 +2,12 @@
 #include <cstdint>
 
 // The digest that names the files of a backup with a binary manifest: SHA-1 of domain, "-", relative path.
-// For input below 0x80 it is SHA-1. A byte from 0x80 on spreads its sign over the bytes to its left in its 4-byte
-// word; identifiers of names beyond ASCII depend on that, so no library digest can take its place.
+// For input below 0x80 it is SHA-1. A byte from 0x80 on spreads its sign over the bytes to its left in its
+// 4-byte word; identifiers of names beyond ASCII depend on that, so no library digest can take its place.
 
 /// @param pInput    terminated text. Null leaves the output untouched.
-/// @param pszOutput receives 8 lower-case hexadecimal digits for each state word that fits, with no terminator.
+/// @param pszOutput receives 8 lower-case hexadecimal digits for each state word that fits, with no
+/// terminator.
 /// @param nLength   room in pszOutput: 40 takes the whole digest, 20 its first 16 digits.
 /// @return pszOutput.
 char* SHA1(const unsigned char* pInput, char* pszOutput, int nLength);

@@ -5,7 +5,8 @@
 
 #include "backup/info.h"
 
-// Walkers over one level of a folder, without hidden entries, by name ignoring case. All paths narrow and full.
+// Walkers over one level of a folder, without hidden entries, by name ignoring case. All paths narrow and
+// full.
 
 /// Puts each sub-folder at the front of the vector, so that they come out in reverse. @return 1.
 int TraverseSubFolders(const std::string& strFolder, std::vector<std::string>& folders);
@@ -16,7 +17,8 @@ int TraverseFolderAndFile(const std::string& strFolder, std::vector<std::string>
 /// Number of files directly in the folder.
 int64_t TraverseFileCnt(const std::string& strFolder);
 
-/// Reads the facts of a backup from its "Info.plist", line by line as text. What the file doesn't tell stays as it is.
+/// Reads the facts of a backup from its "Info.plist", line by line as text. What the file doesn't tell stays
+/// as it is.
 /// @return 0, or 87 when the file can't be opened, with the record untouched.
 int ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info);
 

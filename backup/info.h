@@ -9,7 +9,7 @@ struct __BACK_FILE_INFO__ {
   std::string strLastBackupDate;        ///< YYYY-MM-DD HH:MM:SS, as the backup tells it
   std::string strPhoneNumber;
   std::string strSerialNumber;
-  std::string strBackupPath;            ///< the folder, as it was given
+  std::string strBackupPath;  ///< the folder, as it was given
   std::string strDisplayName;
 };
 Q_DECLARE_METATYPE(__BACK_FILE_INFO__)

@@ -8,9 +8,10 @@ enum RECOVERY_TYPE { RECOVERY_TYPE_LOCAL_BACKUP = 1 };
 
 /// The seam between the workflow and a source of device data.
 ///
-/// Made, used and replaced on the thread of the scan. Order: Init, InitCallback, Scan, then the Get operations in
-/// the order of the categories. Every operation returns a status: 0 success, 1 a callback said stop and the step
-/// ended early, 2 end the walk, 87 manifest missing, -1 failure of Scan, -110 wrong password.
+/// Made, used and replaced on the thread of the scan. Order: Init, InitCallback, Scan, then the Get
+/// operations in the order of the categories. Every operation returns a status: 0 success, 1 a callback said
+/// stop and the step ended early, 2 end the walk, 87 manifest missing, -1 failure of Scan, -110 wrong
+/// password.
 class IPhoneRecoveryParse {
  public:
   virtual int Init(void* pSession) = 0;
@@ -36,8 +37,8 @@ class IPhoneRecoveryParse {
   virtual int RecoveryPersonContacts(char* pszDestination) = 0;
   virtual int RecoveryWhatsAppMessage(unsigned int nChatId, char16_t* pPath, RecoveryCallback pfnCallback,
                                       void* pContext) = 0;
-  virtual int RecoveryQQMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird, RecoveryCallback pfnCallback,
-                                void* pContext) = 0;
+  virtual int RecoveryQQMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird,
+                                RecoveryCallback pfnCallback, void* pContext) = 0;
   virtual int RecoveryWeiXinMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird,
                                     RecoveryCallback pfnCallback, void* pContext) = 0;
   virtual ~IPhoneRecoveryParse() = default;
@@ -48,8 +49,8 @@ class CLocalBuckupRecovery : public IPhoneRecoveryParse {
  public:
   int Init(void* pSession) override;  ///< @param pSession a CIphoneBackupFile that outlives the parser
   int InitCallback(ProgressCallback pfnCallback, void* pContext) override;
-  int IsEncrypt(bool& bEncrypted) override;      ///< tells nothing: 0, and the argument stays
-  int CheckPassword(char* pszPassword) override; ///< accepts anything: 1
+  int IsEncrypt(bool& bEncrypted) override;       ///< tells nothing: 0, and the argument stays
+  int CheckPassword(char* pszPassword) override;  ///< accepts anything: 1
   int Scan(QString qstrDecryptedFolder) override;
   int GetIPhoneMessageInfo(MessageMap& messages) override;
   int GetAttachmentsFilePath(std::vector<_IPHONE_ATTACHMENTS_>& attachments) override;
@@ -71,8 +72,8 @@ class CLocalBuckupRecovery : public IPhoneRecoveryParse {
                               void* pContext) override;
   int RecoveryQQMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird, RecoveryCallback pfnCallback,
                         void* pContext) override;
-  int RecoveryWeiXinMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird, RecoveryCallback pfnCallback,
-                            void* pContext) override;
+  int RecoveryWeiXinMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird,
+                            RecoveryCallback pfnCallback, void* pContext) override;
 
  private:
   CIphoneBackupFile* m_pBackupFile = nullptr;

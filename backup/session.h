@@ -18,8 +18,8 @@
 
 /// One open backup: where its files lie, what its manifest holds and how far a scan has come.
 ///
-/// One object serves a whole run; Init begins the next backup. It has no lock: a scan or a recovery uses it from
-/// one worker, and nobody else touches it meanwhile. Failures are silent: what can't be read is missing.
+/// One object serves a whole run; Init begins the next backup. It has no lock: a scan or a recovery uses it
+/// from one worker, and nobody else touches it meanwhile. Failures are silent: what can't be read is missing.
 class CIphoneBackupFile {
  public:
   /// Empties the temporary folder and finds the backups below the backup root.
@@ -32,10 +32,11 @@ class CIphoneBackupFile {
 
   /// Lists the folders below the backup root. @return 0.
   int LocalBackUpFileInfo();
-  /// Appends a record for each of these folders that has a readable "Info.plist". A record inherits what its own
-  /// file doesn't tell from the one before it. @return 0.
+  /// Appends a record for each of these folders that has a readable "Info.plist". A record inherits what its
+  /// own file doesn't tell from the one before it. @return 0.
   int GetBackFileInfo(std::vector<__BACK_FILE_INFO__>& backups);
-  /// Reads the facts of one backup. @return 0, or 87 without a readable "Info.plist", with the record untouched.
+  /// Reads the facts of one backup. @return 0, or 87 without a readable "Info.plist", with the record
+  /// untouched.
   int GetBackFileInfo(const char* pszFolder, __BACK_FILE_INFO__* pInfo);
   /// 1 for an encrypted backup, else 0.
   int IsEncrypted(const char* pszFolder);
@@ -62,7 +63,8 @@ class CIphoneBackupFile {
   // The categories. Each adds its share to the progress and reports it. The walks end early when the callback
   // answers other than 0, and return that answer; what they have so far is delivered.
 
-  int GetBackupCameraFile(std::vector<_IPHONE_CAMERA_INFO_>& camera, std::vector<_IPHONE_CAMERA_INFO_>& photoStream);
+  int GetBackupCameraFile(std::vector<_IPHONE_CAMERA_INFO_>& camera,
+                          std::vector<_IPHONE_CAMERA_INFO_>& photoStream);
   /// The session keeps the messages for the export; who passes MessageMap() itself gets no copy.
   int GetBackupFileMessageInfo(MessageMap& messages);
   int GetBackupMsgAttachments(std::vector<_IPHONE_ATTACHMENTS_>& attachments);
@@ -115,6 +117,8 @@ class CIphoneBackupFile {
   /// Narrow path of a store of the open backup.
   std::string StorePath(const char* pszStoreId) const;
   WalkProgress GetWalkProgress() const;
+  /// Fills the catalogue from the manifest in the backup's own folder. @return as Scan.
+  int ReadManifest();
   /// Adds to the progress and reports it. @return the callback's answer, 0 without one.
   int Advance(int nShare);
 

@@ -26,8 +26,8 @@ class CIPhoneHistoryCall {
 
   CIPhoneHistoryCall();
 
-  /// Appends the calls that have a number, with the name of the first contact whose phone text holds that number,
-  /// and sorts the whole vector.
+  /// Appends the calls that have a number, with the name of the first contact whose phone text holds that
+  /// number, and sorts the whole vector.
   /// @param strCallPath, strContactsPath narrow paths of the two stores.
   /// @return 0 always; a store that can't be read adds nothing.
   int GetHistoryCallInfo(const std::string& strCallPath, const std::string& strContactsPath,

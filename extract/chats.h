@@ -10,14 +10,14 @@ struct __WHATSAPP_MESSAGE__ {
   int32_t nDeleted = 0;
   int32_t nIsFromMe = 0;  ///< 0 for a received message
   int32_t nReserved1 = 0;
-  uint32_t nChatId = 0;   ///< key of the chat
+  uint32_t nChatId = 0;  ///< key of the chat
   int32_t nReserved2 = 0;
   int32_t nReserved3 = 0;
   std::string strDate;
-  std::string strName;       ///< of the writer of this message
+  std::string strName;  ///< of the writer of this message
   std::string strContent;
-  std::string strPhone;      ///< of the writer of this message
-  std::string strChatName;   ///< of the partner, or a comma-separated list for a group
+  std::string strPhone;     ///< of the writer of this message
+  std::string strChatName;  ///< of the partner, or a comma-separated list for a group
   std::string strChatPhone;
   std::string strChatTitle;
   std::string strReserved;
@@ -69,7 +69,8 @@ class CIPhoneWhatsApp {
   /// Counts the columns of the message table and keeps the largest count in g_u32WhatsappColNumber.
   /// @param strPath narrow path of the store. @param strSecondPath not used. @param chats isn't touched.
   /// @return 0.
-  int GetWhatsAppMessageInfo(const std::string& strPath, const std::string& strSecondPath, WhatsAppMap& chats);
+  int GetWhatsAppMessageInfo(const std::string& strPath, const std::string& strSecondPath,
+                             WhatsAppMap& chats);
 
  private:
   QString m_qstrConnection;

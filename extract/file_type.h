@@ -4,16 +4,18 @@
 #include <string>
 #include <vector>
 
-/// Tells what a file is from its first 512 bytes. Not shared between threads: an object numbers the files that it
-/// has named.
+/// Tells what a file is from its first 512 bytes. Not shared between threads: an object numbers the files
+/// that it has named.
 class CFileTypeJudge {
  public:
   static constexpr int kUnknown = 48;  ///< the type number of what no test accepts
   static constexpr uint32_t kHeadSize = 512;
 
   /// @param strPath   narrow path.
-  /// @param strOutput receives a number, "." and the extension, "0.jpg" first; left alone when the type is unknown.
-  /// @return 0 when the head was read; an errno value when the file can't be opened; 30 when it has fewer than 512
+  /// @param strOutput receives a number, "." and the extension, "0.jpg" first; left alone when the type is
+  /// unknown.
+  /// @return 0 when the head was read; an errno value when the file can't be opened; 30 when it has fewer
+  /// than 512
   ///         bytes.
   int ParseFileBuf(const char* pszPath, std::string& strOutput);
 

@@ -40,12 +40,13 @@ bool CamVectorCmp(const _IPHONE_CAMERA_INFO_& first, const _IPHONE_CAMERA_INFO_&
 bool AttVectorCmp(const _IPHONE_ATTACHMENTS_& first, const _IPHONE_ATTACHMENTS_& second);
 bool WhatsAppAttVectorCmp(const _WHATSAPP_ATTACHMENTS_& first, const _WHATSAPP_ATTACHMENTS_& second);
 
-/// Appends the files of the camera roll and of the photo stream that are there and of a known type. The camera roll
-/// comes out sorted by name, the photo stream in the order of the catalogue.
+/// Appends the files of the camera roll and of the photo stream that are there and of a known type. The
+/// camera roll comes out sorted by name, the photo stream in the order of the catalogue.
 /// @param progress covers two steps.
 /// @return the callback's last answer; other than 0 when it ended the walk.
 int WalkCameraFiles(const Catalogue& catalogue, const BackupLayout& layout, const WalkProgress& progress,
-                    std::vector<_IPHONE_CAMERA_INFO_>& camera, std::vector<_IPHONE_CAMERA_INFO_>& photoStream);
+                    std::vector<_IPHONE_CAMERA_INFO_>& camera,
+                    std::vector<_IPHONE_CAMERA_INFO_>& photoStream);
 
 /// Appends the attachments of messages that are there, not empty and of a known type, sorted by name.
 /// @return as above.

@@ -10,7 +10,7 @@
 /// One message.
 struct __MESSAGE_INFO__ {
   int32_t nDeleted = 0;
-  int32_t nIsFromMe = 0;       ///< 0 for a received message
+  int32_t nIsFromMe = 0;  ///< 0 for a received message
   int32_t nRowId = 0;
   uint32_t nHandleId = 0;      ///< key of the conversation
   std::string strDate;         ///< YYYY-MM-DD HH:MM:SS, UTC
@@ -37,8 +37,8 @@ class CIPhoneMessage {
   /// Sets whom to report progress to: values from nBase to nBase + nSpan. @return 0.
   int InitCallback(ProgressCallback pfnCallback, void* pContext, int nBase, int nSpan);
 
-  /// Adds the messages that have a text to the map, with the name of the first contact whose phone text holds the
-  /// sender.
+  /// Adds the messages that have a text to the map, with the name of the first contact whose phone text holds
+  /// the sender.
   /// @param strMessagePath, strContactsPath narrow paths of the two stores.
   /// @param nMaxId receives the highest message row id seen, of dropped rows too.
   /// @return the callback's last answer, 0 without one. A first answer other than 0 leaves the map as it was.
@@ -50,6 +50,11 @@ class CIPhoneMessage {
   int SaveSMSCsvFile(const std::string& strSource, const std::string& strDestination, uint64_t nMaxId);
 
  private:
+  /// Reports the base and a share of the span. @return the callback's answer, 0 without one.
+  int Report(int nShare);
+  std::vector<__MESSAGE_INFO__> ReadMessages(const std::string& strPath, uint64_t& nMaxId) const;
+  void MatchNames(const std::string& strContactsPath, std::vector<__MESSAGE_INFO__>& messages) const;
+
   QString m_qstrMessageConnection;
   QString m_qstrMessageDriver;
   QString m_qstrContactsConnection;

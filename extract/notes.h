@@ -9,7 +9,8 @@
 struct __NOTES__ {
   int32_t nDeleted = 0;
   int32_t nReserved = 0;
-  std::string strDate;     ///< creation, YYYY-MM-DD HH:MM:SS; local time from the first store, UTC from the second
+  std::string
+      strDate;  ///< creation, YYYY-MM-DD HH:MM:SS; local time from the first store, UTC from the second
   std::string strTitle;
   std::string strContent;  ///< body (first store) or snippet (second store)
 };
@@ -26,8 +27,9 @@ class CIPhoneNotes {
  public:
   CIPhoneNotes();
 
-  /// Appends the notes of the store with the tables ZNOTE and ZNOTEBODY and sorts the whole vector. Notes without
-  /// any text are dropped. @param strPath narrow. @return 0 always; a store that can't be read adds nothing.
+  /// Appends the notes of the store with the tables ZNOTE and ZNOTEBODY and sorts the whole vector. Notes
+  /// without any text are dropped. @param strPath narrow. @return 0 always; a store that can't be read adds
+  /// nothing.
   int GetNotesInfo(const std::string& strPath, std::vector<__NOTES__>& notes);
 
   /// The same for the store with the table ZICCLOUDSYNCINGOBJECT.

@@ -3,7 +3,8 @@
 #include <cstdint>
 #include <string>
 
-/// One person of the address book. All texts narrow, several values of a kind in one text, as the store holds them.
+/// One person of the address book. All texts narrow, several values of a kind in one text, as the store holds
+/// them.
 struct __PERSON_CONTENT__ {
   int32_t nDeleted = 0;
   std::string strEmail;
@@ -12,6 +13,6 @@ struct __PERSON_CONTENT__ {
   std::string strUrl;
   std::string strPhone;
   std::string strCompany;
-  std::string strName;     ///< first and last name, joined without a blank
+  std::string strName;  ///< first and last name, joined without a blank
 };
 Q_DECLARE_METATYPE(__PERSON_CONTENT__)

@@ -1,0 +1,210 @@
+#include "backup/discovery.h"
+
+#include <QDir>
+#include <QFile>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "backup/layout.h"
+#include "common/places.h"
+#include "common/status.h"
+#include "common/text.h"
+
+#include "backup/session.h"
+
+namespace {
+
+using FilePointer = std::unique_ptr<FILE, decltype(&fclose)>;
+
+FilePointer OpenForReading(const std::string& strPath) {
+  return {fopen(strPath.c_str(), "r"), &fclose};
+}
+
+/// Goes over one level of a folder and hands each entry with its full path to a function.
+template <typename Visit>
+void VisitFolder(const std::string& strFolder, Visit visit) {
+  QString qstrFolder = FromNarrow(strFolder);
+  if (!qstrFolder.endsWith('/')) qstrFolder += '/';
+  for (const QFileInfo& entry : QDir(qstrFolder).entryInfoList())
+    visit(entry, ToNarrow(qstrFolder + entry.fileName()));
+}
+
+bool IsDotEntry(const QFileInfo& entry) {
+  return entry.fileName() == "." || entry.fileName() == "..";
+}
+
+// What "Info.plist" holds, by line: a key, and its value on the next line.
+
+constexpr size_t kLineSize = 2048;
+
+/// The text of a value line between two tags. False, with strText left alone, without the opening tag.
+bool TextBetween(std::string strLine, const char* pszOpen, const char* pszClose, std::string& strText) {
+  const size_t nClose = strLine.find(pszClose);
+  if (nClose != std::string::npos) strLine.erase(nClose);
+  const size_t nOpen = strLine.find(pszOpen);
+  if (nOpen == std::string::npos) return false;
+  strText = strLine.substr(nOpen + strlen(pszOpen));
+  return true;
+}
+
+bool StringValue(const std::string& strLine, std::string& strText) {
+  return TextBetween(strLine, "<string>", "</string>", strText);
+}
+
+void SetDisplayName(const std::string& strLine, __BACK_FILE_INFO__& info) {
+  StringValue(ToNarrow(QString::fromUtf8(strLine.c_str())), info.strDisplayName);
+}
+
+void SetLastBackupDate(const std::string& strLine, __BACK_FILE_INFO__& info) {
+  std::string strDate;
+  if (!TextBetween(strLine, "<date>", "</date>", strDate)) return;
+  const size_t nHour = strDate.find('T');
+  if (nHour != std::string::npos) {
+    strDate[nHour] = ' ';
+    // The hour is read and written back, as two characters: a well-formed one stays as it was.
+    char szHour[16];
+    snprintf(szHour, sizeof szHour, "%02d", atoi(strDate.c_str() + nHour + 1));
+    for (size_t i = 0; i < 2 && nHour + 1 + i < strDate.size(); ++i) strDate[nHour + 1 + i] = szHour[i];
+    strDate = strDate.substr(0, strDate.find('Z'));
+  }
+  info.strLastBackupDate = strDate;
+}
+
+void SetPhoneNumber(const std::string& strLine, __BACK_FILE_INFO__& info) {
+  StringValue(strLine, info.strPhoneNumber);
+}
+
+void SetProductVersion(const std::string& strLine, __BACK_FILE_INFO__& info) {
+  std::string strVersion;
+  if (StringValue(strLine, strVersion)) info.bProductVersionAbove11 = atoi(strVersion.c_str()) > 11;
+}
+
+void SetSerialNumber(const std::string& strLine, __BACK_FILE_INFO__& info) {
+  StringValue(strLine, info.strSerialNumber);
+}
+
+struct InfoKey {
+  const char* pszTag;
+  void (*pfnSet)(const std::string& strValueLine, __BACK_FILE_INFO__& info);
+  bool bEndsReading;
+};
+
+// In the order in which a line is tested for them. The keys of the file are sorted, so that the last one ends
+// it.
+constexpr InfoKey kInfoKeys[] = {
+    {"<key>Display Name</key>", SetDisplayName, false},
+    {"<key>Last Backup Date</key>", SetLastBackupDate, false},
+    {"<key>Phone Number</key>", SetPhoneNumber, false},
+    {"<key>Product Version</key>", SetProductVersion, false},
+    {"<key>Serial Number</key>", SetSerialNumber, true},
+};
+
+const InfoKey* FindKey(const char* pszLine) {
+  for (const InfoKey& key : kInfoKeys) {
+    if (strstr(pszLine, key.pszTag)) return &key;
+  }
+  return nullptr;
+}
+
+void ReadInfoLines(FILE* pFile, __BACK_FILE_INFO__& info) {
+  char szLine[kLineSize];
+  while (fgets(szLine, sizeof szLine, pFile)) {
+    const InfoKey* pKey = FindKey(szLine);
+    if (!pKey || !fgets(szLine, sizeof szLine, pFile)) continue;
+    pKey->pfnSet(szLine, info);
+    if (pKey->bEndsReading) return;
+  }
+}
+
+}  // namespace
+
+int TraverseSubFolders(const std::string& strFolder, std::vector<std::string>& folders) {
+  // The reverse of the listing is wanted: the table of backups fills its rows from the last one upward. The
+  // entries go to the front in one step, since one by one that costs the square of their number.
+  std::vector<std::string> found;
+  VisitFolder(strFolder, [&](const QFileInfo& entry, std::string strPath) {
+    if (entry.isDir() && !IsDotEntry(entry)) found.push_back(std::move(strPath));
+  });
+  folders.insert(folders.begin(), found.rbegin(), found.rend());
+  return 1;
+}
+
+int TraverseFiles(const std::string& strFolder, std::vector<std::string>& files) {
+  std::vector<std::string> found;
+  VisitFolder(strFolder, [&](const QFileInfo& entry, std::string strPath) {
+    if (entry.isFile()) found.push_back(std::move(strPath));
+  });
+  files.insert(files.begin(), found.rbegin(), found.rend());
+  return 1;
+}
+
+int TraverseFolderAndFile(const std::string& strFolder, std::vector<std::string>& entries) {
+  VisitFolder(strFolder, [&](const QFileInfo& entry, std::string strPath) {
+    if (!IsDotEntry(entry)) entries.push_back(std::move(strPath));
+  });
+  return 1;
+}
+
+int64_t TraverseFileCnt(const std::string& strFolder) {
+  int64_t nCount = 0;
+  VisitFolder(strFolder,
+              [&](const QFileInfo& entry, const std::string&) { nCount += entry.isFile() ? 1 : 0; });
+  return nCount;
+}
+
+int ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info) {
+  const FilePointer pFile = OpenForReading(strFolder + "/Info.plist");
+  if (!pFile) return kStatusMissing;
+  info.strBackupPath = strFolder;
+  ReadInfoLines(pFile.get(), info);
+  info.bEncrypted = IsBackupEncrypted(strFolder) != 0;
+  return kStatusOk;
+}
+
+int IsBackupEncrypted(const std::string& strFolder) {
+  BackupLayout layout;
+  layout.qstrRoot = FromNarrow(strFolder);
+  layout.bHasManifestDb = QFile::exists(layout.qstrRoot + "/Manifest.db");
+  const std::string strProbe = ToNarrow(layout.PathOf(kContactsStore));
+  FilePointer pFile = OpenForReading(strProbe);
+  if (!pFile) pFile = OpenForReading(strProbe + ".mddata");
+  if (!pFile) return 0;
+  char head[512] = {};
+  if (fread(head, 1, sizeof head, pFile.get()) < 6) return 1;
+  return memcmp(head, "SQLite", 6) == 0 ? 0 : 1;
+}
+
+int CIphoneBackupFile::LocalBackUpFileInfo() {
+  m_strBackupPath += BackupRoot();
+  m_vecBackupDirs.clear();
+  TraverseFolder(m_strBackupPath, m_vecBackupDirs);
+  return kStatusOk;
+}
+
+int CIphoneBackupFile::GetBackFileInfo(std::vector<__BACK_FILE_INFO__>& backups) {
+  // One record for the whole run, never cleared: a backup whose file lacks a key shows the value of the one
+  // before.
+  __BACK_FILE_INFO__ info;
+  for (const std::string& strFolder : m_vecBackupDirs) {
+    if (ReadBackupInfo(strFolder, info) == kStatusOk) backups.push_back(info);
+  }
+  return kStatusOk;
+}
+
+int CIphoneBackupFile::GetBackFileInfo(const char* pszFolder, __BACK_FILE_INFO__* pInfo) {
+  return ReadBackupInfo(pszFolder, *pInfo);
+}
+
+int CIphoneBackupFile::IsEncrypted(const char* pszFolder) {
+  return IsBackupEncrypted(pszFolder);
+}
+
+int CIphoneBackupFile::TraverseFolder(const std::string& strFolder, std::vector<std::string>& folders) {
+  return TraverseSubFolders(strFolder, folders);
+}
+
+int CIphoneBackupFile::TraverseFile(const std::string& strFolder, std::vector<std::string>& files) {
+  return TraverseFiles(strFolder, files);
+}

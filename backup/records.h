@@ -1,0 +1,32 @@
+#pragma once
+#include <vector>
+
+#include "extract/app_files.h"
+#include "extract/call_history.h"
+#include "extract/chats.h"
+#include "extract/contacts.h"
+#include "extract/media.h"
+#include "extract/messages.h"
+#include "extract/notes.h"
+
+/// All that a scan finds in a backup. Filled on the thread of the scan; nobody else touches it meanwhile.
+struct BackupRecords {
+  /// @param messages where the conversations go: the session's own map, so that there is no second copy of
+  /// them.
+  explicit BackupRecords(MessageMap& messages) : m_mapMessage(messages) {}
+
+  std::vector<_IPHONE_CAMERA_INFO_> m_vecCamera;
+  std::vector<_IPHONE_CAMERA_INFO_> m_vecPhotoStream;
+  std::vector<_IPHONE_APP_FILE_INFO_> m_vecAppFile;
+  AppFileMap m_mapAppPhotoFiles;
+  AppFileMap m_mapAppVideoFiles;
+  int m_nAppPhotoCount = 0;
+  int m_nAppVideoCount = 0;
+  MessageMap& m_mapMessage;
+  std::vector<_IPHONE_ATTACHMENTS_> m_vecMessageAttachment;
+  std::vector<__PERSON_CONTENT__> m_vecContact;
+  std::vector<__CALLHISTORY__> m_vecCall;
+  std::vector<__NOTES__> m_vecNote;
+  WhatsAppMap m_mapWhatsApp;
+  std::vector<_WHATSAPP_ATTACHMENTS_> m_vecWhatsAppAttachment;
+};

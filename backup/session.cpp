@@ -1,0 +1,115 @@
+#include "backup/session.h"
+
+#include <unistd.h>
+
+#include <QFile>
+
+#include "backup/manifest.h"
+#include "common/places.h"
+#include "common/problem.h"
+#include "common/status.h"
+#include "common/text.h"
+
+namespace {
+
+constexpr int kStartProgress = 1;
+constexpr int kPlainStep = 11;  // the steps of a scan carry the bar from 1 to 98
+constexpr int kEncryptedStep =
+    10;  // the decrypt tool has taken the bar to 11 before, so each step is smaller
+
+bool HasFile(const std::string& strFolder, const char* pszName) {
+  return QFile::exists(FromNarrow(strFolder + pszName));
+}
+
+}  // namespace
+
+CIphoneBackupFile::CIphoneBackupFile() : m_strWorkDir(WorkFolder()) {
+  ClearTempDir();
+  LocalBackUpFileInfo();
+}
+
+CIphoneBackupFile::~CIphoneBackupFile() = default;
+
+int CIphoneBackupFile::ClearTempDir() {
+  std::vector<std::string> files;
+  TraverseFile(m_strWorkDir + kDecryptFolderName + "/", files);
+  for (const std::string& strFile : files) unlink(strFile.c_str());
+  for (const std::string& strFile : m_vecDecryptedFiles) unlink(strFile.c_str());
+  m_vecDecryptedFiles.clear();
+  for (const char* pszName : {"tmp.jpg", "tmp.avi", "tmp.wav"}) unlink((m_strWorkDir + pszName).c_str());
+  return kStatusOk;
+}
+
+int CIphoneBackupFile::Init(const __BACK_FILE_INFO__* pInfo) {
+  m_backupInfo = *pInfo;
+  m_strBackupPath = pInfo->strBackupPath;
+  return kStatusOk;
+}
+
+int CIphoneBackupFile::InitCallback(ProgressCallback pfnCallback, void* pContext) {
+  m_pfnCallback = pfnCallback;
+  m_pCallbackContext = pContext;
+  return kStatusOk;
+}
+
+__BACK_FILE_INFO__* CIphoneBackupFile::GetSelectBackUpFileInfo() {
+  return &m_backupInfo;
+}
+
+BackupLayout CIphoneBackupFile::GetLayout() const {
+  return {FromNarrow(m_strBackupPath), m_backupInfo.bEncrypted, m_bHasManifestDb};
+}
+
+std::string CIphoneBackupFile::StorePath(const char* pszStoreId) const {
+  return ToNarrow(GetLayout().PathOf(pszStoreId));
+}
+
+WalkProgress CIphoneBackupFile::GetWalkProgress() const {
+  return {m_pfnCallback, m_pCallbackContext, m_nProgress, m_nProgressStep};
+}
+
+int CIphoneBackupFile::Advance(int nShare) {
+  m_nProgress += nShare;
+  return m_pfnCallback ? m_pfnCallback(m_pCallbackContext, m_nProgress) : 0;
+}
+
+int CIphoneBackupFile::Scan(const QString& qstrDecryptedFolder) {
+  const std::string strDecryptedFolder = ToNarrow(qstrDecryptedFolder);
+  m_nProgress = kStartProgress;
+  m_nProgressStep = kPlainStep;
+  m_mapMessages.clear();
+  m_vecDecryptedFiles.clear();
+  m_vecBackupDirs.clear();
+  Catalogue().swap(m_vecManifest);  // gives the memory back before the next manifest is read
+  m_bHasManifestDb = HasFile(m_strBackupPath, "/Manifest.db");
+
+  if (m_backupInfo.bEncrypted) {
+    m_nProgressStep = kEncryptedStep;
+    TraverseFile(strDecryptedFolder, m_vecDecryptedFiles);
+  } else if (m_pfnCallback) {
+    m_pfnCallback(m_pCallbackContext, m_nProgress);
+  }
+
+  const int nStatus = ReadManifest();
+
+  if (!strDecryptedFolder.empty()) {
+    m_strBackupPath = strDecryptedFolder;
+    m_backupInfo.strBackupPath = strDecryptedFolder;
+  }
+  Advance(m_nProgressStep);
+  return nStatus;
+}
+
+int CIphoneBackupFile::ReadManifest() {
+  const char* pszName = m_bHasManifestDb ? "/Manifest.db" : "/Manifest.mbdb";
+  if (!HasFile(m_strBackupPath, pszName)) {
+    ReportProblem(m_strBackupPath, "has neither a \"Manifest.db\" nor a \"Manifest.mbdb\"");
+    return kStatusMissing;
+  }
+  if (!m_bHasManifestDb)
+    return process_mbdb_file(Ansi2Unicode((m_strBackupPath + pszName).c_str()).c_str(), m_vecManifest);
+  // The decrypt tool leaves the readable form of an encrypted manifest beside it.
+  static constexpr char kDecryptedName[] = "/Manifest.db-decypted";
+  if (HasFile(m_strBackupPath, kDecryptedName)) pszName = kDecryptedName;
+  return process_db_file(Ansi2Unicode((m_strBackupPath + pszName).c_str()).c_str(), m_vecManifest);
+}

@@ -1,0 +1,75 @@
+#include "extract/file_type.h"
+
+#include <fcntl.h>
+#include <strings.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "common/file.h"
+#include "common/format.h"
+#include "common/problem.h"
+#include "common/status.h"
+
+// The tests in the order in which they are tried. The first row of a type names its extension; the further
+// rows of a type only serve GetExtendNameType.
+const CFileTypeJudge::Row CFileTypeJudge::szExtendNameAndType[] = {
+    {"mpeg", 15, IsMpgType},      {"mpg", 15, IsMpgType}, {"vob", 15, IsMpgType}, {"mp4", 18, IsMp4Type},
+    {"rmvb", 23, IsRmvbType},     {"wmv", 24, IsAsfType}, {"wma", 24, IsAsfType}, {"avi", 22, IsAviType},
+    {"3gp", 16, Is3pgType},       {"mp3", 12, IsMp3Type}, {"mid", 13, IsMidType}, {"wav", 21, IsWavType},
+    {"mov", 17, IsMovType},       {"gif", 31, IsGifType}, {"bmp", 29, IsBmpType}, {"jpg", 10, IsJpgType},
+    {"jpeg", 10, IsJpgType},      {"jpe", 10, IsJpgType}, {"png", 30, IsPngType}, {"ico", 46, IsIcoType},
+    {nullptr, kUnknown, nullptr},
+};
+
+const CFileTypeJudge::Row* CFileTypeJudge::FindRow(const void* pData, uint32_t nLength) {
+  const Row* pHit = szExtendNameAndType;
+  while (pHit->pfnTest && pHit->pfnTest(pData, nLength) == kUnknown) ++pHit;
+  if (!pHit->pfnTest) return nullptr;
+  const Row* pFirst = szExtendNameAndType;
+  while (pFirst->nType != pHit->nType) ++pFirst;
+  return pFirst;
+}
+
+int CFileTypeJudge::ParseFileBuf(const char* pszPath, std::string& strOutput) {
+  const int nDescriptor = open(pszPath, O_RDONLY | O_CLOEXEC);
+  if (nDescriptor == -1) {
+    const int nError = errno;
+    if (nError != ENOENT) ReportProblem(pszPath, strerror(nError));
+    return nError;
+  }
+  unsigned char head[kHeadSize];
+  uint32_t nRead = 0;
+  errno = 0;
+  const int nStatus = ReadData(nDescriptor, head, kHeadSize, nRead);
+  const int nError = errno;
+  close(nDescriptor);
+  if (nStatus != kStatusOk) {
+    // A file that merely is too short gets no type; that is the rule, and small thumbnails stay out by it.
+    if (nError != 0) ReportProblem(pszPath, strerror(nError));
+    return kStatusShortRead;
+  }
+  if (const Row* pRow = FindRow(head, kHeadSize))
+    strOutput = std::to_string(m_nFileCounter++) + "." + pRow->pszExtension;
+  return kStatusOk;
+}
+
+int CFileTypeJudge::ParseFileBuf(const void* pData, uint32_t nLength, std::wstring& wstrOutput) {
+  if (const Row* pRow = FindRow(pData, nLength)) {
+    const std::wstring wstrExtension(pRow->pszExtension, pRow->pszExtension + strlen(pRow->pszExtension));
+    rsb_wsprintf(wstrOutput, L"%lld.%S", static_cast<long long>(m_nFileCounter++), wstrExtension.c_str());
+  }
+  return kStatusOk;
+}
+
+int CFileTypeJudge::GetDataBufType(const void* pData, uint32_t nLength) {
+  const Row* pRow = FindRow(pData, nLength);
+  return pRow ? pRow->nType : kUnknown;
+}
+
+int CFileTypeJudge::GetExtendNameType(const char* pszExtension) {
+  const Row* pRow = szExtendNameAndType;
+  while (pRow->pszExtension && strcasecmp(pRow->pszExtension, pszExtension) != 0) ++pRow;
+  return pRow->nType;
+}
