@@ -1,0 +1,45 @@
+#include <QCoreApplication>
+#include <QTextCodec>
+
+#include "cli/commands.h"
+#include "cli/options.h"
+#include "cli/problems.h"
+#include "cli/stop_signal.h"
+#include "common/text.h"
+
+namespace {
+
+/// A locale without an encoding of its own ("C" of a cron job, say) would lose every character beyond ASCII.
+void UseUtf8WithoutLocale() {
+  const QByteArray codec = QTextCodec::codecForLocale()->name();
+  const bool bAsciiOnly = codec.contains("ASCII") || codec.contains("X3.4") || codec == "System";
+  const QByteArray locale = qgetenv("LC_ALL") + qgetenv("LC_CTYPE") + qgetenv("LANG");
+  if (bAsciiOnly || locale.isEmpty() || locale == "C" || locale == "POSIX")
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+}
+
+int Run(const Options& options) {
+  switch (options.command) {
+    case Options::Command::Backups:
+      return RunBackups(options);
+    case Options::Command::Scan:
+      return RunScan(options);
+    case Options::Command::Recover:
+      return RunRecover(options);
+  }
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QCoreApplication application(argc, argv);
+  UseUtf8WithoutLocale();
+  inner_initUnicodeMap("UTF-8");
+  PrintProblems();
+  CatchStopSignals();
+  Options options;
+  int nExitStatus = 0;
+  if (!ReadOptions(QCoreApplication::arguments(), options, nExitStatus)) return nExitStatus;
+  return Run(options);
+}

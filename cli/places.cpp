@@ -1,0 +1,29 @@
+#include "common/places.h"
+
+#include <QTemporaryDir>
+
+#include "cli/places.h"
+#include "common/text.h"
+
+namespace {
+
+std::string& Root() {
+  static std::string strRoot = kSystemBackupRoot;
+  return strRoot;
+}
+
+}  // namespace
+
+void SetBackupRoot(const QString& qstrFolder) {
+  Root() = ToNarrow(qstrFolder.endsWith('/') ? qstrFolder : qstrFolder + '/');
+}
+
+std::string BackupRoot() {
+  return Root();
+}
+
+std::string WorkFolder() {
+  // Private to this process, on disk, and gone with it. No environment variable moves it.
+  static const QTemporaryDir folder("/var/tmp/orvandel-XXXXXX");
+  return ToNarrow(folder.path()) + "/";
+}

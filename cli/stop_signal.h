@@ -1,0 +1,8 @@
+#pragma once
+
+/// Makes Ctrl-C, a hang-up and a polite kill set a flag instead of ending the process in the middle of a
+/// file.
+void CatchStopSignals();
+
+/// The signal that asked to stop, 0 for none.
+int StopSignal();
