@@ -1,0 +1,78 @@
+# Sourced by ./run, ./test and ./bench: makes sure that what the project is built with is there.
+# On Debian missing packages are installed; on macOS the ports to install are named.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+# What every build needs, then what only tests, benchmarks and fuzz targets need.
+debian_build="g++ cmake ninja-build qtbase5-dev libqt5sql5-sqlite"
+debian_test="libgtest-dev libgmock-dev"
+debian_bench="libbenchmark-dev libssl-dev libsqlite3-dev time"
+debian_fuzz="clang libclang-rt-14-dev"
+ports_build="cmake ninja qt5-qtbase qt5-sqlite-plugin libiconv"
+ports_test="gtest"
+ports_bench="google-benchmark openssl3 sqlite3"
+ports_fuzz="clang-16"
+
+fail() {
+  echo "orvandel: $*" >&2
+  exit 1
+}
+
+as_root() {
+  if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+setup_debian() {
+  local missing="" package
+  for package in "$@"; do
+    dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing="$missing $package"
+  done
+  [ -z "$missing" ] && return
+  echo "orvandel: installing$missing" >&2
+  [ "$(id -u)" = 0 ] || command -v sudo >/dev/null || fail "not root and no sudo; please install:$missing"
+  as_root apt-get update -q >/dev/null || fail "apt-get update failed"
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends $missing >/dev/null </dev/null ||
+    fail "could not install:$missing"
+}
+
+setup_macos() {
+  command -v port >/dev/null || fail "MacPorts is missing; with it, install: $*"
+  local missing="" port
+  for port in "$@"; do
+    port -q installed "$port" 2>/dev/null | grep -q active || missing="$missing $port"
+  done
+  [ -z "$missing" ] || fail "missing ports; please run: sudo port install$missing"
+  export CMAKE_PREFIX_PATH="/opt/local/libexec/qt5:/opt/local${CMAKE_PREFIX_PATH:+:$CMAKE_PREFIX_PATH}"
+}
+
+# setup KIND...: KIND is build, test, bench or fuzz.
+setup() {
+  local kind debian="" ports="" name
+  for kind in "$@"; do
+    name=debian_$kind; debian="$debian ${!name}"
+    name=ports_$kind; ports="$ports ${!name}"
+  done
+  case "$(uname -s)" in
+    Darwin) setup_macos $ports ;;
+    *)
+      if command -v dpkg-query >/dev/null; then
+        setup_debian $debian
+      else
+        echo "orvandel: not Debian; needed are the counterparts of:$debian" >&2
+      fi
+      ;;
+  esac
+}
+
+# build PRESET: configures once and builds; what the tools say goes to a log that is shown when they fail.
+build() {
+  local preset=$1 folder log
+  mkdir -p "$root/build"
+  log=$root/build/$preset.log
+  cd "$root" || exit 1
+  echo "orvandel: building ($preset) ..." >&2
+  { cmake --preset "$preset" && cmake --build --preset "$preset"; } >"$log" 2>&1 || {
+    tail -n 60 "$log" >&2
+    fail "the build failed; all of its output is in $log"
+  }
+}
