@@ -1,10 +1,12 @@
 #pragma once
 #include <QByteArray>
+#include <QSet>
 #include <QString>
 #include <vector>
 
 /// Builds one backup, file by file, as a device would have left it. For tests, benchmarks and the sample.
-/// The same calls give the same bytes on every run. Throws std::runtime_error when something can't be written.
+/// The same calls give the same bytes on every run. Throws std::runtime_error when something can't be
+/// written.
 class BackupBuilder {
  public:
   enum class Layout {
@@ -33,6 +35,8 @@ class BackupBuilder {
   void writeInfo(const Info& info);
 
   /// Adds an entry to the manifest and writes its file. @return full path of the file.
+  /// Of two with the same domain and path the later content stays on disk; "Manifest.mbdb" lists both,
+  /// "Manifest.db" only the first, since the identifier is its key.
   QString addFile(const QString& domain, const QString& relativePath, const QByteArray& content);
 
   /// Adds an entry without a file: a directory, a link, or a file that is missing from the backup.
@@ -42,7 +46,8 @@ class BackupBuilder {
   /// @return full path where the file has to go.
   QString reserveFile(const QString& domain, const QString& relativePath);
 
-  /// Writes the manifest. Nothing may be added afterwards. @param wal leaves "Manifest.db" in WAL mode.
+  /// Writes the manifest. Nothing may be added afterwards. Reserved files have to be written and closed by
+  /// now (one that is missing counts as size 0). @param wal leaves "Manifest.db" in WAL mode.
   void finish(bool wal = false);
 
   /// The identifier of a file: plain SHA-1 of domain, "-", relative path in UTF-8; 40 lower-case digits.
@@ -53,6 +58,8 @@ class BackupBuilder {
 
   const QString& folder() const { return m_folder; }
   Layout layout() const { return m_layout; }
+  /// How many entries were added so far.
+  size_t entryCount() const { return m_entries.size(); }
 
  private:
   struct Entry {
@@ -60,11 +67,16 @@ class BackupBuilder {
     QString relativePath;
     quint16 mode;
     quint64 size;
+    QByteArray dataHash;  ///< SHA-1 of the content; empty for what has none
+    bool reserved;
   };
+  QString makePlace(const QString& domain, const QString& relativePath);
+  void settleReserved();
   void writeMbdb() const;
   void writeDb(bool wal) const;
 
   QString m_folder;
   Layout m_layout;
   std::vector<Entry> m_entries;
+  QSet<QString> m_madeFolders;
 };

@@ -10,7 +10,7 @@ QByteArray exifJpeg(int seed);                                 ///< begins with 
 QByteArray png(int seed, int width = 320, int height = 240);
 QByteArray gif(int seed);
 QByteArray bmp(int seed);
-QByteArray mov(int seed, int size = 4096);   ///< heads of films and sounds, with filler behind
+QByteArray mov(int seed, int size = 4096);  ///< heads of films and sounds, with filler behind
 QByteArray mp4(int seed, int size = 4096);
 QByteArray threeGp(int seed, int size = 4096);
 QByteArray avi(int seed, int size = 4096);

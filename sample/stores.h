@@ -1,14 +1,20 @@
 #pragma once
 #include <QString>
 #include <QVariant>
+#include <initializer_list>
+#include <map>
 #include <memory>
+#include <set>
+#include <utility>
 #include <vector>
 
 #include "sample/backup_builder.h"
 
-// Writers of the well-known SQLite stores, with the tables and columns that devices have (not only those that the
-// system reads). Each is made on a file path (see BackupBuilder::reserveFile), filled, and done when it is destroyed.
-// All rows go in one transaction. Throws std::runtime_error when something can't be written.
+// Writers of the well-known SQLite stores, with the tables and columns that devices have (not only those that
+// the system reads). Each is made on a file path (see BackupBuilder::reserveFile), filled, and done when it
+// is destroyed. All rows go in one transaction. Throws std::runtime_error when something can't be written.
+// The tables lack the UNIQUE and NOT NULL constraints of devices, so that awkward rows can be made too. Needs
+// a QCoreApplication; a store belongs to the thread that made it.
 
 /// Domain and path of each well-known store on the device, for BackupBuilder::reserveFile.
 struct StorePlace {
@@ -16,38 +22,58 @@ struct StorePlace {
   QString relativePath;
 };
 namespace store_places {
-StorePlace contacts();      // HomeDomain, Library/AddressBook/AddressBook.sqlitedb          31bb7ba8...
-StorePlace messages();      // HomeDomain, Library/SMS/sms.db                                3d0d7e5f...
-StorePlace notes();         // HomeDomain, Library/Notes/notes.sqlite                        ca3bc056...
-StorePlace notesCloud();    // AppDomainGroup-group.com.apple.notes, NoteStore.sqlite        4f98687d...
-StorePlace calls();         // HomeDomain, Library/CallHistoryDB/CallHistory.storedata       5a4935c7...
-StorePlace callsFallback(); // WirelessDomain, Library/CallHistory/call_history.db           2b2b0084...
+StorePlace contacts();       // HomeDomain, Library/AddressBook/AddressBook.sqlitedb          31bb7ba8...
+StorePlace messages();       // HomeDomain, Library/SMS/sms.db                                3d0d7e5f...
+StorePlace notes();          // HomeDomain, Library/Notes/notes.sqlite                        ca3bc056...
+StorePlace notesCloud();     // AppDomainGroup-group.com.apple.notes, NoteStore.sqlite        4f98687d...
+StorePlace calls();          // HomeDomain, Library/CallHistoryDB/CallHistory.storedata       5a4935c7...
+StorePlace callsFallback();  // WirelessDomain, Library/CallHistory/call_history.db           2b2b0084...
 }  // namespace store_places
 
 /// Common part: one SQLite file and its open transaction.
 class SampleStore {
  public:
+  /// A file that is there already is replaced.
   /// @param wal leaves the file in WAL mode (header bytes 18 and 19 are 2), all content in the main file.
   SampleStore(const QString& path, bool wal);
+  /// Closes the store; what goes wrong then is only a warning.
   virtual ~SampleStore();
+  SampleStore(const SampleStore&) = delete;
+  SampleStore& operator=(const SampleStore&) = delete;
+  /// Writes all rows and closes the file, for those who want to hear of errors. Nothing may be added
+  /// afterwards.
+  void close();
   /// Runs any statement on the store, for what the classes below don't offer. Values are bound to "?".
+  /// Statements with values are prepared once for each text.
   void run(const QString& sql, const std::vector<QVariant>& values = {});
+  /// Like run(). @return the row id of the row that the statement inserted.
+  qint64 insert(const QString& sql, const std::vector<QVariant>& values);
+
+ protected:
+  /// Runs each statement of a schema.
+  void create(std::initializer_list<const char*> statements);
 
  private:
   struct Private;
   std::unique_ptr<Private> d;
 };
 
-/// Address book. The searchable text table has the old columns (c15Phone, c16Email, c17Address, c19URL) or the new
-/// ones (c16Phone, c17Email, c18Address, c20URL); ABPerson and ABMultiValue are filled as well.
+/// Address book. The searchable text table has the old columns (c15Phone, c16Email, c17Address, c19URL) or
+/// the new ones (c16Phone, c17Email, c18Address, c20URL); ABPerson and ABMultiValue are filled as well.
 class ContactsStore : public SampleStore {
  public:
   struct Person {
-    QString first, last, company, phone, email, address, url;  ///< several values of one kind: one text, as given
+    QString first, last, company, phone, email, address,
+        url;  ///< several values of one kind: one text, as given
   };
   ContactsStore(const QString& path, bool newLayout, bool wal = false);
   /// @return the docid, counting from 1.
   qint64 add(const Person& person);
+
+ private:
+  void addValues(qint64 person, int property, const QString& lines);
+
+  QString m_insertText;
 };
 
 /// SMS and iMessage.
@@ -58,22 +84,33 @@ class MessageStore : public SampleStore {
   qint64 addChat(const QString& identifier);                                 ///< @return its row id
   /// @param date as stored: seconds or nanoseconds from 2001-01-01. A null text is stored as NULL.
   /// @param chats chat_message_join gets a row for each. @return the message's row id.
-  qint64 addMessage(qint64 handle, const QString& text, qint64 date, bool fromMe, const std::vector<qint64>& chats);
+  qint64 addMessage(qint64 handle, const QString& text, qint64 date, bool fromMe,
+                    const std::vector<qint64>& chats);
+  /// Attaches a file to a message. @param path beginning with "~/Library/SMS/Attachments/".
+  void addAttachment(qint64 message, const QString& path, const QString& mimeType, qint64 size);
+
+ private:
+  std::map<qint64, QString> m_services;               // by handle
+  std::set<std::pair<qint64, qint64>> m_chatHandles;  // who is in a chat already
+  int m_messages = 0;
 };
 
 /// Call log with ZCALLRECORD, for the first-choice and the fallback place alike.
 class CallStore : public SampleStore {
  public:
   explicit CallStore(const QString& path, bool wal = false);
-  /// @param date seconds from 2001-01-01. @param duration may have a fraction. A null address is stored as NULL.
-  void add(int answered, double duration, const QString& address, double date);
+  /// @param date seconds from 2001-01-01. @param duration may have a fraction. A null address is stored as
+  /// NULL.
+  /// @param originated 1 for a call that the owner of the device made.
+  void add(int answered, double duration, const QString& address, double date, int originated = 0);
 };
 
 /// Notes with ZNOTE and ZNOTEBODY.
 class NotesStore : public SampleStore {
  public:
   explicit NotesStore(const QString& path, bool wal = false);
-  /// @param date seconds from 2001-01-01, or a null QVariant. A null body leaves the note without a ZNOTEBODY row.
+  /// @param date seconds from 2001-01-01, or a null QVariant. A null body leaves the note without a ZNOTEBODY
+  /// row.
   void add(const QVariant& date, const QString& title, const QString& body);
 };
 
@@ -83,4 +120,9 @@ class NotesCloudStore : public SampleStore {
   explicit NotesCloudStore(const QString& path, bool wal = false);
   /// @param date1 what ZCREATIONDATE1 gets, seconds from 2001-01-01, or null.
   void add(const QVariant& date1, const QString& title, const QString& snippet);
+  /// Adds the rows that devices keep in the same table for an account and a folder; later notes lie in it.
+  void addFolder(const QString& name);
+
+ private:
+  QVariant m_folder, m_account;  // row ids, null before addFolder()
 };

@@ -1,0 +1,109 @@
+#include "sample/backup_builder.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "sample/plist_writer.h"
+#include "sample/written_file.h"
+
+namespace {
+
+// A key whose value is null is left out.
+void writeText(PlistWriter& plist, const QString& key, const QString& value) {
+  if (!value.isNull()) plist.string(key, value);
+}
+
+}  // namespace
+
+BackupBuilder::BackupBuilder(const QString& folder, Layout layout) : m_folder(folder), m_layout(layout) {
+  if (!QDir().mkpath(folder)) written_file::fail(folder, "the folder can't be made");
+}
+
+void BackupBuilder::writeInfo(const Info& info) {
+  PlistWriter plist;
+  plist.string("Build Version", "13E238");
+  writeText(plist, "Device Name", info.displayName);
+  writeText(plist, "Display Name", info.displayName);
+  plist.string("GUID", "6F1D0C7A4E2B49D8A1C35B7E90F2D416");
+  plist.strings("Installed Applications",
+                {"com.example.Snap", "com.example.Sketch", "net.example.Radio", "net.whatsapp.WhatsApp"});
+  if (!info.lastBackupDate.isNull()) plist.date("Last Backup Date", info.lastBackupDate);
+  writeText(plist, "Phone Number", info.phoneNumber);
+  plist.string("Product Type", "iPhone7,2");
+  writeText(plist, "Product Version", info.productVersion);
+  writeText(plist, "Serial Number", info.serialNumber);
+  plist.string("Target Identifier", "b5c1f09d7a3e42681f0c9d8e7b6a5f4e3d2c1b0a");
+  plist.string("Target Type", "Device");
+  plist.string("Unique Identifier", "B5C1F09D7A3E42681F0C9D8E7B6A5F4E3D2C1B0A");
+  plist.string("iTunes Version", "12.5.4.42");
+  written_file::write(m_folder + "/Info.plist", plist.finish());
+}
+
+QString BackupBuilder::addFile(const QString& domain, const QString& relativePath,
+                               const QByteArray& content) {
+  const QString path = makePlace(domain, relativePath);
+  written_file::write(path, content);
+  m_entries.push_back({domain, relativePath, kFile, quint64(content.size()),
+                       QCryptographicHash::hash(content, QCryptographicHash::Sha1), false});
+  return path;
+}
+
+void BackupBuilder::addEntry(const QString& domain, const QString& relativePath, quint16 mode) {
+  m_entries.push_back({domain, relativePath, mode, 0, {}, false});
+}
+
+QString BackupBuilder::reserveFile(const QString& domain, const QString& relativePath) {
+  const QString path = makePlace(domain, relativePath);
+  m_entries.push_back({domain, relativePath, kFile, 0, {}, true});
+  return path;
+}
+
+void BackupBuilder::finish(bool wal) {
+  settleReserved();
+  if (m_layout == Layout::Mbdb) {
+    writeMbdb();
+  } else {
+    writeDb(wal);
+  }
+}
+
+QString BackupBuilder::fileId(const QString& domain, const QString& relativePath) {
+  const QByteArray name = (domain + '-' + relativePath).toUtf8();
+  return QString::fromLatin1(QCryptographicHash::hash(name, QCryptographicHash::Sha1).toHex());
+}
+
+QString BackupBuilder::filePath(const QString& fileId) const {
+  if (m_layout == Layout::Mbdb) return m_folder + '/' + fileId;
+  return m_folder + '/' + fileId.left(2) + '/' + fileId;
+}
+
+/// @return full path of an entry's file, in a folder that exists.
+QString BackupBuilder::makePlace(const QString& domain, const QString& relativePath) {
+  const QString path = filePath(fileId(domain, relativePath));
+  const QString parent = path.left(path.lastIndexOf('/'));
+  if (!m_madeFolders.contains(parent)) {
+    if (!QDir().mkpath(parent)) written_file::fail(parent, "the folder can't be made");
+    m_madeFolders.insert(parent);
+  }
+  return path;
+}
+
+/// Takes size and hash from the files that the caller has written itself.
+void BackupBuilder::settleReserved() {
+  for (Entry& entry : m_entries) {
+    if (!entry.reserved) continue;
+    const QString path = filePath(fileId(entry.domain, entry.relativePath));
+    if (!QFileInfo::exists(path)) continue;
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file)) {
+      written_file::fail(path, file.errorString());
+    }
+    entry.size = quint64(file.size());
+    entry.dataHash = hash.result();
+    file.close();
+    written_file::stamp(path);
+  }
+}

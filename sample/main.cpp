@@ -1,0 +1,95 @@
+// orvandel-sample: writes a backup that never was on a device, to look at, to test and to measure with.
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <cstdio>
+#include <exception>
+
+#include "sample/lively_backup.h"
+
+namespace {
+
+constexpr int kWrongUsage = 1;
+constexpr int kNotWritten = 4;
+
+int complain(const QString& text, int status) {
+  std::fprintf(stderr, "orvandel-sample: %s\n", qPrintable(text));
+  return status;
+}
+
+struct NumberOption {
+  const char *name, *description;
+  int LivelyOptions::*member;
+};
+
+const NumberOption kNumbers[] = {
+    {"photos", "Pictures and films of the camera roll.", &LivelyOptions::photos},
+    {"messages", "Messages, over all conversations.", &LivelyOptions::messages},
+    {"contacts", "People of the address book.", &LivelyOptions::contacts},
+    {"entries", "Fill the manifest up to this many entries.", &LivelyOptions::entries},
+    {"seed", "Another number makes another backup.", &LivelyOptions::seed},
+};
+
+/// Takes the options over. @return what is wrong with them; null when nothing is.
+QString readOptions(const QCommandLineParser& parser, LivelyOptions& options) {
+  const QString layout = parser.value("layout");
+  if (layout != "db" && layout != "mbdb") return "--layout is mbdb or db, not \"" + layout + "\"";
+  options.layout = layout == "db" ? BackupBuilder::Layout::Db : BackupBuilder::Layout::Mbdb;
+  constexpr int kMost = 100000000;
+  for (const NumberOption& number : kNumbers) {
+    const QString text = parser.value(number.name);
+    bool ok = false;
+    const int value = text.toInt(&ok);
+    if (!ok || value < 0 || value > kMost) {
+      return QString("--%1 takes a number from 0 to %2, not \"%3\"").arg(number.name).arg(kMost).arg(text);
+    }
+    options.*number.member = value;
+  }
+  return {};
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QCoreApplication app(argc, argv);
+  QCoreApplication::setApplicationName("orvandel-sample");
+  QCoreApplication::setApplicationVersion(ORVANDEL_VERSION);
+
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      "Writes a made-up backup of a device. The same arguments give the same bytes.\n"
+      "Ends with 0, with 1 for wrong usage, with 4 when something can't be written.");
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addPositionalArgument("FOLDER", "The backup's own folder; missing or empty.");
+  parser.addOption({"layout", "Kind of manifest: mbdb or db.", "layout", "db"});
+  LivelyOptions options;
+  for (const NumberOption& number : kNumbers) {
+    parser.addOption({number.name, number.description, "N", QString::number(options.*number.member)});
+  }
+  parser.process(app);
+
+  const QStringList folders = parser.positionalArguments();
+  if (folders.size() != 1) return complain("exactly one FOLDER is needed (see --help)", kWrongUsage);
+  const QString problem = readOptions(parser, options);
+  if (!problem.isNull()) return complain(problem, kWrongUsage);
+  const QString folder = QDir::cleanPath(folders.first());
+  const QFileInfo place(folder);
+  if (place.exists() && !place.isDir()) return complain(folder + ": is a file, not a folder", kWrongUsage);
+  if (place.exists() &&
+      !QDir(folder).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)) {
+    return complain(folder + ": the folder isn't empty, nothing was written", kWrongUsage);
+  }
+
+  try {
+    const LivelySummary summary = writeLivelyBackup(folder, options);
+    std::printf(
+        "%s: %lld entries, %d photos, %d messages in %d conversations, %d contacts, %d calls, %d notes\n",
+        qPrintable(folder), static_cast<long long>(summary.entries), options.photos, options.messages,
+        summary.conversations, options.contacts, summary.calls, summary.notes);
+  } catch (const std::exception& error) {
+    return complain(QString::fromUtf8(error.what()), kNotWritten);
+  }
+  return 0;
+}

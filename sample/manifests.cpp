@@ -1,0 +1,155 @@
+// The two kinds of manifest that BackupBuilder writes.
+#include <QFile>
+#include <QtEndian>
+
+#include "sample/backup_builder.h"
+#include "sample/plist_writer.h"
+#include "sample/stores.h"
+#include "sample/written_file.h"
+
+namespace {
+
+constexpr quint16 kTypeMask = 0xF000;       // the part of a mode that tells directory, link and file apart
+constexpr quint32 kFirstTime = 1388577600;  // 2014-01-01T12:00:00Z, in seconds from 1970-01-01
+constexpr quint32 kTimeSpan = 3 * 365 * 86400;  // entries are spread over three years
+constexpr quint32 kMobileUser = 501;            // owner and group of nearly everything on a device
+constexpr quint64 kFirstInode = 1000;
+constexpr qint64 kBufferSize = 1 << 20;
+
+template <typename Number>
+void appendNumber(QByteArray& out, Number number) {
+  char bytes[sizeof(Number)];
+  qToBigEndian(number, bytes);
+  out.append(bytes, sizeof(Number));
+}
+
+void appendAbsent(QByteArray& out) {
+  appendNumber<quint16>(out, 0xFFFF);
+}
+
+void appendString(QByteArray& out, const QByteArray& text) {
+  if (text.size() >= 0xFFFF)
+    written_file::fail("Manifest.mbdb", "a string is longer than the format can hold");
+  appendNumber<quint16>(out, quint16(text.size()));
+  out.append(text);
+}
+
+/// What "Manifest.db" says of size and mode: an object of the keyed archiver. Built once with marks, then
+/// filled in.
+class FileBlobs {
+ public:
+  FileBlobs() {
+    PlistWriter plist(PlistWriter::Style::Compact);
+    plist.string("$archiver", "NSKeyedArchiver");
+    plist.beginArray("$objects");
+    plist.string({}, "$null");
+    plist.beginDict({});
+    reference(plist, "$class", 2);
+    plist.element("Mode", "integer", "MODE");
+    plist.element("Size", "integer", "SIZE");
+    plist.endDict();
+    plist.beginDict({});
+    plist.strings("$classes", {"MBFile", "NSObject"});
+    plist.string("$classname", "MBFile");
+    plist.endDict();
+    plist.endArray();
+    plist.beginDict("$top");
+    reference(plist, "root", 1);
+    plist.endDict();
+    plist.integer("$version", 100000);
+    const QByteArray whole = plist.finish().trimmed();
+    const int mode = whole.indexOf("MODE");
+    const int size = whole.indexOf("SIZE");
+    m_head = whole.left(mode);
+    m_middle = whole.mid(mode + 4, size - mode - 4);
+    m_tail = whole.mid(size + 4);
+  }
+
+  QByteArray make(quint16 mode, quint64 size) const {
+    return m_head + QByteArray::number(mode) + m_middle + QByteArray::number(size) + m_tail;
+  }
+
+ private:
+  static void reference(PlistWriter& plist, const QString& key, int object) {
+    plist.beginDict(key);
+    plist.integer("CF$UID", object);
+    plist.endDict();
+  }
+
+  QByteArray m_head, m_middle, m_tail;
+};
+
+int flagsOfMode(quint16 mode) {
+  if ((mode & kTypeMask) == (BackupBuilder::kDirectory & kTypeMask)) return 2;
+  if ((mode & kTypeMask) == (BackupBuilder::kLink & kTypeMask)) return 4;
+  return 1;
+}
+
+}  // namespace
+
+void BackupBuilder::writeMbdb() const {
+  const QString path = m_folder + "/Manifest.mbdb";
+  QFile file(path);
+  if (!file.open(written_file::kNewFile)) written_file::fail(path, file.errorString());
+  const auto flush = [&](QByteArray& out) {
+    written_file::append(file, out);
+    out.resize(0);
+  };
+
+  QByteArray out("mbdb\x05\x00", 6);
+  out.reserve(kBufferSize + 4096);
+  quint32 number = 0;
+  for (const Entry& entry : m_entries) {
+    const bool isLink = flagsOfMode(entry.mode) == 4;
+    const bool isDirectory = flagsOfMode(entry.mode) == 2;
+    appendString(out, entry.domain.toUtf8());
+    appendString(out, entry.relativePath.toUtf8());
+    isLink ? appendString(out, "/private/var/mobile/" + entry.relativePath.toUtf8()) : appendAbsent(out);
+    entry.dataHash.isEmpty() ? appendAbsent(out) : appendString(out, entry.dataHash);
+    appendAbsent(out);  // encryption key
+
+    const quint32 time = kFirstTime + quint32(quint64{number} * 7919 % kTimeSpan);
+    appendNumber<quint16>(out, entry.mode);
+    appendNumber<quint64>(out, kFirstInode + number);
+    appendNumber<quint32>(out, kMobileUser);
+    appendNumber<quint32>(out, kMobileUser);
+    for (int i = 0; i < 3; ++i) appendNumber<quint32>(out, time);
+    appendNumber<quint64>(out, entry.size);
+    appendNumber<quint8>(out, isDirectory ? 0 : entry.domain == "HomeDomain" ? 3 : 4);
+
+    // The photo library keeps a mark on each picture; that is where devices have properties.
+    const bool hasProperty = !isDirectory && entry.domain == "CameraRollDomain";
+    appendNumber<quint8>(out, hasProperty ? 1 : 0);
+    if (hasProperty) {
+      appendString(out, "com.apple.assetsd.UUID");
+      appendString(out, QByteArray::fromHex(fileId(entry.domain, entry.relativePath).toLatin1()).left(16));
+    }
+    ++number;
+    if (out.size() >= kBufferSize) flush(out);
+  }
+  flush(out);
+  file.close();
+  written_file::stamp(path);
+}
+
+void BackupBuilder::writeDb(bool wal) const {
+  static const QString kInsert = "INSERT OR IGNORE INTO Files VALUES (?, ?, ?, ?, ?)";
+  const QString path = m_folder + "/Manifest.db";
+  SampleStore store(path, wal);
+  store.run(
+      "CREATE TABLE Files (fileID TEXT PRIMARY KEY, domain TEXT, relativePath TEXT, flags INTEGER, "
+      "file BLOB)");
+  store.run("CREATE TABLE Properties (key TEXT PRIMARY KEY, value BLOB)");
+  store.run("INSERT INTO Properties VALUES (?, ?)", {"salt", QByteArray::fromHex("5b0e9c2f7a61d384")});
+  const FileBlobs blobs;
+  for (const Entry& entry : m_entries) {
+    store.run(kInsert, {fileId(entry.domain, entry.relativePath), entry.domain, entry.relativePath,
+                        flagsOfMode(entry.mode), blobs.make(entry.mode, entry.size)});
+  }
+  // Behind the rows, where they are much quicker to build.
+  store.run("CREATE INDEX FilesDomainIdx ON Files(domain)");
+  store.run("CREATE INDEX FilesRelativePathIdx ON Files(relativePath)");
+  store.run("CREATE INDEX FilesFlagsIdx ON Files(flags)");
+  store.close();
+  written_file::stamp(path);
+}

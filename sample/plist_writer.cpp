@@ -1,0 +1,60 @@
+#include "sample/plist_writer.h"
+
+PlistWriter::PlistWriter(Style style) : m_xml(&m_bytes) {
+  if (style == Style::Indented) {
+    m_xml.setAutoFormatting(true);
+    m_xml.setAutoFormattingIndent(-1);  // one tab
+  }
+  m_xml.writeStartDocument();
+  if (style == Style::Indented) {
+    m_xml.writeDTD(
+        "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+        "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">");
+  }
+  m_xml.writeStartElement("plist");
+  m_xml.writeAttribute("version", "1.0");
+  m_xml.writeStartElement("dict");
+}
+
+void PlistWriter::boolean(const QString& key, bool value) {
+  writeKey(key);
+  m_xml.writeEmptyElement(value ? "true" : "false");
+}
+
+void PlistWriter::strings(const QString& key, const QStringList& values) {
+  beginArray(key);
+  for (const QString& value : values) string({}, value);
+  endArray();
+}
+
+void PlistWriter::beginDict(const QString& key) {
+  writeKey(key);
+  m_xml.writeStartElement("dict");
+}
+
+void PlistWriter::endDict() {
+  m_xml.writeEndElement();
+}
+
+void PlistWriter::beginArray(const QString& key) {
+  writeKey(key);
+  m_xml.writeStartElement("array");
+}
+
+void PlistWriter::endArray() {
+  m_xml.writeEndElement();
+}
+
+void PlistWriter::element(const QString& key, const QString& kind, const QString& value) {
+  writeKey(key);
+  m_xml.writeTextElement(kind, value);
+}
+
+QByteArray PlistWriter::finish() {
+  m_xml.writeEndDocument();
+  return m_bytes;
+}
+
+void PlistWriter::writeKey(const QString& key) {
+  if (!key.isNull()) m_xml.writeTextElement("key", key);
+}

@@ -1,0 +1,44 @@
+#pragma once
+#include <QByteArray>
+#include <QString>
+#include <QXmlStreamWriter>
+
+/// Writes one property list in XML: a dictionary, with further ones in it. Keys come out in the order of the
+/// calls.
+class PlistWriter {
+ public:
+  enum class Style {
+    Indented,  ///< with document type, a line for each element
+    Compact    ///< one line, without document type
+  };
+
+  explicit PlistWriter(Style style = Style::Indented);
+
+  void string(const QString& key, const QString& value) { element(key, "string", value); }
+  /// @param value as it is to stand in the file; not checked.
+  void date(const QString& key, const QString& value) { element(key, "date", value); }
+  void integer(const QString& key, qint64 value) { element(key, "integer", QString::number(value)); }
+  void data(const QString& key, const QByteArray& value) {
+    element(key, "data", QString::fromLatin1(value.toBase64()));
+  }
+  void boolean(const QString& key, bool value);
+  void strings(const QString& key, const QStringList& values);
+  void beginDict(const QString& key);
+  void endDict();
+
+  // For lists that aren't just strings: what stands between these has a null key.
+  void beginArray(const QString& key);
+  void endArray();
+
+  /// An element of any kind. @param key null within an array.
+  void element(const QString& key, const QString& kind, const QString& value);
+
+  /// Ends the list. Nothing may be added afterwards. @return UTF-8.
+  QByteArray finish();
+
+ private:
+  void writeKey(const QString& key);
+
+  QByteArray m_bytes;
+  QXmlStreamWriter m_xml;
+};
