@@ -1,0 +1,229 @@
+#include "common/path.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support.h"
+
+namespace {
+
+struct SplitCase {
+  const char* pszTitle;
+  const char* pszPath;
+  const char* pszFolder;
+  const char* pszName;
+  const char* pszExtension;
+};
+
+class SplitPath : public testing::TestWithParam<SplitCase> {};
+
+struct ExtensionCase {
+  const char* pszTitle;
+  const char* pszName;
+  const char* pszExtension;
+};
+
+class Extension : public testing::TestWithParam<ExtensionCase> {};
+
+template <typename Case>
+std::string TitleOf(const testing::TestParamInfo<Case>& info) {
+  return info.param.pszTitle;
+}
+
+/// The free name for a path, as narrow UTF-8.
+std::string FreeName(const std::string& strPath) {
+  const std::u16string wstrFree = GetRealFileName(strPath.c_str());
+  return QString::fromStdU16String(wstrFree).toUtf8().toStdString();
+}
+
+}  // namespace
+
+TEST_P(SplitPath, FallsIntoItsParts) {
+  const SplitCase& row = GetParam();
+  std::string strDrive = "old", strFolder = "old", strName = "old", strExtension = "old";
+
+  _splitpath(row.pszPath, strDrive, strFolder, strName, strExtension);
+
+  EXPECT_EQ("", strDrive);
+  EXPECT_EQ(row.pszFolder, strFolder);
+  EXPECT_EQ(row.pszName, strName);
+  EXPECT_EQ(row.pszExtension, strExtension);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Path, SplitPath,
+    testing::Values(SplitCase{"FileInFolders", "/a/b/c.txt", "/a/b/", "c", ".txt"},
+                    SplitCase{"TrailingSlashIsAFolderWithAnEmptyName", "/a/b/", "/a/b/", "", ""},
+                    SplitCase{"TrailingSlashBehindADot", "/a.d/", "/a.d/", "", ""},
+                    SplitCase{"RootAlone", "/", "/", "", ""},
+                    SplitCase{"FileInRoot", "/c.txt", "/", "c", ".txt"},
+                    SplitCase{"DotInTheFolderOnly", "/a.d/c", "/a.d/", "c", ""},
+                    SplitCase{"LastDotCounts", "/a/c.tar.gz", "/a/", "c.tar", ".gz"},
+                    SplitCase{"DotAtTheEnd", "/a/c.", "/a/", "c", "."},
+                    SplitCase{"DotAtTheFront", "/a/.c", "/a/", "", ".c"},
+                    SplitCase{"RelativePath", "a/c.txt", "a/", "c", ".txt"},
+                    SplitCase{"NameAlone", "c.txt", "", "c", ".txt"},
+                    SplitCase{"NameAloneWithTwoDots", "c.tar.gz", "", "c.tar", ".gz"},
+                    SplitCase{"NameAloneWithoutDot", "c", "", "c", ""},
+                    SplitCase{"BackslashIsAnOrdinaryLetter", "a\\b.txt", "", "a\\b", ".txt"},
+                    SplitCase{"EmptyPath", "", "", "", ""}, SplitCase{"NullPath", nullptr, "", "", ""}),
+    TitleOf<SplitCase>);
+
+TEST_P(Extension, IsWhatFollowsTheLastDot) {
+  const ExtensionCase& row = GetParam();
+  std::string strExtension = "old";
+
+  const int nStatus = GetExtendName(row.pszName, strExtension);
+
+  EXPECT_EQ(0, nStatus);
+  EXPECT_EQ(row.pszExtension, strExtension);
+}
+
+INSTANTIATE_TEST_SUITE_P(Path, Extension,
+                         testing::Values(ExtensionCase{"OneDot", "a.txt", "txt"},
+                                         ExtensionCase{"TwoDots", "a.tar.gz", "gz"},
+                                         ExtensionCase{"CapitalsStay", "IMG_0001.JPG", "JPG"},
+                                         ExtensionCase{"DotAtTheEnd", "a.", ""},
+                                         ExtensionCase{"DotAtTheFront", ".plist", "plist"}),
+                         TitleOf<ExtensionCase>);
+
+TEST(Extension, NameWithoutADotFailsAndWritesNothing) {
+  std::string strExtension = "old";
+
+  const int nStatus = GetExtendName("Manifest", strExtension);
+
+  EXPECT_EQ(87, nStatus);
+  EXPECT_EQ("old", strExtension);
+}
+
+TEST(Extension, EmptyNameFailsAndWritesNothing) {
+  std::string strExtension = "old";
+
+  const int nStatus = GetExtendName("", strExtension);
+
+  EXPECT_EQ(87, nStatus);
+  EXPECT_EQ("old", strExtension);
+}
+
+TEST(Extension, NullNameFailsAndWritesNothing) {
+  std::string strExtension = "old";
+
+  const int nStatus = GetExtendName(nullptr, strExtension);
+
+  EXPECT_EQ(87, nStatus);
+  EXPECT_EQ("old", strExtension);
+}
+
+TEST(FreeFileName, PathThatIsFreeStaysAsItIs) {
+  TemporaryFolder folder;
+
+  const std::string strFree = FreeName(folder.Path("a.txt"));
+
+  EXPECT_EQ(folder.Path("a.txt"), strFree);
+}
+
+TEST(FreeFileName, FirstNumberThatIsFreeIsTaken) {
+  TemporaryFolder folder;
+  folder.Write("a.txt", "");
+  folder.Write("a(1).txt", "");
+
+  const std::string strFree = FreeName(folder.Path("a.txt"));
+
+  EXPECT_EQ(folder.Path("a(2).txt"), strFree);
+}
+
+TEST(FreeFileName, GapInTheNumbersIsFilled) {
+  TemporaryFolder folder;
+  folder.Write("a.txt", "");
+  folder.Write("a(2).txt", "");
+
+  const std::string strFree = FreeName(folder.Path("a.txt"));
+
+  EXPECT_EQ(folder.Path("a(1).txt"), strFree);
+}
+
+TEST(FreeFileName, NameWithoutADotGetsTheNumberAtItsEnd) {
+  TemporaryFolder folder;
+  folder.Write("some.folder/note", "");
+
+  const std::string strFree = FreeName(folder.Path("some.folder/note"));
+
+  EXPECT_EQ(folder.Path("some.folder/note(1)"), strFree);
+}
+
+TEST(FreeFileName, NumberStandsBeforeTheLastExtensionOnly) {
+  TemporaryFolder folder;
+  folder.Write("a.tar.gz", "");
+
+  const std::string strFree = FreeName(folder.Path("a.tar.gz"));
+
+  EXPECT_EQ(folder.Path("a.tar(1).gz"), strFree);
+}
+
+TEST(FreeFileName, FolderOfThatNameTakesThePathToo) {
+  TemporaryFolder folder;
+  folder.MakeFolder("Photos");
+
+  const std::string strFree = FreeName(folder.Path("Photos"));
+
+  EXPECT_EQ(folder.Path("Photos(1)"), strFree);
+}
+
+TEST(FreeFileName, NameBeyondAsciiGoesThroughTheLocale) {
+  TemporaryFolder folder;
+  folder.Write(
+      "Gr\xC3\xBC\xC3\x9F"
+      "e.txt",
+      "");
+
+  const std::string strFree =
+      FreeName(folder.Path("Gr\xC3\xBC\xC3\x9F"
+                           "e.txt"));
+
+  EXPECT_EQ(folder.Path("Gr\xC3\xBC\xC3\x9F"
+                        "e(1).txt"),
+            strFree);
+}
+
+TEST(FreeFileName, PathOf600BytesKeepsAllOfThem) {
+  TemporaryFolder folder;
+  const std::string strDeep =
+      std::string(200, 'x') + "/" + std::string(200, 'y') + "/" + std::string(190, 'z');
+  folder.Write(strDeep + ".txt", "");
+
+  const std::string strFree = FreeName(folder.Path(strDeep + ".txt"));
+
+  EXPECT_EQ(folder.Path(strDeep + "(1).txt"), strFree);
+}
+
+TEST(FreeFileName, CountFromZeroBeginsWithThePathItself) {
+  TemporaryFolder folder;
+  unsigned int nNumber = 0;
+
+  const std::string strFree = FirstFreeName(folder.Path("a.txt"), nNumber);
+
+  EXPECT_EQ(folder.Path("a.txt"), strFree);
+  EXPECT_EQ(0u, nNumber);
+}
+
+TEST(FreeFileName, CountFromZeroTellsTheNumberThatItTook) {
+  TemporaryFolder folder;
+  folder.Write("a.txt", "");
+  folder.Write("a(1).txt", "");
+  unsigned int nNumber = 0;
+
+  const std::string strFree = FirstFreeName(folder.Path("a.txt"), nNumber);
+
+  EXPECT_EQ(folder.Path("a(2).txt"), strFree);
+  EXPECT_EQ(2u, nNumber);
+}
+
+TEST(FreeFileName, CountFromANumberLooksAtNoLowerOne) {
+  TemporaryFolder folder;
+  folder.Write("a(3).txt", "");
+  unsigned int nNumber = 3;
+
+  const std::string strFree = FirstFreeName(folder.Path("a.txt"), nNumber);
+
+  EXPECT_EQ(folder.Path("a(4).txt"), strFree);
+  EXPECT_EQ(4u, nNumber);
+}
