@@ -213,7 +213,8 @@ int process_mbdb_file(const char16_t* pPath, Catalogue& entries) {
     ReportProblem(strPath, "not a manifest: it doesn't begin with \"mbdb\"");
     return kStatusMissing;
   }
-  ReadEntries(strPath, pBytes + kHeaderSize, buffer.nSize - kHeaderSize, entries);
+  if (buffer.nSize > kHeaderSize)
+    ReadEntries(strPath, pBytes + kHeaderSize, buffer.nSize - kHeaderSize, entries);
   return kStatusOk;
 }
 

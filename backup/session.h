@@ -30,7 +30,7 @@ class CIphoneBackupFile {
 
   // Discovery.
 
-  /// Lists the folders below the backup root. @return 0.
+  /// Lists the folders below the backup root. The constructor's part: it runs before any Init. @return 0.
   int LocalBackUpFileInfo();
   /// Appends a record for each of these folders that has a readable "Info.plist". A record inherits what its
   /// own file doesn't tell from the one before it. @return 0.

@@ -13,10 +13,10 @@ constexpr int kUnknown = CFileTypeJudge::kUnknown;
 class Head {
  public:
   Head(const void* pData, uint32_t nLength)
-      : m_pData(static_cast<const unsigned char*>(pData)), m_nLength(nLength) {}
+      : m_pData(static_cast<const unsigned char*>(pData)), m_nLength(pData ? nLength : 0) {}
 
-  /// False for null and for less than so many bytes.
-  bool Has(uint32_t nLength) const { return m_pData && m_nLength >= nLength; }
+  /// False for less than so many bytes; null has none.
+  bool Has(uint32_t nLength) const { return m_nLength >= nLength; }
 
   uint32_t Length() const { return m_nLength; }
 
