@@ -1,0 +1,109 @@
+#include "benchmarks/data.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QCoreApplication>
+#include <cstdio>
+#include <functional>
+#include <stdexcept>
+
+#include "sample/backup_builder.h"
+#include "sample/pictures.h"
+#include "sample/stores.h"
+
+namespace {
+
+QString g_folder;
+
+/// Makes a folder of data once: under another name first, so that a run that was broken off leaves no half of one.
+QString Prepared(const QString& name, const std::function<void(const QString& folder)>& make) {
+  const QString folder = g_folder + "/" + name;
+  if (QDir(folder).exists()) return folder;
+  fprintf(stderr, "orvandel: making %s\n", qPrintable(folder));
+  const QString unfinished = folder + ".part";
+  QDir(unfinished).removeRecursively();
+  QDir().mkpath(unfinished);
+  make(unfinished);
+  if (!QDir().rename(unfinished, folder)) throw std::runtime_error("can't rename " + unfinished.toStdString());
+  return folder;
+}
+
+void MakeManifest(const QString& folder, BackupBuilder::Layout layout) {
+  BackupBuilder builder(folder, layout);
+  for (int i = 0; i < kManifestEntries; ++i)
+    builder.addEntry("AppDomain-com.example.App" + QString::number(i % 97),
+                     QString("Library/Caches/Snapshots/%1/item-%2.plist").arg(i / 1000).arg(i));
+  builder.finish();
+}
+
+}  // namespace
+
+void SetDataFolder(const QString& folder) { g_folder = folder; }
+
+std::string BinaryManifest() {
+  const QString folder =
+      Prepared("mbdb", [](const QString& f) { MakeManifest(f, BackupBuilder::Layout::Mbdb); });
+  return (folder + "/Manifest.mbdb").toStdString();
+}
+
+std::string DatabaseManifest() {
+  const QString folder = Prepared("db", [](const QString& f) { MakeManifest(f, BackupBuilder::Layout::Db); });
+  return (folder + "/Manifest.db").toStdString();
+}
+
+std::string MediaBackup() {
+  return Prepared("media", [](const QString& folder) {
+           const QByteArray picture = sample_media::jpeg(1, 96, 64);
+           BackupBuilder builder(folder, BackupBuilder::Layout::Db);
+           builder.writeInfo({});
+           for (int i = 0; i < kMediaFiles; ++i) {
+             const QString name = QString("Media/DCIM/%1APPLE/IMG_%2.JPG").arg(100 + i / 1000).arg(i, 6, 10, QChar('0'));
+             builder.addFile("CameraRollDomain", name, picture);
+           }
+           builder.finish();
+         }).toStdString();
+}
+
+std::string MessageStorePath() {
+  const QString folder = Prepared("messages", [](const QString& f) {
+    MessageStore store(f + "/sms.db");
+    std::vector<qint64> handles, chats;
+    for (int i = 0; i < kSenders; ++i) {
+      handles.push_back(store.addHandle(QString("+4930%1").arg(1000000 + i * 37)));
+      chats.push_back(store.addChat(QString("chat%1").arg(i)));
+    }
+    for (int i = 0; i < kMessages; ++i) {
+      const auto sender = static_cast<size_t>((i * 7919LL) % kSenders);
+      const qint64 date = (430000000LL + i * 61LL) * 1000000000LL;
+      store.addMessage(handles[sender], QString("Message %1: see you at the usual place, half past six?").arg(i), date,
+                       i % 3 == 0, {chats[sender]});
+    }
+  });
+  return (folder + "/sms.db").toStdString();
+}
+
+std::string ContactsStorePath() {
+  const QString folder = Prepared("contacts", [](const QString& f) {
+    ContactsStore store(f + "/AddressBook.sqlitedb", true);
+    for (int i = 0; i < kPeople; ++i) {
+      ContactsStore::Person person;
+      person.first = QString("First%1").arg(i);
+      person.last = QString("Last%1").arg(i);
+      // Every other person's number is that of a sender.
+      person.phone = i % 2 == 0 ? QString("+4930%1").arg(1000000 + i * 37) : QString("+4989%1").arg(2000000 + i);
+      store.add(person);
+    }
+  });
+  return (folder + "/AddressBook.sqlitedb").toStdString();
+}
+
+std::string LargeBackup() {
+  return Prepared("large", [](const QString& folder) {
+           QDir(folder).removeRecursively();
+           const QString program = QCoreApplication::applicationDirPath() + "/orvandel-sample";
+           if (QProcess::execute(program, {folder, "--entries", "1000000", "--photos", "100000", "--messages", "500000",
+                                           "--contacts", "5000"}) != 0)
+             throw std::runtime_error("orvandel-sample failed");
+         }).toStdString();
+}

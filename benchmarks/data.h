@@ -1,0 +1,21 @@
+#pragma once
+#include <QString>
+#include <string>
+
+// Backups to measure on. Each is made on its first use below the data folder and kept there for the next run.
+
+constexpr int kManifestEntries = 1000000;
+constexpr int kMediaFiles = 100000;
+constexpr int kMessages = 1000000;
+constexpr int kSenders = 2000;
+constexpr int kPeople = 5000;
+
+/// Chooses the data folder.
+void SetDataFolder(const QString& folder);
+
+std::string BinaryManifest();      ///< path of a "Manifest.mbdb" of a million entries
+std::string DatabaseManifest();    ///< path of a "Manifest.db" of a million rows
+std::string MediaBackup();         ///< folder of a two-level backup with 100,000 camera files
+std::string MessageStorePath();    ///< a message store with a million messages of 2,000 senders
+std::string ContactsStorePath();   ///< a contacts store (new layout) with 5,000 people
+std::string LargeBackup();         ///< folder: a million entries, 100,000 photos, 500,000 messages

@@ -1,0 +1,78 @@
+#include <benchmark/benchmark.h>
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <string>
+
+#include "benchmarks/data.h"
+#include "benchmarks/memory.h"
+
+namespace {
+
+/// What is measured, against what, and how much more than that it may cost.
+struct Target {
+  const char* pszWhat;
+  const char* pszMeasured;
+  const char* pszBaseline;
+  double dLimit;
+};
+
+constexpr Target kTargets[] = {
+    {"Digest of 1,000,000 names / EVP one-shot", "OwnDigest", "EvpDigest", 1.0},
+    {"Binary manifest of 1,000,000 entries / EVP one-shot", "ReadBinaryManifest", "EvpDigest", 1.5},
+    {"Database manifest of 1,000,000 rows / plain SQLite loop", "ReadDatabaseManifest", "PlainManifestQuery", 3.0},
+    {"Message store of 1,000,000 rows / plain SQLite loop", "ReadMessageStore", "PlainMessageQuery", 3.0},
+    {"Media walk over 100,000 files / plain loop of system calls", "WalkMedia", "PlainMediaLoop", 1.3},
+};
+constexpr double kPeakMemoryLimit = 600;  // MiB
+
+/// Keeps the best time of each benchmark beside printing them as usual.
+class BestTimes : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
+      const std::string name = run.run_name.function_name;
+      const double dTime = run.GetAdjustedRealTime();
+      const auto [it, bNew] = m_times.emplace(name, dTime);
+      if (!bNew) it->second = std::min(it->second, dTime);
+    }
+    ConsoleReporter::ReportRuns(runs);
+  }
+
+  double Of(const char* pszName) const {
+    const auto it = m_times.find(pszName);
+    return it == m_times.end() ? 0 : it->second;
+  }
+
+ private:
+  std::map<std::string, double> m_times;
+};
+
+const char* Verdict(bool bMet) { return bMet ? "met" : "NOT MET"; }
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QCoreApplication application(argc, argv);
+  SetDataFolder(QCoreApplication::applicationDirPath() + "/../data");
+  benchmark::Initialize(&argc, argv);
+  BestTimes times;
+  benchmark::RunSpecifiedBenchmarks(&times);
+
+  printf("\n| What | Figure (ms) | Baseline (ms) | Ratio | Limit | |\n|---|---|---|---|---|---|\n");
+  for (const Target& target : kTargets) {
+    const double dMeasured = times.Of(target.pszMeasured), dBaseline = times.Of(target.pszBaseline);
+    if (dMeasured == 0 || dBaseline == 0) continue;  // filtered out
+    const double dRatio = dMeasured / dBaseline;
+    printf("| %s | %.0f | %.0f | %.2f | %.1f | %s |\n", target.pszWhat, dMeasured, dBaseline, dRatio, target.dLimit,
+           Verdict(dRatio <= target.dLimit));
+  }
+  if (argc > 1) return 0;
+  const double dPeak = ScanPeakMemory();
+  printf("| Peak memory of a scan of 1,000,000 entries, MiB | %.0f | | | %.0f | %s |\n", dPeak, kPeakMemoryLimit,
+         Verdict(dPeak <= kPeakMemoryLimit));
+  return 0;
+}

@@ -1,0 +1,5 @@
+#include "common/places.h"
+
+// No benchmark opens the folders of the system.
+std::string BackupRoot() { return "/nonexistent/"; }
+std::string WorkFolder() { return "/nonexistent/"; }
