@@ -4,6 +4,14 @@
 
 QString BackupLayout::PathOf(const std::string& strFileId) const {
   const QString qstrId = FromNarrow(strFileId);
-  if (bEncrypted || !bHasManifestDb) return qstrRoot + '/' + qstrId;
-  return qstrRoot + '/' + qstrId.left(2) + '/' + qstrId;
+  QString qstrPath;
+  qstrPath.reserve(qstrRoot.size() + qstrId.size() + 4);
+  qstrPath += qstrRoot;
+  qstrPath += '/';
+  if (!bEncrypted && bHasManifestDb) {
+    qstrPath += qstrId.leftRef(2);
+    qstrPath += '/';
+  }
+  qstrPath += qstrId;
+  return qstrPath;
 }

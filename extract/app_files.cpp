@@ -8,6 +8,7 @@
 #include "common/path.h"
 #include "common/text.h"
 #include "extract/file_type.h"
+#include "extract/sorting.h"
 
 namespace {
 
@@ -84,9 +85,8 @@ int WalkAppFiles(const Catalogue& catalogue, const BackupLayout& layout, const W
     }
     nCount += 2;
   }
-  std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) { return AppVectorCmp(a, b); });
-  std::sort(whatsApp.begin(), whatsApp.end(),
-            [](const auto& a, const auto& b) { return WhatsAppAttVectorCmp(a, b); });
+  SortRecords(files, AppVectorCmp);
+  SortRecords(whatsApp, WhatsAppAttVectorCmp);
   return nAnswer;
 }
 

@@ -7,6 +7,7 @@
 #include "common/status.h"
 #include "common/store.h"
 #include "extract/name_matching.h"
+#include "extract/sorting.h"
 
 namespace {
 
@@ -58,7 +59,6 @@ int CIPhoneHistoryCall::GetHistoryCallInfo(const std::string& strCallPath, const
     NameMatcher matcher(people, kShortestNamedNumber);
     for (__CALLHISTORY__& call : calls) call.strName = matcher.NameOf(call.strAddress);
   }
-  std::sort(calls.begin(), calls.end(),
-            [](const __CALLHISTORY__& a, const __CALLHISTORY__& b) { return VectorCmp(a, b); });
+  SortRecords(calls, [](const __CALLHISTORY__& a, const __CALLHISTORY__& b) { return VectorCmp(a, b); });
   return kStatusOk;
 }

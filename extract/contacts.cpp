@@ -6,6 +6,7 @@
 
 #include "common/status.h"
 #include "common/store.h"
+#include "extract/sorting.h"
 #include "extract/store_copy.h"
 
 namespace {
@@ -44,8 +45,8 @@ int CIPhoneContacts::GetContactsInfo(const std::string& strPath, std::vector<__P
       people.push_back(std::move(person));
     }
   }
-  std::sort(people.begin(), people.end(),
-            [](const __PERSON_CONTENT__& a, const __PERSON_CONTENT__& b) { return VectorCmp(a, b); });
+  SortRecords(people,
+              [](const __PERSON_CONTENT__& a, const __PERSON_CONTENT__& b) { return VectorCmp(a, b); });
   return kStatusOk;
 }
 

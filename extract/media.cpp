@@ -9,6 +9,7 @@
 #include "common/status.h"
 #include "common/text.h"
 #include "extract/file_type.h"
+#include "extract/sorting.h"
 
 namespace {
 
@@ -31,11 +32,6 @@ Verdict JudgeFile(CFileTypeJudge& judge, const QString& qstrPath, std::string& s
   // Only a file that can't be opened may be missing, so that the others need no test of their own.
   const bool bOpened = nStatus == kStatusOk || nStatus == kStatusShortRead;
   return bOpened || QFile::exists(qstrPath) ? Verdict::Unknown : Verdict::Missing;
-}
-
-template <typename Record, typename Compare>
-void SortByName(std::vector<Record>& records, Compare compare) {
-  std::sort(records.begin(), records.end(), [&](const Record& a, const Record& b) { return compare(a, b); });
 }
 
 /// Goes over the catalogue and calls visit for each entry. An entry for which it answers false isn't counted.
@@ -112,7 +108,7 @@ int WalkCameraFiles(const Catalogue& catalogue, const BackupLayout& layout, cons
     return true;
   });
   // The photo stream keeps the order of the catalogue; only the camera roll is in the order of names.
-  SortByName(camera, CamVectorCmp);
+  SortRecords(camera, CamVectorCmp);
   return nAnswer;
 }
 
@@ -133,6 +129,6 @@ int WalkMsgAttachments(const Catalogue& catalogue, const BackupLayout& layout, c
     if (info.uFileSize != 0) attachments.push_back(std::move(info));
     return true;
   });
-  SortByName(attachments, AttVectorCmp);
+  SortRecords(attachments, AttVectorCmp);
   return nAnswer;
 }

@@ -9,6 +9,7 @@
 #include "common/status.h"
 #include "common/store.h"
 #include "common/text.h"
+#include "extract/sorting.h"
 
 namespace {
 
@@ -68,8 +69,7 @@ void AddIfNotEmpty(std::vector<__NOTES__>& notes, __NOTES__ note) {
 }
 
 void SortNotes(std::vector<__NOTES__>& notes) {
-  std::sort(notes.begin(), notes.end(),
-            [](const __NOTES__& a, const __NOTES__& b) { return VectorCmp(a, b); });
+  SortRecords(notes, [](const __NOTES__& a, const __NOTES__& b) { return VectorCmp(a, b); });
 }
 
 }  // namespace
