@@ -1,7 +1,9 @@
 #include <QCoreApplication>
 #include <QTextCodec>
+#include <stdexcept>
 
 #include "cli/commands.h"
+#include "cli/exit_status.h"
 #include "cli/options.h"
 #include "cli/problems.h"
 #include "cli/stop_signal.h"
@@ -41,5 +43,10 @@ int main(int argc, char** argv) {
   Options options;
   int nExitStatus = 0;
   if (!ReadOptions(QCoreApplication::arguments(), options, nExitStatus)) return nExitStatus;
-  return Run(options);
+  try {
+    return Run(options);
+  } catch (const std::out_of_range& error) {  // a template that can't be used
+    PrintError(FromNarrow(error.what()));
+    return kExitNotWritten;
+  }
 }

@@ -7,6 +7,26 @@
 #include "common/status.h"
 #include "common/text.h"
 
+namespace {
+
+/// The path, or the path with a number, that no file has yet. Numbers begin at nNumber, 0 being the path itself.
+/// @param nNumber receives the number that was taken.
+std::string FirstFreeName(const std::string& strPath, unsigned int& nNumber) {
+  if (nNumber == 0) {
+    if (access(strPath.c_str(), F_OK) != 0) return strPath;
+    nNumber = 1;
+  }
+  std::string strDrive, strFolder, strName, strExtension;
+  _splitpath(strPath.c_str(), strDrive, strFolder, strName, strExtension);
+  for (;; ++nNumber) {
+    const std::string strCandidate =
+        strDrive + strFolder + strName + "(" + std::to_string(nNumber) + ")" + strExtension;
+    if (access(strCandidate.c_str(), F_OK) != 0) return strCandidate;
+  }
+}
+
+}  // namespace
+
 void _splitpath(const char* pszPath, std::string& strDrive, std::string& strFolder, std::string& strName,
                 std::string& strExtension) {
   const std::string strPath = pszPath ? pszPath : "";
@@ -29,19 +49,9 @@ int GetExtendName(const char* pszName, std::string& strExtension) {
   return 0;
 }
 
-std::string FirstFreeName(const std::string& strPath, unsigned int& nNumber) {
-  if (nNumber == 0) {
-    if (access(strPath.c_str(), F_OK) != 0) return strPath;
-    nNumber = 1;
-  }
-  std::string strDrive, strFolder, strName, strExtension;
-  _splitpath(strPath.c_str(), strDrive, strFolder, strName, strExtension);
-  for (;; ++nNumber) {
-    const std::string strCandidate =
-        strDrive + strFolder + strName + "(" + std::to_string(nNumber) + ")" + strExtension;
-    if (access(strCandidate.c_str(), F_OK) != 0) return strCandidate;
-  }
-}
+std::string FreeNames::Take(const std::string& strPath) { return FirstFreeName(strPath, m_lastNumbers[strPath]); }
+
+bool HasParentStep(const std::string& strPath) { return ("/" + strPath + "/").find("/../") != std::string::npos; }
 
 std::u16string GetRealFileName(const char* pszPath) {
   unsigned int nNumber = 0;

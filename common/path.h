@@ -1,5 +1,6 @@
 #pragma once
 #include <string>
+#include <unordered_map>
 
 /// Splits a "/" path. The drive is always empty; the folder ends in "/"; the extension begins with its ".".
 /// The path is always taken to hold a file name: "/a/b/" has the folder "/a/b/" and an empty name.
@@ -17,7 +18,16 @@ int GetExtendName(const char* pszName, std::string& strExtension);
 /// @param pszPath narrow. @return UTF-16.
 std::u16string GetRealFileName(const char* pszPath);
 
-/// The same, but the numbers begin at nNumber, for a caller who knows that the path and the lower numbers are
-/// taken.
-/// @param nNumber 0 begins with the path itself. It receives the number that was taken.
-std::string FirstFreeName(const std::string& strPath, unsigned int& nNumber);
+/// The same for many files. Remembers the number that each path came to, so that a thousand files of one name don't
+/// try a thousand names each. Lives as long as one recovery, on one thread.
+class FreeNames {
+ public:
+  /// @param strPath narrow. @return narrow.
+  std::string Take(const std::string& strPath);
+
+ private:
+  std::unordered_map<std::string, unsigned int> m_lastNumbers;  // those below are taken
+};
+
+/// True for a path with a step "..".
+bool HasParentStep(const std::string& strPath);

@@ -10,19 +10,18 @@
 
 BackupFileCopier::BackupFileCopier(const QString& qstrDestination) : m_qstrDestination(qstrDestination) {}
 
-CopyResult BackupFileCopier::Copy(const QString& qstrFolder, const std::string& strName,
-                                  const std::u16string& wstrSource) {
-  CopyResult result;
+WrittenFile BackupFileCopier::Copy(const QString& qstrFolder, const std::string& strName,
+                                   const std::u16string& wstrSource) {
+  WrittenFile result;
   const QString qstrTarget = m_qstrDestination + qstrFolder;
   const std::string strWanted = ToNarrow(qstrTarget) + strName;
   result.qstrPath = FromNarrow(strWanted);
-  if (qstrFolder.split('/').contains("..")) {
+  if (HasParentStep(ToNarrow(qstrFolder) + strName)) {
     result.qstrReason = "The folder leads out of the destination";
     return result;
   }
   QDir().mkpath(qstrTarget);
-  unsigned int& nNumber = m_lastNumbers[strWanted];
-  const std::string strPath = FirstFreeName(strWanted, nNumber);
+  const std::string strPath = m_freeNames.Take(strWanted);
   result.qstrPath = FromNarrow(strPath);
   QFile source(FromWide(wstrSource));
   if (!source.copy(result.qstrPath)) {

@@ -1,14 +1,9 @@
 #pragma once
 #include <QString>
 #include <string>
-#include <unordered_map>
 
-/// How the copy of one file ended.
-struct CopyResult {
-  QString qstrPath;    ///< of the copy; without one, of the copy that was wanted
-  QString qstrReason;  ///< why there is no copy; empty when there is one
-  bool Succeeded() const { return qstrReason.isEmpty(); }
-};
+#include "common/path.h"
+#include "export/written_file.h"
 
 /// Copies files of a backup into the folders of a destination: the one routine for all that recovers files.
 /// One object serves one recovery, on one thread, as the only writer of its folders.
@@ -22,10 +17,9 @@ class BackupFileCopier {
   /// leads out
   ///                   of the destination is refused: names in a backup are no reason to write elsewhere.
   /// @param strName    narrow. @param wstrSource path in the backup.
-  CopyResult Copy(const QString& qstrFolder, const std::string& strName, const std::u16string& wstrSource);
+  WrittenFile Copy(const QString& qstrFolder, const std::string& strName, const std::u16string& wstrSource);
 
  private:
-  /// The number that a name last got, so that a thousand files of one name don't try a thousand names each.
-  std::unordered_map<std::string, unsigned int> m_lastNumbers;
+  FreeNames m_freeNames;
   QString m_qstrDestination;
 };

@@ -1,0 +1,21 @@
+#pragma once
+#include "cli/open_backup.h"
+#include "cli/recovery_report.h"
+#include "export/file_copy.h"
+#include "export/recovery.h"
+
+// What a recovery of everything wanted does, in the order of the window. Each step stops between two files
+// once a signal asks for it.
+
+/// True when a category is among those to recover.
+bool IsWanted(const Options& options, CategoryNumber nNumber);
+
+/// Number of files and conversations there are to do.
+qint64 CountWork(const Options& options, const BackupRecords& records);
+
+/// Copies the files.
+void RecoverFiles(const Options& options, const BackupRecords& records, RecoveryReport& report);
+
+/// Writes the documents. @param recovery initialised, with the report as its handler.
+void RecoverDocuments(const Options& options, const BackupRecords& records, CRecovery& recovery,
+                      RecoveryReport& report);

@@ -1,0 +1,47 @@
+#include "cli/recovery_report.h"
+
+#include <QFileInfo>
+#include <QJsonObject>
+
+#include "cli/json_stream.h"
+#include "cli/output.h"
+#include "common/format.h"
+#include "common/text.h"
+
+RecoveryReport::RecoveryReport(const Options& options, ProgressBar& bar, qint64 nTotal)
+    : m_options(options), m_bar(bar), m_nTotal(nTotal) {}
+
+void RecoveryReport::Add(const WrittenFile& file) {
+  ++(file.Succeeded() ? m_nSucceeded : m_nFailed);
+  if (file.Succeeded()) m_nBytes += QFileInfo(file.qstrPath).size();
+  if (file.Succeeded() && m_options.bQuiet) return;
+  m_bar.Clear();
+  if (m_options.bJson) {
+    QJsonObject object{{"status", file.Succeeded() ? "Success" : "Failed"}, {"path", file.qstrPath}};
+    if (!file.Succeeded()) object["reason"] = file.qstrReason;
+    Print(ToJson(object) + '\n');
+  } else {
+    PrintLine(file.Succeeded() ? "Success\t" + file.qstrPath
+                               : "Failed\t" + file.qstrPath + '\t' + file.qstrReason);
+  }
+}
+
+void RecoveryReport::Advance() {
+  if (m_nTotal > 0) m_bar.Show(static_cast<int>(++m_nDone * 100 / m_nTotal));
+}
+
+void RecoveryReport::PrintTotals() const {
+  m_bar.Clear();
+  if (m_options.bJson) {
+    Print(ToJson(QJsonObject{{"destination", m_options.qstrDestination},
+                             {"succeeded", m_nSucceeded},
+                             {"failed", m_nFailed},
+                             {"bytes", m_nBytes}}) +
+          '\n');
+    return;
+  }
+  PrintLine(QString("%1 recovered, %2 failed, %3 in %4")
+                .arg(m_nSucceeded)
+                .arg(m_nFailed)
+                .arg(FromNarrow(GetFileSizeString(m_nBytes)), m_options.qstrDestination));
+}

@@ -1,0 +1,152 @@
+// Messages and WhatsApp chats: a folder for each conversation with its documents. The two categories differ
+// in their records; what is written of a record is the same.
+
+#include <QFile>
+
+#include "common/text.h"
+#include "export/document_file.h"
+#include "export/recovery.h"
+
+namespace {
+
+constexpr char kUnknownName[] = "Unknown";
+
+/// What a document shows of a message, whatever its store.
+struct Line {
+  const std::string& strDate;
+  const std::string& strName;
+  const std::string& strPhone;
+  const std::string& strText;
+  bool bReceived;
+  bool bDeleted;
+};
+
+Line LineOf(const __MESSAGE_INFO__& message) {
+  return {message.strDate, message.strContactName, message.strSender,
+          message.strText, message.nIsFromMe == 0, message.nDeleted != 0};
+}
+
+Line LineOf(const __WHATSAPP_MESSAGE__& message) {
+  return {message.strDate,    message.strName,        message.strPhone,
+          message.strContent, message.nIsFromMe == 0, message.nDeleted != 0};
+}
+
+bool HasName(const Line& line) {
+  return !line.strName.empty() && line.strName != kUnknownName;
+}
+
+/// Calls visit for each message of a conversation; for none when the map lacks it.
+template <typename Map, typename Visit>
+void VisitConversation(const Map& conversations, unsigned int nKey, Visit visit) {
+  const auto it = conversations.find(nKey);
+  if (it == conversations.end()) return;
+  for (const auto& message : it->second) visit(LineOf(message));
+}
+
+template <typename Map>
+int SaveText(const Map& conversations, unsigned int nKey, const char16_t* pPath) {
+  TextFile file(pPath);
+  if (!file.IsOpen()) return file.Close();
+  VisitConversation(conversations, nKey, [&](const Line& line) {
+    const std::string strParty = HasName(line) ? line.strName + "(" + line.strPhone + ")" : line.strPhone;
+    file.Print("%10s: %s\n", line.bReceived ? "From" : "To", strParty.c_str());
+    file.Print("%10s: %s\n", "Data", line.strDate.c_str());  // "Data", as these files have always read
+    file.Print("%10s: %s\n\n", "Content", line.strText.c_str());
+    file.Flush();
+  });
+  return file.Close();
+}
+
+template <typename Map>
+std::string Bubbles(const Map& conversations, unsigned int nKey) {
+  std::string strBody;
+  VisitConversation(conversations, nKey, [&](const Line& line) {
+    strBody.append("<div class=\"date\">Date: ").append(line.strDate);
+    if (line.bReceived)
+      strBody.append(" ").append(HasName(line) ? line.strName : line.strPhone);
+    else
+      strBody.append(" Me");
+    strBody.append(":</div>\r\n<div class=\"");
+    strBody.append(line.bDeleted ? "del_" : "")
+        .append(line.bReceived ? "recv_msg" : "send_msg")
+        .append("\">");
+    strBody.append(line.strText).append("</div>\r\n");
+  });
+  return strBody;
+}
+
+}  // namespace
+
+void CRecovery::RecoveryMsg(const __MESSAGE_INFO__* pMessage, const MessageMap& messages) {
+  const std::string strLabel = pMessage->strContactName.empty() ? kUnknownName : pMessage->strContactName;
+  const std::string& strSender = pMessage->strSender;
+  const ConversationPlace place{
+      ToNarrow(m_strSavePath) + "/Message/" + strLabel + "-" + ToNarrow(m_strTimeStamp) + "/",
+      strSender.empty() ? strLabel : strLabel + "(" + strSender + ")"};
+  m_bMessageSaved = true;
+  if (!MakePlace("/Message/", strLabel, place)) return;
+  const std::u16string wstrText = FreePath(place, ".txt");
+  Tell(FromWide(wstrText), SaveSMSMessageTxt(pMessage->nHandleId, wstrText.c_str(), messages));
+  m_strSmsPageHead = HeadFor(m_strSmsHead, strLabel, strSender);
+  const std::u16string wstrPage = FreePath(place, ".html");
+  Tell(FromWide(wstrPage), SaveSMSMessage(pMessage->nHandleId, wstrPage.c_str(), messages));
+}
+
+int CRecovery::SaveSMSMessageTxt(unsigned int nHandleId, const char16_t* pPath, const MessageMap& messages) {
+  return SaveText(messages, nHandleId, pPath);
+}
+
+int CRecovery::SaveSMSMessage(unsigned int nHandleId, const char16_t* pPath, const MessageMap& messages) {
+  m_strSmsBody = Bubbles(messages, nHandleId);
+  return WritePage(Unicode2Ansi(pPath), {&m_strSmsPageHead, &m_strSmsBody, &m_strSmsTail});
+}
+
+void CRecovery::SaveMessage() {
+  const QString qstrPath = m_strSavePath + "/Message/sms.db";
+  QFile::remove(qstrPath);
+  m_pBackupFile->RecoverySMSMessage(ToNarrow(qstrPath).c_str());
+  TellOfStore(kMessageStore, qstrPath);
+}
+
+void CRecovery::RecoveryWhatsAppMsg(const __WHATSAPP_MESSAGE__* pMessage, const WhatsAppMap& chats) {
+  const std::string& strName = pMessage->strChatName;
+  const std::string& strPhone = pMessage->strChatPhone;
+  std::string strLabel = strName.empty() ? strPhone : strName + "(" + strPhone + ")";
+  const bool bGroup = strName.find(',') != std::string::npos;  // the name of a group is a list of its people
+  if (bGroup) strLabel = pMessage->strChatTitle;
+  if (strLabel.empty()) strLabel = kUnknownName;
+  const ConversationPlace place{
+      ToNarrow(m_strSavePath) + "/WhatsApp Message/" + strLabel + "-" + ToNarrow(m_strTimeStamp) + "/",
+      strLabel};
+  if (!MakePlace("/WhatsApp Message/", strLabel, place)) return;
+  const unsigned int nChatId = pMessage->nChatId;
+  const std::u16string wstrText = FreePath(place, ".txt");
+  Tell(FromWide(wstrText), SaveWhatsAppTxt(nChatId, wstrText.c_str(), chats));
+  m_strWhatsAppPageHead = HeadFor(m_strWhatsAppHead, strName, strPhone);
+  const std::u16string wstrCsv = FreePath(place, ".csv");
+  Tell(FromWide(wstrCsv), SaveWhatsAppCsv(nChatId, wstrCsv.c_str(), chats));
+  const std::u16string wstrPage = FreePath(place, ".html");
+  Tell(FromWide(wstrPage), SaveWhatsApp(nChatId, wstrPage.c_str(), chats));
+}
+
+int CRecovery::SaveWhatsAppTxt(unsigned int nChatId, const char16_t* pPath, const WhatsAppMap& chats) {
+  return SaveText(chats, nChatId, pPath);
+}
+
+int CRecovery::SaveWhatsAppCsv(unsigned int nChatId, const char16_t* pPath, const WhatsAppMap& chats) {
+  TextFile file(pPath);
+  if (!file.IsOpen()) return file.Close();
+  file.Print("Chats,Name/Phone,Date,Type,Content\n");
+  VisitConversation(chats, nChatId, [&](const Line& line) {
+    // Nothing is quoted: a comma or a line feed in a message makes further columns or rows.
+    file.Print("%s,%s,%s,%s,%s\n", line.strName.c_str(), line.strPhone.c_str(), line.strDate.c_str(),
+               line.bReceived ? "Received" : "Send", line.strText.c_str());
+    file.Flush();
+  });
+  return file.Close();
+}
+
+int CRecovery::SaveWhatsApp(unsigned int nChatId, const char16_t* pPath, const WhatsAppMap& chats) {
+  m_strWhatsAppBody = Bubbles(chats, nChatId);
+  return WritePage(Unicode2Ansi(pPath), {&m_strWhatsAppPageHead, &m_strWhatsAppBody, &m_strWhatsAppTail});
+}

@@ -1,0 +1,31 @@
+#pragma once
+#include <cstdio>
+#include <initializer_list>
+#include <string>
+
+/// Writes a page in one go. @param strPath narrow. @return 0, or the system's error number.
+int WritePage(const std::string& strPath, std::initializer_list<const std::string*> parts);
+
+/// A text file that is written piece by piece. A stream that can't be opened takes no text.
+class TextFile {
+ public:
+  /// @param pPath UTF-16.
+  explicit TextFile(const char16_t* pPath);
+  ~TextFile();
+  TextFile(const TextFile&) = delete;
+  TextFile& operator=(const TextFile&) = delete;
+
+  bool IsOpen() const { return m_pFile != nullptr; }
+  /// As fprintf, up to the end of each text. The stream never sees wide text: one that has taken narrow text
+  /// would refuse it.
+  void Print(const char* pszFormat, ...) __attribute__((format(printf, 2, 3)));
+  void Flush();
+  /// Closes the file. @return 0, or the error number of the first step that failed, opening included.
+  int Close();
+
+ private:
+  void Keep(bool bFailed);
+
+  FILE* m_pFile;
+  int m_nError = 0;
+};

@@ -1,0 +1,136 @@
+#include "export/recovery.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "common/problem.h"
+#include "common/text.h"
+#include "export/document_file.h"
+#include "export/replace.h"
+
+namespace {
+constexpr char kContentToken[] = "{|content|}";
+constexpr char kTitleToken[] = "{|title|}";
+constexpr char kPersonToken[] = "{|person|}";
+}  // namespace
+
+const std::array<CRecovery::Page, 5> CRecovery::kPages = {{
+    {"/template/CallHistory.html", "iPhone's Call History of ", &CRecovery::m_strCallHistoryTemplate,
+     &CRecovery::m_strCallHistoryHead, &CRecovery::m_strCallHistoryBody, &CRecovery::m_strCallHistoryTail},
+    {"/template/Notes.html", "iPhone's Notes of ", &CRecovery::m_strNotesTemplate, &CRecovery::m_strNotesHead,
+     &CRecovery::m_strNotesBody, &CRecovery::m_strNotesTail},
+    {"/template/contacts.html", "iPhone's Contacts of ", &CRecovery::m_strContactsTemplate,
+     &CRecovery::m_strContactsHead, &CRecovery::m_strContactsBody, &CRecovery::m_strContactsTail},
+    {"/template/Sms.html", "iPhone's Messages of ", &CRecovery::m_strSmsTemplate, &CRecovery::m_strSmsHead,
+     &CRecovery::m_strSmsBody, &CRecovery::m_strSmsTail},
+    {"/template/WhatsApp.html", "iPhone's WhatsApp Messages of ", &CRecovery::m_strWhatsAppTemplate,
+     &CRecovery::m_strWhatsAppHead, &CRecovery::m_strWhatsAppBody, &CRecovery::m_strWhatsAppTail},
+}};
+
+CRecovery::CRecovery(const QString& qstrProgramFolder) : m_qstrProgramFolder(qstrProgramFolder) {}
+
+void CRecovery::SetWrittenFileHandler(WrittenFileHandler handler) {
+  m_handler = std::move(handler);
+}
+
+void CRecovery::Init(const QString& qstrSavePath, CIphoneBackupFile* pBackupFile) {
+  m_bMessageSaved = false;
+  m_strSavePath = qstrSavePath;
+  m_pBackupFile = pBackupFile;
+  m_strTimeStamp = QDateTime::currentDateTime().toString("yyyyMMddhhmmss");
+  LoadAllTemplateFile();
+}
+
+int CRecovery::LoadAllTemplateFile() {
+  int nStatus = 0;
+  for (const Page& page : kPages) nStatus = LoadTemplateFile(page.pszName);
+  return nStatus;
+}
+
+int CRecovery::LoadTemplateFile(const char* pszName) {
+  const std::string strPath = ToNarrow(m_qstrProgramFolder) + pszName;
+  errno = 0;
+  const std::ifstream file(strPath, std::ios::binary);
+  if (!file) {
+    const int nError = errno;
+    ReportProblem(strPath, std::string(strerror(nError)) + " (its pages will have rows alone)");
+    return nError;
+  }
+  const Page* pPage = nullptr;
+  for (const Page& page : kPages) {
+    if (strcmp(page.pszName, pszName) == 0) pPage = &page;
+  }
+  if (!pPage) return 0;
+
+  std::string& strTemplate = this->*pPage->pTemplate;
+  if (strTemplate.empty()) {
+    std::ostringstream content;
+    content << file.rdbuf();
+    strTemplate = content.str();
+  }
+  const size_t nContent = strTemplate.find(kContentToken);
+  std::string& strHead = this->*pPage->pHead;
+  strHead = strTemplate.substr(0, nContent);
+  ReplaceEvery(strHead, kTitleToken,
+               pPage->pszTitle + m_pBackupFile->GetSelectBackUpFileInfo()->strDisplayName);
+  // Without the token there is no place for the content: no page can be made, and the recovery ends here.
+  if (nContent == std::string::npos)
+    throw std::out_of_range(strPath + ": the template lacks " + kContentToken);
+  this->*pPage->pTail = strTemplate.substr(nContent + strlen(kContentToken));
+  return 0;
+}
+
+std::string CRecovery::HeadFor(const std::string& strHead, const std::string& strName,
+                               const std::string& strPhone) {
+  std::string strPageHead = strHead;
+  ReplaceEvery(strPageHead, kPersonToken, "Name: " + strName + ", Phone: " + strPhone);
+  return strPageHead;
+}
+
+QString CRecovery::MakeFolder(const QString& qstrFolder) const {
+  const QString qstrPath = m_strSavePath + qstrFolder;
+  QDir().mkpath(qstrPath);
+  return qstrPath;
+}
+
+bool CRecovery::MakePlace(const char* pszCategoryFolder, const std::string& strLabel,
+                          const ConversationPlace& place) {
+  // A "/" in a name makes a path as it stands; only one that would lead out of the destination is refused.
+  if (HasParentStep(strLabel + "-" + ToNarrow(m_strTimeStamp) + "/" + place.strStem + ".")) {
+    if (m_handler)
+      m_handler({FromNarrow(place.strFolder + place.strStem), "The name leads out of the destination"});
+    return false;
+  }
+  MakeFolder(pszCategoryFolder + FromNarrow(strLabel) + '-' + m_strTimeStamp + '/');
+  return true;
+}
+
+std::u16string CRecovery::FreePath(const ConversationPlace& place, const char* pszExtension) {
+  return Ansi2Unicode(m_freeNames.Take(place.strFolder + place.strStem + pszExtension).c_str());
+}
+
+int CRecovery::SavePage(const QString& qstrFolder, const QString& qstrFileName, const std::string& strHead,
+                        const std::string& strBody, const std::string& strTail) {
+  const QString qstrPath = MakeFolder(qstrFolder) + qstrFileName;
+  return Tell(qstrPath, WritePage(ToNarrow(qstrPath), {&strHead, &strBody, &strTail}));
+}
+
+int CRecovery::Tell(const QString& qstrPath, int nError) const {
+  if (m_handler) m_handler({qstrPath, nError == 0 ? QString() : QString::fromLocal8Bit(strerror(nError))});
+  return nError;
+}
+
+void CRecovery::TellOfStore(const char* pszStoreId, const QString& qstrPath) const {
+  if (!m_handler) return;
+  const bool bWritten = QFile::exists(qstrPath);
+  const bool bWanted =
+      QFile::exists(m_pBackupFile->GetLayout().PathOf(pszStoreId)) && QFileInfo(qstrPath).dir().exists();
+  if (bWritten || bWanted) m_handler({qstrPath, bWritten ? "" : "The store could not be copied"});
+}

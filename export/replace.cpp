@@ -1,0 +1,8 @@
+#include "export/replace.h"
+
+void ReplaceEvery(std::string& strText, const std::string& strFrom, const std::string& strTo) {
+  for (size_t nHit = strText.find(strFrom); nHit != std::string::npos; nHit = strText.find(strFrom, nHit)) {
+    strText.replace(nHit, strFrom.size(), strTo);
+    nHit += strTo.size();
+  }
+}
