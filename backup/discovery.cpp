@@ -1,7 +1,10 @@
 #include "backup/discovery.h"
 
+#include <sys/stat.h>
+
 #include <QDir>
 #include <QFile>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,8 +21,15 @@ namespace {
 
 using FilePointer = std::unique_ptr<FILE, decltype(&fclose)>;
 
+/// Null for what isn't there and for a folder, which fopen would open.
 FilePointer OpenForReading(const std::string& strPath) {
-  return {fopen(strPath.c_str(), "r"), &fclose};
+  FilePointer pFile(fopen(strPath.c_str(), "r"), &fclose);
+  struct stat attributes;
+  if (pFile && fstat(fileno(pFile.get()), &attributes) == 0 && S_ISDIR(attributes.st_mode)) {
+    pFile.reset();
+    errno = EISDIR;
+  }
+  return pFile;
 }
 
 /// Goes over one level of a folder and hands each entry with its full path to a function.

@@ -195,35 +195,47 @@ TEST(FreeFileName, PathOf600BytesKeepsAllOfThem) {
   EXPECT_EQ(folder.Path(strDeep + "(1).txt"), strFree);
 }
 
-TEST(FreeFileName, CountFromZeroBeginsWithThePathItself) {
+TEST(FreeNames, FirstIsThePathItself) {
   TemporaryFolder folder;
-  unsigned int nNumber = 0;
+  FreeNames names;
 
-  const std::string strFree = FirstFreeName(folder.Path("a.txt"), nNumber);
+  const std::string strFree = names.Take(folder.Path("a.txt"));
 
   EXPECT_EQ(folder.Path("a.txt"), strFree);
-  EXPECT_EQ(0u, nNumber);
 }
 
-TEST(FreeFileName, CountFromZeroTellsTheNumberThatItTook) {
+TEST(FreeNames, GoOnBehindTheNumberThatWasTakenLast) {
   TemporaryFolder folder;
   folder.Write("a.txt", "");
   folder.Write("a(1).txt", "");
-  unsigned int nNumber = 0;
+  FreeNames names;
 
-  const std::string strFree = FirstFreeName(folder.Path("a.txt"), nNumber);
+  const std::string strFirst = names.Take(folder.Path("a.txt"));
+  folder.Write("a(2).txt", "");
+  const std::string strSecond = names.Take(folder.Path("a.txt"));
 
-  EXPECT_EQ(folder.Path("a(2).txt"), strFree);
-  EXPECT_EQ(2u, nNumber);
+  EXPECT_EQ(folder.Path("a(2).txt"), strFirst);
+  EXPECT_EQ(folder.Path("a(3).txt"), strSecond);
 }
 
-TEST(FreeFileName, CountFromANumberLooksAtNoLowerOne) {
+TEST(FreeNames, AreCountedForEachPathByItself) {
   TemporaryFolder folder;
-  folder.Write("a(3).txt", "");
-  unsigned int nNumber = 3;
+  folder.Write("a.txt", "");
+  folder.Write("b.txt", "");
+  FreeNames names;
 
-  const std::string strFree = FirstFreeName(folder.Path("a.txt"), nNumber);
+  const std::string strFirst = names.Take(folder.Path("a.txt"));
+  const std::string strSecond = names.Take(folder.Path("b.txt"));
 
-  EXPECT_EQ(folder.Path("a(4).txt"), strFree);
-  EXPECT_EQ(4u, nNumber);
+  EXPECT_EQ(folder.Path("a(1).txt"), strFirst);
+  EXPECT_EQ(folder.Path("b(1).txt"), strSecond);
+}
+
+TEST(ParentStep, IsFoundAtAnyPlaceAsAWholeStepAlone) {
+  EXPECT_TRUE(HasParentStep(".."));
+  EXPECT_TRUE(HasParentStep("../a"));
+  EXPECT_TRUE(HasParentStep("a/../b"));
+  EXPECT_TRUE(HasParentStep("a/.."));
+  EXPECT_FALSE(HasParentStep("a..b/..c/d.."));
+  EXPECT_FALSE(HasParentStep(""));
 }

@@ -1,0 +1,67 @@
+#include "common/problem.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+#include "tests/support.h"
+
+using testing::ElementsAre;
+
+namespace {
+
+std::vector<std::string> g_told;
+
+void Tell(const std::string& strFile, const std::string& strReason) {
+  g_told.push_back(strFile + ": " + strReason);
+}
+
+void TellLoudly(const std::string& strFile, const std::string& strReason) {
+  g_told.push_back(strFile + "! " + strReason);
+}
+
+class Problems : public testing::Test {
+ protected:
+  Problems() { g_told.clear(); }
+  ~Problems() override { SetProblemHandler(nullptr); }
+};
+
+}  // namespace
+
+TEST_F(Problems, HandlerGetsFileAndReason) {
+  SetProblemHandler(Tell);
+
+  ReportProblem("/a/b", "is bad");
+
+  EXPECT_THAT(g_told, ElementsAre("/a/b: is bad"));
+}
+
+TEST_F(Problems, NothingIsToldBeforeAndAfterTheHandler) {
+  ReportProblem("/before", "");
+  SetProblemHandler(Tell);
+  ReportProblem("/between", "is bad");
+  SetProblemHandler(nullptr);
+  ReportProblem("/after", "");
+
+  EXPECT_THAT(g_told, ElementsAre("/between: is bad"));
+}
+
+TEST_F(Problems, LaterHandlerTakesThePlaceOfTheEarlier) {
+  SetProblemHandler(Tell);
+  SetProblemHandler(TellLoudly);
+
+  ReportProblem("/a", "is bad");
+
+  EXPECT_THAT(g_told, ElementsAre("/a! is bad"));
+}
+
+TEST_F(Problems, AreToldOnTheThreadThatMeetsThem) {
+  static std::thread::id told;
+  SetProblemHandler([](const std::string&, const std::string&) { told = std::this_thread::get_id(); });
+
+  std::thread worker([] { ReportProblem("/a", "is bad"); });
+  const std::thread::id expected = worker.get_id();
+  worker.join();
+
+  EXPECT_EQ(expected, told);
+}
