@@ -59,7 +59,8 @@ int ReadBackup(const Options& options, ProgressBar& bar, OpenBackup& backup) {
     return NotABackup(options.qstrBackup, errno);
   if (info.bEncrypted) {
     PrintError(options.qstrBackup +
-               ": the backup is encrypted, and this version can't open encrypted backups");
+               ": the backup is encrypted (its contacts store isn't plain SQLite), and this version can't "
+               "open encrypted backups");
     return kExitPassword;
   }
   WarnOfOddities(info);

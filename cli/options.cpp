@@ -45,8 +45,8 @@ constexpr char kOverview[] =
     "  scan BACKUP                   counts what a backup holds\n"
     "  recover BACKUP DESTINATION    copies it into a folder\n\n"
     "'orvandel-cli COMMAND --help' tells more about each.\n\n"
-    "Exit status: 0 done; 1 wrong usage; 2 not a backup, or not there; 3 wrong password;\n"
-    "4 something could not be written.";
+    "Exit status: 0 done; 1 wrong usage; 2 not a backup, or not there; 3 encrypted, or wrong\n"
+    "password; 4 something could not be written.";
 
 const CommandText* FindCommand(const QString& qstrName) {
   for (const CommandText& command : Commands()) {
@@ -61,7 +61,8 @@ QString JoinedLabels() {
   return labels.join(", ");
 }
 
-int WrongUsage(const QString& qstrReason) {
+int WrongUsage(QString qstrReason) {
+  if (qstrReason.endsWith('.')) qstrReason.chop(1);
   PrintError(qstrReason + "; see 'orvandel-cli --help'");
   return kExitUsage;
 }

@@ -46,9 +46,10 @@ int RunRecover(const Options& options) {
   RecoveryReport report(options, bar, CountWork(options, backup.records));
   CRecovery recovery;
   recovery.SetWrittenFileHandler([&](const WrittenFile& file) { report.Add(file); });
-  recovery.Init(options.qstrDestination, &backup.session);
-  RecoverFiles(options, backup.records, report);
-  RecoverDocuments(options, backup.records, recovery, report);
+  // First of all: a template that can't be used ends the recovery before it begins.
+  if (WantsDocuments(options)) recovery.Init(options.qstrDestination, &backup.session);
+  RecoverFiles(options, backup, report);
+  if (WantsDocuments(options)) RecoverDocuments(options, backup.records, recovery, report);
   report.PrintTotals();
   if (!FinishOutput()) return kExitNotWritten;
   if (StopSignal() != 0) return Interrupted();

@@ -13,8 +13,10 @@ constexpr std::array kFileOrder = {kCameraRoll, kPhotoStream,         kAppPhotos
 
 class FileRecovery {
  public:
-  FileRecovery(const Options& options, const BackupRecords& records, RecoveryReport& report)
-      : m_copier(options.qstrDestination), m_records(records), m_report(report) {}
+  FileRecovery(const Options& options, OpenBackup& backup, RecoveryReport& report)
+      : m_copier(options.qstrDestination, backup.session.GetLayout().qstrRoot),
+        m_records(backup.records),
+        m_report(report) {}
 
   void CopyCategory(CategoryNumber nNumber) {
     const QString qstrFolder = Categories()[nNumber].pszFolder;
@@ -88,8 +90,15 @@ qint64 CountWork(const Options& options, const BackupRecords& records) {
   return nCount;
 }
 
-void RecoverFiles(const Options& options, const BackupRecords& records, RecoveryReport& report) {
-  FileRecovery recovery(options, records, report);
+bool WantsDocuments(const Options& options) {
+  for (const Category& category : Categories()) {
+    if (!category.pszFolder && IsWanted(options, category.nNumber)) return true;
+  }
+  return false;
+}
+
+void RecoverFiles(const Options& options, OpenBackup& backup, RecoveryReport& report) {
+  FileRecovery recovery(options, backup, report);
   for (CategoryNumber nNumber : kFileOrder) {
     if (IsWanted(options, nNumber)) recovery.CopyCategory(nNumber);
   }

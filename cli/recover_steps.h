@@ -14,7 +14,10 @@ bool IsWanted(const Options& options, CategoryNumber nNumber);
 qint64 CountWork(const Options& options, const BackupRecords& records);
 
 /// Copies the files.
-void RecoverFiles(const Options& options, const BackupRecords& records, RecoveryReport& report);
+void RecoverFiles(const Options& options, OpenBackup& backup, RecoveryReport& report);
+
+/// True when a category of documents is among those to recover.
+bool WantsDocuments(const Options& options);
 
 /// Writes the documents. @param recovery initialised, with the report as its handler.
 void RecoverDocuments(const Options& options, const BackupRecords& records, CRecovery& recovery,

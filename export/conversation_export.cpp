@@ -1,7 +1,9 @@
 // Messages and WhatsApp chats: a folder for each conversation with its documents. The two categories differ
 // in their records; what is written of a record is the same.
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include "common/text.h"
 #include "export/document_file.h"
@@ -80,11 +82,11 @@ std::string Bubbles(const Map& conversations, unsigned int nKey) {
 void CRecovery::RecoveryMsg(const __MESSAGE_INFO__* pMessage, const MessageMap& messages) {
   const std::string strLabel = pMessage->strContactName.empty() ? kUnknownName : pMessage->strContactName;
   const std::string& strSender = pMessage->strSender;
-  const ConversationPlace place{
-      ToNarrow(m_strSavePath) + "/Message/" + strLabel + "-" + ToNarrow(m_strTimeStamp) + "/",
-      strSender.empty() ? strLabel : strLabel + "(" + strSender + ")"};
   m_bMessageSaved = true;
-  if (!MakePlace("/Message/", strLabel, place)) return;
+  ConversationPlace place;
+  if (!MakePlace("/Message/", strLabel, strSender.empty() ? strLabel : strLabel + "(" + strSender + ")",
+                 place))
+    return;
   const std::u16string wstrText = FreePath(place, ".txt");
   Tell(FromWide(wstrText), SaveSMSMessageTxt(pMessage->nHandleId, wstrText.c_str(), messages));
   m_strSmsPageHead = HeadFor(m_strSmsHead, strLabel, strSender);
@@ -103,6 +105,10 @@ int CRecovery::SaveSMSMessage(unsigned int nHandleId, const char16_t* pPath, con
 
 void CRecovery::SaveMessage() {
   const QString qstrPath = m_strSavePath + "/Message/sms.db";
+  if (!QFileInfo(qstrPath).dir().exists())
+    return;  // no conversation has made the folder: nothing to stand beside
+  QString qstrReason;
+  if (!MakeFolder("/Message/", qstrReason)) return;
   QFile::remove(qstrPath);
   m_pBackupFile->RecoverySMSMessage(ToNarrow(qstrPath).c_str());
   TellOfStore(kMessageStore, qstrPath);
@@ -115,10 +121,8 @@ void CRecovery::RecoveryWhatsAppMsg(const __WHATSAPP_MESSAGE__* pMessage, const 
   const bool bGroup = strName.find(',') != std::string::npos;  // the name of a group is a list of its people
   if (bGroup) strLabel = pMessage->strChatTitle;
   if (strLabel.empty()) strLabel = kUnknownName;
-  const ConversationPlace place{
-      ToNarrow(m_strSavePath) + "/WhatsApp Message/" + strLabel + "-" + ToNarrow(m_strTimeStamp) + "/",
-      strLabel};
-  if (!MakePlace("/WhatsApp Message/", strLabel, place)) return;
+  ConversationPlace place;
+  if (!MakePlace("/WhatsApp Message/", strLabel, strLabel, place)) return;
   const unsigned int nChatId = pMessage->nChatId;
   const std::u16string wstrText = FreePath(place, ".txt");
   Tell(FromWide(wstrText), SaveWhatsAppTxt(nChatId, wstrText.c_str(), chats));

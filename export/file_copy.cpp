@@ -2,30 +2,31 @@
 
 #include <sys/stat.h>
 
-#include <QDir>
 #include <QFile>
+#include <cerrno>
+#include <cstring>
 
-#include "common/path.h"
 #include "common/text.h"
 
-BackupFileCopier::BackupFileCopier(const QString& qstrDestination) : m_qstrDestination(qstrDestination) {}
+BackupFileCopier::BackupFileCopier(const QString& qstrDestination, const QString& qstrBackupRoot)
+    : m_destination(qstrDestination, qstrBackupRoot) {}
 
 WrittenFile BackupFileCopier::Copy(const QString& qstrFolder, const std::string& strName,
                                    const std::u16string& wstrSource) {
   WrittenFile result;
-  const QString qstrTarget = m_qstrDestination + qstrFolder;
-  const std::string strWanted = ToNarrow(qstrTarget) + strName;
+  const std::string strWanted = ToNarrow(m_destination.Root() + qstrFolder) + strName;
   result.qstrPath = FromNarrow(strWanted);
-  if (HasParentStep(ToNarrow(qstrFolder) + strName)) {
-    result.qstrReason = "The folder leads out of the destination";
-    return result;
-  }
-  QDir().mkpath(qstrTarget);
+  if (!m_destination.MakeFolder(qstrFolder, result.qstrReason)) return result;
   const std::string strPath = m_freeNames.Take(strWanted);
   result.qstrPath = FromNarrow(strPath);
   QFile source(FromWide(wstrSource));
+  errno = 0;
   if (!source.copy(result.qstrPath)) {
+    const int nError = errno;
     result.qstrReason = source.errorString();
+    // Qt's own words tell which step failed, the system's why.
+    const QString qstrCause = QString::fromLocal8Bit(strerror(nError));
+    if (nError != 0 && !result.qstrReason.contains(qstrCause)) result.qstrReason += " (" + qstrCause + ")";
     return result;
   }
   chmod(strPath.c_str(), 0777);

@@ -3,23 +3,25 @@
 #include <string>
 
 #include "common/path.h"
+#include "export/destination.h"
 #include "export/written_file.h"
 
 /// Copies files of a backup into the folders of a destination: the one routine for all that recovers files.
 /// One object serves one recovery, on one thread, as the only writer of its folders.
 class BackupFileCopier {
  public:
-  /// @param qstrDestination the folder that the user chose; need not exist.
-  explicit BackupFileCopier(const QString& qstrDestination);
+  /// @param qstrDestination the folder that the user chose; need not exist. @param qstrBackupRoot the
+  /// backup's folder.
+  BackupFileCopier(const QString& qstrDestination, const QString& qstrBackupRoot);
 
   /// Copies one file under the first free name, readable and writable by all.
-  /// @param qstrFolder below the destination, with a "/" at both ends; made where it is missing. One that
-  /// leads out
-  ///                   of the destination is refused: names in a backup are no reason to write elsewhere.
+  /// @param qstrFolder below the destination, with a "/" at both ends; made where it is missing. Refused when
+  /// it leads
+  ///                   elsewhere (see Destination).
   /// @param strName    narrow. @param wstrSource path in the backup.
   WrittenFile Copy(const QString& qstrFolder, const std::string& strName, const std::u16string& wstrSource);
 
  private:
   FreeNames m_freeNames;
-  QString m_qstrDestination;
+  Destination m_destination;
 };

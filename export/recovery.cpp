@@ -44,6 +44,7 @@ void CRecovery::Init(const QString& qstrSavePath, CIphoneBackupFile* pBackupFile
   m_bMessageSaved = false;
   m_strSavePath = qstrSavePath;
   m_pBackupFile = pBackupFile;
+  m_pDestination = std::make_unique<Destination>(qstrSavePath, pBackupFile->GetLayout().qstrRoot);
   m_strTimeStamp = QDateTime::currentDateTime().toString("yyyyMMddhhmmss");
   LoadAllTemplateFile();
 }
@@ -94,22 +95,23 @@ std::string CRecovery::HeadFor(const std::string& strHead, const std::string& st
   return strPageHead;
 }
 
-QString CRecovery::MakeFolder(const QString& qstrFolder) const {
-  const QString qstrPath = m_strSavePath + qstrFolder;
-  QDir().mkpath(qstrPath);
-  return qstrPath;
+bool CRecovery::MakeFolder(const QString& qstrFolder, QString& qstrReason) {
+  return m_pDestination->MakeFolder(qstrFolder, qstrReason);
 }
 
 bool CRecovery::MakePlace(const char* pszCategoryFolder, const std::string& strLabel,
-                          const ConversationPlace& place) {
-  // A "/" in a name makes a path as it stands; only one that would lead out of the destination is refused.
-  if (HasParentStep(strLabel + "-" + ToNarrow(m_strTimeStamp) + "/" + place.strStem + ".")) {
-    if (m_handler)
-      m_handler({FromNarrow(place.strFolder + place.strStem), "The name leads out of the destination"});
-    return false;
+                          const std::string& strStem, ConversationPlace& place) {
+  // A "/" in a name makes a path as it stands; only one that leads out of the destination is refused.
+  const QString qstrFolder = pszCategoryFolder + FromNarrow(strLabel) + '-' + m_strTimeStamp + '/';
+  place = {ToNarrow(m_strSavePath + qstrFolder), strStem};
+  QString qstrReason;
+  bool bAllowed = MakeFolder(qstrFolder, qstrReason);
+  if (bAllowed && HasParentStep(strStem + ".")) {
+    qstrReason = "The name leads out of the destination";
+    bAllowed = false;
   }
-  MakeFolder(pszCategoryFolder + FromNarrow(strLabel) + '-' + m_strTimeStamp + '/');
-  return true;
+  if (!bAllowed && m_handler) m_handler({FromNarrow(place.strFolder + strStem), qstrReason});
+  return bAllowed;
 }
 
 std::u16string CRecovery::FreePath(const ConversationPlace& place, const char* pszExtension) {
@@ -118,8 +120,13 @@ std::u16string CRecovery::FreePath(const ConversationPlace& place, const char* p
 
 int CRecovery::SavePage(const QString& qstrFolder, const QString& qstrFileName, const std::string& strHead,
                         const std::string& strBody, const std::string& strTail) {
-  const QString qstrPath = MakeFolder(qstrFolder) + qstrFileName;
-  return Tell(qstrPath, WritePage(ToNarrow(qstrPath), {&strHead, &strBody, &strTail}));
+  const QString qstrPath = m_strSavePath + qstrFolder + qstrFileName;
+  QString qstrReason;
+  if (MakeFolder(qstrFolder, qstrReason))
+    return Tell(qstrPath, WritePage(ToNarrow(qstrPath), {&strHead, &strBody, &strTail}));
+  const int nError = errno;
+  if (m_handler) m_handler({qstrPath, qstrReason});
+  return nError;
 }
 
 int CRecovery::Tell(const QString& qstrPath, int nError) const {

@@ -2,10 +2,12 @@
 #include <QCoreApplication>
 #include <QString>
 #include <array>
+#include <memory>
 #include <string>
 
 #include "backup/session.h"
 #include "common/path.h"
+#include "export/destination.h"
 #include "export/written_file.h"
 
 /// Writes the documents of one recovery: pages, text files and copies of stores, below the folder that the
@@ -87,15 +89,18 @@ class CRecovery {
     std::string strFolder;
     std::string strStem;
   };
-  /// Makes the folder of a conversation. @return false, with the failure told, when its name leads elsewhere.
-  bool MakePlace(const char* pszCategoryFolder, const std::string& strLabel, const ConversationPlace& place);
+  /// Where a conversation goes, with its folder made. @return false, with the failure told, when that is
+  /// refused.
+  bool MakePlace(const char* pszCategoryFolder, const std::string& strLabel, const std::string& strStem,
+                 ConversationPlace& place);
   /// A free path in it. @param pszExtension with its ".".
   std::u16string FreePath(const ConversationPlace& place, const char* pszExtension);
   /// The head of a template with the person put in.
   static std::string HeadFor(const std::string& strHead, const std::string& strName,
                              const std::string& strPhone);
 
-  QString MakeFolder(const QString& qstrFolder) const;
+  /// Makes a folder below the destination. @return false, with qstrReason set, when it is refused.
+  bool MakeFolder(const QString& qstrFolder, QString& qstrReason);
   int SavePage(const QString& qstrFolder, const QString& qstrFileName, const std::string& strHead,
                const std::string& strBody, const std::string& strTail);
   /// Tells how a document came out. @return nError.
@@ -117,4 +122,5 @@ class CRecovery {
   QString m_qstrProgramFolder;
   WrittenFileHandler m_handler;
   FreeNames m_freeNames;
+  std::unique_ptr<Destination> m_pDestination;  // made by Init
 };

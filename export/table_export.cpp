@@ -49,7 +49,8 @@ std::string CallLength(const __CALLHISTORY__& call) {
 }  // namespace
 
 void CRecovery::RecoveryContacts(const __PERSON_CONTENT__* pPerson) {
-  MakeFolder("/Contacts/" + m_strTimeStamp + '/');
+  QString qstrReason;
+  MakeFolder("/Contacts/" + m_strTimeStamp + '/', qstrReason);
   std::string strPhones = pPerson->strPhone;
   ReplaceEvery(strPhones, "\n", "<br />");
   m_strContactsBody += TableRow({&pPerson->strName, &strPhones, &pPerson->strEmail, &pPerson->strAddress,
@@ -65,7 +66,10 @@ void CRecovery::RecoveryContacts(const __PERSON_CONTENT__* pPerson) {
 }
 
 int CRecovery::SaveContactsCsv() {
-  const QString qstrPath = MakeFolder("/Contacts/" + m_strTimeStamp + '/') + "Contacts.db";
+  const QString qstrFolder = "/Contacts/" + m_strTimeStamp + '/';
+  const QString qstrPath = m_strSavePath + qstrFolder + "Contacts.db";
+  QString qstrReason;
+  if (!MakeFolder(qstrFolder, qstrReason)) return 0;
   QFile::remove(qstrPath);
   m_pBackupFile->RecoveryPersonContacts(ToNarrow(qstrPath).c_str());
   TellOfStore(kContactsStore, qstrPath);
@@ -78,7 +82,8 @@ int CRecovery::SaveContacts() {
 }
 
 void CRecovery::RecoveryCallHistory(const __CALLHISTORY__* pCall) {
-  MakeFolder("/CallHistory/");
+  QString qstrReason;
+  MakeFolder("/CallHistory/", qstrReason);
   const std::string strType = pCall->nAnswered == 0 ? "Outgoing" : "Incoming";
   const std::string strLength = CallLength(*pCall);
   m_strCallHistoryBody +=
@@ -91,7 +96,8 @@ int CRecovery::SaveCallHistory() {
 }
 
 void CRecovery::RecoveryNotes(const __NOTES__* pNote) {
-  MakeFolder("/Notes/");
+  QString qstrReason;
+  MakeFolder("/Notes/", qstrReason);
   m_strNotesBody += TableRow({&pNote->strTitle, &pNote->strDate, &pNote->strContent});
 }
 

@@ -122,7 +122,7 @@ TEST_P(Unchanged, ByCopyingFilesAndStoresOut) {
   MakeLivelyBackup();
   ScanAll();
   const auto before = TreeState(Backup());
-  BackupFileCopier copier(FromNarrow(m_folder.Path("out")));
+  BackupFileCopier copier(FromNarrow(m_folder.Path("out")), QString());
   size_t nCopied = 0;
 
   for (const auto& file : m_records.m_vecCamera)

@@ -25,7 +25,7 @@ class FileCopy : public testing::Test {
   }
 
   TemporaryFolder m_folder;
-  BackupFileCopier m_copier{FromNarrow(m_folder.Path("out"))};
+  BackupFileCopier m_copier{FromNarrow(m_folder.Path("out")), FromNarrow(m_folder.Path("backup"))};
 };
 
 struct TakenCase {
@@ -93,7 +93,7 @@ TEST_F(FileCopy, NamesThatWereThereBeforeArePassedOver) {
 
 TEST_F(FileCopy, AnotherRecoveryIntoTheFolderGoesOnCounting) {
   Copy("a.JPG", "first");
-  m_copier = BackupFileCopier(FromNarrow(m_folder.Path("out")));
+  m_copier = BackupFileCopier(FromNarrow(m_folder.Path("out")), FromNarrow(m_folder.Path("backup")));
 
   Copy("a.JPG", "second");
 

@@ -1,0 +1,28 @@
+#pragma once
+#include <QString>
+#include <unordered_map>
+
+/// The folder that a recovery writes into, and the one place that decides where below it may be written.
+///
+/// Names in a backup are no reason to write elsewhere, and nothing may be written into the backup itself: a
+/// folder that leads out by a step "..", or by a link into the backup, is refused. On the thread that writes.
+class Destination {
+ public:
+  /// @param qstrRoot the chosen folder; need not exist. @param qstrBackupRoot the backup's folder.
+  Destination(const QString& qstrRoot, const QString& qstrBackupRoot);
+
+  const QString& Root() const { return m_qstrRoot; }
+
+  /// Makes a folder below the root, with its parents, where it is missing.
+  /// @param qstrFolder with a "/" in front.
+  /// @param qstrReason receives why it is refused. A folder that merely can't be made isn't: what is written
+  /// into it
+  ///                   fails on its own terms.
+  /// @return true when it may be written into.
+  bool MakeFolder(const QString& qstrFolder, QString& qstrReason);
+
+ private:
+  QString m_qstrRoot;
+  QString m_qstrRealBackup;                         // canonical, with a "/" at its end
+  std::unordered_map<std::string, QString> m_made;  // folders made so far, and why they are refused
+};

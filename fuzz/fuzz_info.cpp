@@ -1,0 +1,23 @@
+// "Info.plist" of a backup: the input as the file of a folder that holds nothing else.
+#include "backup/discovery.h"
+#include "fuzz/scratch_folder.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
+  static const ScratchFolder folder;
+  folder.Write("Info.plist", pData, nSize);
+  __BACK_FILE_INFO__ first, second;
+
+  const int nFirst = ReadBackupInfo(folder.Path(), first);
+  second = first;
+  const int nSecond = ReadBackupInfo(folder.Path(), second);
+
+  Require(nFirst == 0 && nSecond == 0, "a file that can be opened is read");
+  Require(first.strBackupPath == folder.Path(), "the path is the one that was asked for");
+  Require(!first.bEncrypted, "a backup without a contacts store isn't encrypted");
+  Require(first.strDisplayName == second.strDisplayName && first.strSerialNumber == second.strSerialNumber &&
+              first.strPhoneNumber == second.strPhoneNumber &&
+              first.strLastBackupDate == second.strLastBackupDate &&
+              first.bProductVersionAbove11 == second.bProductVersionAbove11,
+          "a second reading into the same record changes nothing");
+  return 0;
+}

@@ -1,0 +1,12 @@
+#include "common/places.h"
+
+// No target looks for backups or decrypts anything: neither folder exists, so that one that did would find
+// nothing.
+
+std::string BackupRoot() {
+  return "/nonexistent/backups/";
+}
+
+std::string WorkFolder() {
+  return "/nonexistent/work/";
+}

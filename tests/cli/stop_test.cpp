@@ -1,0 +1,231 @@
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "sample/lively_backup.h"
+#include "sample/pictures.h"
+#include "tests/cli/command.h"
+#include "tests/cli/small_backup.h"
+#include "tests/support.h"
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+constexpr int kLimit = 60000;  // milliseconds
+constexpr int kPhotos = 3000;
+
+/// A recovery that can't come to its end by itself before it is told to go on: nobody reads its lines, and so
+/// many don't fit into a pipe (64 KiB, with paths of more than 250 bytes).
+class LongRecovery : public testing::Test {
+ protected:
+  void SetUp() override {
+    m_photos = WritePhotos(m_folder.Path("backup"), kPhotos, m_bytes);
+    PrepareCommand(m_process, {"recover", m_folder.Path("backup"), Out(), "--only", "Camera Roll"});
+    m_process.start();
+    ASSERT_TRUE(m_process.waitForReadyRead(kLimit)) << "no line comes";
+  }
+
+  void TearDown() override {
+    if (m_process.state() == QProcess::NotRunning) return;
+    m_process.kill();
+    m_process.waitForFinished(kLimit);
+  }
+
+  std::string Out() const { return m_folder.Path(std::string(120, 'a') + "/" + std::string(120, 'b')); }
+
+  TemporaryFolder m_folder;
+  QByteArray m_bytes = sample_media::jpeg(1, 64, 48).leftJustified(1024, '\0');
+  std::vector<std::string> m_photos;
+  QProcess m_process;
+};
+
+class StoppedRecovery : public LongRecovery, public testing::WithParamInterface<int> {};
+
+/// The master side of a terminal that nobody looks at.
+class Terminal {
+ public:
+  Terminal() : m_nMaster(posix_openpt(O_RDWR | O_NOCTTY)) {
+    EXPECT_NE(-1, m_nMaster);
+    EXPECT_EQ(0, grantpt(m_nMaster));
+    EXPECT_EQ(0, unlockpt(m_nMaster));
+    // Held open, so that the end of the process doesn't take away what it wrote.
+    m_nSlave = open(ptsname(m_nMaster), O_RDWR | O_NOCTTY);
+    EXPECT_NE(-1, m_nSlave);
+    fcntl(m_nMaster, F_SETFL, fcntl(m_nMaster, F_GETFL) | O_NONBLOCK);
+  }
+  ~Terminal() {
+    close(m_nSlave);
+    close(m_nMaster);
+  }
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+
+  /// Runs the command with its standard error on the terminal. @return what the terminal received.
+  std::string Run(const std::vector<std::string>& arguments, CommandResult& result) {
+    QProcess process;
+    PrepareCommand(process, arguments);
+    process.setStandardErrorFile(ptsname(m_nMaster), QIODevice::Append);
+    process.start();
+    EXPECT_TRUE(process.waitForStarted(kLimit));
+    std::string strReceived;
+    // A terminal holds little: it has to be read while the process writes.
+    for (int nRound = 0; nRound < kLimit / kRound && process.state() != QProcess::NotRunning; ++nRound) {
+      process.waitForFinished(kRound);
+      Read(strReceived);
+    }
+    result = FinishCommand(process);
+    Read(strReceived);
+    return strReceived;
+  }
+
+ private:
+  static constexpr int kRound = 10;  // milliseconds
+
+  void Read(std::string& strReceived) const {
+    char buffer[4096];
+    for (ssize_t nRead; (nRead = read(m_nMaster, buffer, sizeof buffer)) > 0;)
+      strReceived.append(buffer, static_cast<size_t>(nRead));
+  }
+
+  int m_nMaster;
+  int m_nSlave = -1;
+};
+
+}  // namespace
+
+TEST_P(StoppedRecovery, EndsBetweenTwoFilesAndSaysSo) {
+  ASSERT_EQ(0, kill(static_cast<pid_t>(m_process.processId()), GetParam()));
+
+  const CommandResult result = FinishCommand(m_process);
+
+  const std::vector<std::string> files = FilesBelow(Out());
+  EXPECT_EQ(128 + GetParam(), result.nExitStatus);
+  EXPECT_THAT(result.strErr, HasSubstr("stopped"));
+  EXPECT_GT(files.size(), 0u);
+  EXPECT_LT(files.size(), static_cast<size_t>(kPhotos));
+  for (const std::string& strFile : files)
+    ASSERT_TRUE(m_bytes.toStdString() == ReadFile(Out() + "/" + strFile)) << strFile << " isn't whole";
+  EXPECT_EQ(files.size() + 1, result.Lines().size());
+  EXPECT_THAT(result.LastLine(), StartsWith(std::to_string(files.size()) + " recovered, 0 failed, "));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Signals, StoppedRecovery, testing::Values(SIGINT, SIGTERM, SIGHUP), [](const auto& info) {
+      return std::string(info.param == SIGINT ? "Int" : info.param == SIGTERM ? "Term" : "Hup");
+    });
+
+TEST_F(LongRecovery, SourceThatGoesAwayFailsAndTheRestIsCopied) {
+  static constexpr size_t kGone[] = {kPhotos - 5, kPhotos - 2};
+  for (const size_t nGone : kGone) ASSERT_EQ(0, unlink(m_photos[nGone].c_str()));
+
+  const CommandResult result = FinishCommand(m_process);
+
+  const std::vector<std::string> lines = result.Lines();
+  EXPECT_EQ(4, result.nExitStatus);
+  ASSERT_EQ(static_cast<size_t>(kPhotos) + 1, lines.size());
+  for (size_t i = 0; i < kPhotos; ++i) {
+    const bool bGone = std::find(std::begin(kGone), std::end(kGone), i) != std::end(kGone);
+    ASSERT_THAT(lines[i], StartsWith(bGone ? "Failed\t" : "Success\t"));
+  }
+  EXPECT_THAT(lines.back(), StartsWith(std::to_string(kPhotos - 2) + " recovered, 2 failed, "));
+  EXPECT_EQ(static_cast<size_t>(kPhotos - 2), FilesBelow(Out()).size());
+}
+
+TEST_F(LongRecovery, SourceThatGoesAwayIsGivenAsTheReason) {
+  const std::string& strGone = m_photos[kPhotos - 2];
+  ASSERT_EQ(0, unlink(strGone.c_str()));
+
+  const CommandResult result = FinishCommand(m_process);
+
+  ASSERT_EQ(static_cast<size_t>(kPhotos) + 1, result.Lines().size());
+  EXPECT_THAT(result.Line(kPhotos - 2), HasSubstr("No such file or directory"));
+}
+
+TEST(ReaderOfTheLines, ThatGoesAwayIsAFailedWrite) {
+  TemporaryFolder folder;
+  WritePhotos(folder.Path("backup"), kPhotos, sample_media::jpeg(1, 64, 48).leftJustified(1024, '\0'));
+  QProcess process;
+  PrepareCommand(process, {});
+  process.start("sh", Arguments({"-c", "status=$1; shift; { \"$@\"; echo $? >\"$status\"; } | head -n 1",
+                                 "sh", folder.Path("status"), CommandPath().toStdString(), "recover",
+                                 folder.Path("backup"), folder.Path("out"), "--only", "Camera Roll"}));
+
+  const CommandResult result = FinishCommand(process);
+
+  EXPECT_EQ("4\n", ReadFile(folder.Path("status")));
+  EXPECT_THAT(result.strErr, HasSubstr("standard output: Broken pipe"));
+  EXPECT_EQ(static_cast<size_t>(kPhotos), FilesBelow(folder.Path("out")).size());
+}
+
+TEST(Progress, IsDrawnOnATerminalAndTakenAway) {
+  TemporaryFolder folder;
+  writeLivelyBackup(QString::fromStdString(folder.Path("backup")), {});
+  Terminal terminal;
+  CommandResult result;
+
+  const std::string strReceived = terminal.Run({"scan", folder.Path("backup")}, result);
+
+  EXPECT_EQ(0, result.nExitStatus);
+  EXPECT_THAT(strReceived, HasSubstr("\r["));
+  EXPECT_THAT(strReceived, HasSubstr("%"));
+  EXPECT_EQ("\r\033[K", strReceived.substr(strReceived.size() - std::min<size_t>(4, strReceived.size())));
+  EXPECT_THAT(result.strOut, Not(HasSubstr("%")));
+}
+
+TEST(Progress, NeverGoesBack) {
+  TemporaryFolder folder;
+  writeLivelyBackup(QString::fromStdString(folder.Path("backup")), {});
+  Terminal terminal;
+  CommandResult result;
+
+  const std::string strReceived = terminal.Run({"scan", folder.Path("backup")}, result);
+
+  int nLast = -1;
+  int nBars = 0;
+  for (size_t nPercent = 0; (nPercent = strReceived.find('%', nPercent)) != std::string::npos; ++nPercent) {
+    ASSERT_GE(nPercent, 3u);
+    const int nNow = std::stoi(strReceived.substr(nPercent - 3, 3));
+    EXPECT_GE(nNow, nLast);
+    EXPECT_LE(nNow, 100);
+    nLast = nNow;
+    ++nBars;
+  }
+  EXPECT_GT(nBars, 1);
+}
+
+TEST(Progress, IsShownWhileFilesAreCopied) {
+  TemporaryFolder folder;
+  WriteSmallBackup(folder.Path("backup"), BackupBuilder::Layout::Db);
+  Terminal terminal;
+  CommandResult result;
+
+  const std::string strReceived =
+      terminal.Run(RecoverFiles(folder.Path("backup"), folder.Path("out")), result);
+
+  EXPECT_EQ(0, result.nExitStatus);
+  EXPECT_THAT(strReceived, HasSubstr("100%"));
+}
+
+TEST(Progress, IsLeftOutWhenQuiet) {
+  TemporaryFolder folder;
+  WriteSmallBackup(folder.Path("backup"), BackupBuilder::Layout::Db);
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"scan", folder.Path("backup"), "--quiet"},
+        RecoverFiles(folder.Path("backup"), folder.Path("out"), {"-q"})}) {
+    Terminal terminal;
+    CommandResult result;
+
+    const std::string strReceived = terminal.Run(arguments, result);
+
+    EXPECT_EQ(0, result.nExitStatus);
+    EXPECT_THAT(strReceived, IsEmpty());
+  }
+}
