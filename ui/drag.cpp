@@ -1,0 +1,16 @@
+#include "ui/drag.h"
+
+#include <QMouseEvent>
+#include <QWidget>
+
+void BeginDrag(const QWidget* pWindow, QMouseEvent* pEvent, QPoint& ptDrag) {
+  if (pEvent->button() != Qt::LeftButton) return;
+  ptDrag = pEvent->globalPos() - pWindow->frameGeometry().topLeft();
+  pEvent->accept();
+}
+
+void ContinueDrag(QWidget* pWindow, QMouseEvent* pEvent, const QPoint& ptDrag) {
+  if (pEvent->buttons() != Qt::LeftButton) return;
+  pWindow->move(pEvent->globalPos() - ptDrag);
+  pEvent->accept();
+}

@@ -1,0 +1,37 @@
+#include "ui/hand_over.h"
+
+#include <QThread>
+#include <chrono>
+
+void HandOver::Run(const std::function<void()>& step) {
+  if (QThread::currentThread() == thread()) {
+    step();
+    return;
+  }
+  std::unique_lock<std::mutex> lock(m_mutex);
+  m_pStep = &step;
+  m_changed.notify_all();
+  QMetaObject::invokeMethod(
+      this, [this] { ServePending(); }, Qt::QueuedConnection);
+  m_changed.wait(lock, [this] { return m_pStep == nullptr; });
+}
+
+void HandOver::ServeFor(unsigned int nMilliseconds) {
+  {
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_changed.wait_for(lock, std::chrono::milliseconds(nMilliseconds), [this] { return m_pStep != nullptr; });
+  }
+  ServePending();
+}
+
+bool HandOver::ServePending() {
+  std::unique_lock<std::mutex> lock(m_mutex);
+  const std::function<void()>* pStep = m_pStep;
+  if (!pStep) return false;  // served already, while the main thread blocked
+  lock.unlock();
+  (*pStep)();
+  lock.lock();
+  m_pStep = nullptr;
+  m_changed.notify_all();
+  return true;
+}

@@ -1,0 +1,28 @@
+#pragma once
+#include <QObject>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+
+/// Carries steps on widgets from a worker to the main thread. The worker waits until a step is done.
+///
+/// The object lives on the main thread. Steps are served by its event loop; where the main thread blocks on a
+/// worker, it calls ServeFor, which serves nothing else.
+class HandOver : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Runs a step on the main thread and returns when it has run. On the main thread it runs at once.
+  /// One worker at a time.
+  void Run(const std::function<void()>& step);
+
+  /// Main thread: waits for a step for at most so long, and runs it if one comes.
+  void ServeFor(unsigned int nMilliseconds);
+
+ private:
+  bool ServePending();
+
+  std::mutex m_mutex;
+  std::condition_variable m_changed;
+  const std::function<void()>* m_pStep = nullptr;  // of the worker that waits; null when there is none
+};

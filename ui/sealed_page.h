@@ -1,0 +1,49 @@
+#pragma once
+#include <QNetworkAccessManager>
+#include <QtWebKitWidgets/QWebPage>
+
+/// Refuses every request, to the network and to files alike, and counts them.
+class SealedNetwork : public QNetworkAccessManager {
+  Q_OBJECT
+
+ public:
+  using QNetworkAccessManager::QNetworkAccessManager;
+  int RefusedRequests() const { return m_nRefused; }
+
+ protected:
+  QNetworkReply* createRequest(Operation operation, const QNetworkRequest& request,
+                               QIODevice* pData) override;
+
+ private:
+  int m_nRefused = 0;
+};
+
+/// The page behind a chat view. The texts of strangers go into it as markup and into its scripts as they
+/// stand, in a program with administrator rights: so it reaches nothing, opens nothing, asks nothing, and a
+/// script that runs on is ended.
+class SealedPage : public QWebPage {
+  Q_OBJECT
+
+ public:
+  explicit SealedPage(QObject* pParent = nullptr);
+  const SealedNetwork& GetNetwork() const { return m_network; }
+
+ public slots:
+  bool shouldInterruptJavaScript();
+
+ protected:
+  bool acceptNavigationRequest(QWebFrame* pFrame, const QNetworkRequest& request,
+                               NavigationType type) override;
+  QWebPage* createWindow(WebWindowType type) override;
+  QObject* createPlugin(const QString& classId, const QUrl& url, const QStringList& names,
+                        const QStringList& values) override;
+  void javaScriptAlert(QWebFrame* pFrame, const QString& message) override;
+  bool javaScriptConfirm(QWebFrame* pFrame, const QString& message) override;
+  bool javaScriptPrompt(QWebFrame* pFrame, const QString& message, const QString& defaultValue,
+                        QString* pResult) override;
+  void javaScriptConsoleMessage(const QString& message, int nLine, const QString& source) override;
+  QString chooseFile(QWebFrame* pFrame, const QString& oldFile) override;
+
+ private:
+  SealedNetwork m_network;
+};

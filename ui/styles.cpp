@@ -1,0 +1,39 @@
+#include "ui/styles.h"
+
+#include <QDir>
+
+namespace {
+
+/// A main button in its three states.
+QString ButtonStyle(const char* pszColour, const char* pszText, const char* pszShape) {
+  return QString(
+             "QPushButton{background-color:%1;%2%3}"
+             "QPushButton:hover{background-color:rgb(156, 156, 156);}"
+             "QPushButton:pressed{background-color:rgb(156, 156, 156);border:2px groove white;"
+             "border-style:inset;}")
+      .arg(pszColour, pszText, pszShape);
+}
+
+constexpr char kRoundShape[] = "border-radius:15px;border:2px groove white;border-style:outset;";
+constexpr char kDialogShape[] = "border-radius:10px;border:2px groove white;border-style:outset;";
+
+}  // namespace
+
+const QString main_button_style_no_file = ButtonStyle("rgb(191, 191, 191)", "color:gray;", kRoundShape);
+const QString Layout2_main_button_style = ButtonStyle("rgb(48, 81, 109)", "color:white;", kRoundShape);
+const QString Layout2_main_button_style2 = ButtonStyle("rgb(48, 81, 109)", "color:white;", "");
+const QString backGroud_style = "background-color: rgb(112, 128, 144);";
+const QString Layout1TopBackGroud_style = "background-color: rgb(79, 79 ,79);";
+const QString LayoutLine_style = "background-color: rgb(37, 101, 137);";
+const QString Version_label = "Version 4.7.5";
+
+const QString dialog_style::main_button_style = ButtonStyle("rgb(191, 191, 191)", "", kDialogShape);
+const QString dialog_style::backGroud_style = "background-color: rgb(79, 79 ,79);";
+
+QFont TextFont(int nSize, int nWeight) {
+  return QFont("Calibri", nSize, nWeight);
+}
+
+void InitResources() {
+  Q_INIT_RESOURCE(resources);
+}

@@ -1,0 +1,66 @@
+#include "ui/window.h"
+
+#include <sys/stat.h>
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include "common/places.h"
+#include "ui/styles.h"
+
+namespace {
+constexpr int kWidth = 1000;
+constexpr int kHeight = 680;
+}  // namespace
+
+DRUI::DRUI(QWidget* pParent, Qt::WindowFlags flags)
+    : QMainWindow(pParent, flags), m_records(m_backupFile.GetMessageMap()) {
+  InitResources();
+  m_ui.setupUi(this);
+  m_ui.centralWidget->setStyleSheet("background-color: rgb(252, 252, 252);");
+  setWindowTitle("Velmora Orvandel");
+  setFixedSize(kWidth, kHeight);
+  resize(kWidth, kHeight);
+  setWindowIcon(QIcon(":/image/logo.ico"));
+  if (const QScreen* pScreen = QApplication::primaryScreen()) {
+    const QSize desktop = pScreen->size();
+    move((desktop.width() - width()) / 2, (desktop.height() - height()) / 2);
+  }
+  Init();
+}
+
+DRUI::~DRUI() {
+  if (m_pDecryptProcess) m_pDecryptProcess->kill();
+}
+
+void DRUI::Init() {
+  InitLayout1Widget();
+  m_pScreenStack = new QStackedLayout;
+  m_pScreenStack->setObjectName("m_pScreenStack");
+  m_pScreenStack->addWidget(m_pHomeScreen);
+  m_pScreenStack->setCurrentWidget(m_pHomeScreen);
+  auto* pLayout = new QVBoxLayout;
+  pLayout->setSpacing(0);
+  pLayout->setContentsMargins(0, 0, 0, 0);
+  pLayout->addLayout(m_pScreenStack);
+  m_ui.centralWidget->setLayout(pLayout);
+  // Folders that exist already are no error; what needs them fails on its own terms.
+  const std::string strWorkFolder = WorkFolder();
+  mkdir(strWorkFolder.c_str(), 0777);
+  mkdir((strWorkFolder + kDecryptFolderName).c_str(), 0777);
+}
+
+void DRUI::closeEvent(QCloseEvent*) {
+  QCoreApplication::quit();
+}
+
+void DRUI::keyPressEvent(QKeyEvent* pEvent) {
+  if (pEvent->key() != Qt::Key_Escape) QWidget::keyPressEvent(pEvent);
+}
+
+bool DRUI::eventFilter(QObject* pWatched, QEvent* pEvent) {
+  return QObject::eventFilter(pWatched, pEvent);
+}

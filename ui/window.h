@@ -1,0 +1,294 @@
+#pragma once
+#include <QLabel>
+#include <QMainWindow>
+#include <QProcess>
+#include <QPushButton>
+#include <QStackedLayout>
+#include <QTableWidget>
+#include <QTreeWidget>
+#include <atomic>
+#include <map>
+#include <memory>
+
+#include "backup/categories.h"
+#include "backup/parser.h"
+#include "backup/records.h"
+#include "backup/session.h"
+#include "ui/hand_over.h"
+#include "ui_drui.h"
+
+class QAction;
+class QBoxLayout;
+class QWebView;
+class CRecovery;
+struct TableSpec;
+
+using U32 = quint32;
+/// Ticked rows of a table: the row, and the bytes that it stands for, or the row again where it has no size.
+using SelectionMap = std::map<U32, U32>;
+/// Ticked files of apps: by the app's name, the file's place in the app's list and its bytes.
+using AppSelectionMap = std::map<QString, SelectionMap>;
+
+/// The main window, and with it the state of the whole run: session, records, ticks and screens.
+///
+/// Lives on the stack of main. Widgets belong to the main thread; the workers of a scan and of a recovery
+/// hand their steps on widgets over to it. While a worker runs, the main thread sits in a modal dialog, so
+/// that the records belong to the worker alone.
+class DRUI : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  explicit DRUI(QWidget* pParent = nullptr, Qt::WindowFlags flags = {});
+  ~DRUI() override;
+
+  /// Builds the home screen and makes the work folders.
+  void Init();
+
+  // Called by the progress dialog and by tests.
+
+  /// The worker's steps on widgets.
+  HandOver& GetHandOver() { return m_handOver; }
+
+  std::atomic<bool> m_bCancelScan{false};    ///< the user has confirmed a cancel; read by the worker
+  std::atomic<bool> m_bScanFinished{false};  ///< set by the worker at its end
+  std::atomic<bool> m_bCancelSearch{
+      false};  ///< the same pairs for kinds of operation that nothing starts yet
+  std::atomic<bool> m_bSearchFinished{false};
+  std::atomic<bool> m_bCancelRecovery{false};    ///< also set by the worker at the end of a recovery
+  std::atomic<bool> m_bRecoveryFinished{false};  ///< nothing sets it
+  std::atomic<bool> m_bCancelPreview{false};
+  std::atomic<bool> m_bPreviewFinished{false};
+
+  // Steps of the screens; each is told with its source file.
+
+  QWidget* InitLayout1Widget();
+  void InitLayout2Widget();  ///< there is no further screen
+  void InitLayout3Widget();
+  QPushButton* CreateButton(int nKind, int nX, QWidget* pParent);
+  void InitMenu(QWidget* pParent);
+  QTableWidget* CreateiTunesTable();
+  QTreeWidget* CreateTree();
+  QTableWidget* CreateCameraTable();
+  QTableWidget* CreatePhotoStreamTable();
+  QTableWidget* CreateAppPhotosTable();
+  QTableWidget* CreateAppVideosTable();
+  QTableWidget* CreateAppsTable();
+  QTableWidget* CreateMessageTable();
+  QTableWidget* CreateMessAttachTable();
+  QTableWidget* CreateContactsTable();
+  QTableWidget* CreateCallHistoryTable();
+  QTableWidget* CreateNotesTable();
+  QTableWidget* CreateWhatsappTable();
+  QTableWidget* CreateWhatsappMessAttachTable();
+
+  /// Brings the table of a node up to date and its rows in line with the node's tick.
+  /// @param nColumn not read. @param bNoShow false also brings the table's page up.
+  void UpdateTreeInfo(QTreeWidgetItem* pItem, int nColumn, bool bNoShow);
+
+  // The scan.
+
+  static void _ScanProcess(void* pWindow, int& nResult);
+  int Scan(const char16_t* pFolder, int& nResult);
+  static int ScanCallBack(void* pWindow, int nProgress);
+  int ScanCallBack(int nProgress);
+
+  // The decrypt tool's lines. Each @return true when the tool is to be killed.
+
+  bool CheckPasswordRecieve(const QByteArray& line);
+  bool DecryptDataRecieve(const QByteArray& line);
+
+  // The recovery.
+
+  int RecoveryCallBack(int nProgress, int nPercent, int nErrorCode, const char16_t* pRecoveryFileName);
+  static int RecoveryCallBack(void* pWindow, int nProgress, int nPercent, int nErrorCode,
+                              const char16_t* pRecoveryFileName);
+
+  // The ticks.
+
+  void tableItemPress(int nRow, int nColumn, QTableWidget* pTable, SelectionMap& tableMap);
+  void tableAppsItemPress(int nRow, int nColumn, QTableWidget* pTable, SelectionMap& tableMap,
+                          QTableWidget* pAppParentTable);
+  void SetTreeChildCheckState(QTreeWidgetItem* pItem, int nState);
+  void SetTreeParentCheckState(QTreeWidgetItem* pItem);
+  void SetTreeParentCheckState(QTreeWidgetItem* pItem, int nState, int& nCount);
+  void RefreshSelectFileInfo();
+
+  /// Shows the record of a row beside its table. @param pItem the cell of column 0.
+  void tableItemClick(QTableWidgetItem* pItem);
+
+ signals:
+  void ScanProcessCallBack(int nProgress);
+  void RecoveryCallBack(int nProgress, int nPercent, int nErrorCode, QString qstrRecoveryFileName);
+
+ public slots:
+  void btnSlotScan();
+  void btnSlotSelect();
+  void btnSlotBack();
+  void btnRecovery();
+  void btnHelpSlot();
+  void btnSupportSlot();
+  void btnAboutSlot();
+  void btnOpenUrl(QString qstrUrl);
+  void btnCloseSlot();
+  void btnMinSlot();
+  void SetMenuStatus(QAction* pAction);
+  void iTunesTableItemPress(int nRow, int nColumn);
+  void iTunesTableItemDoublePress(int nRow, int nColumn);
+  void treeItemClick(QTreeWidgetItem* pItem, int nColumn);
+  void treeItemSelectChanged();
+  void diskItemClick(QTreeWidgetItem* pItem, int nColumn);
+  void diskItemDoubleClick(QTreeWidgetItem* pItem, int nColumn);
+  void RefreshAppFileNode();
+
+  void cameraTableItemPress(int nRow, int nColumn);
+  void photoStreamTableItemPress(int nRow, int nColumn);
+  void appPhotosTableItemPress(int nRow, int nColumn);
+  void appVideosTableItemPress(int nRow, int nColumn);
+  void appsTableItemPress(int nRow, int nColumn);
+  void messageTableItemPress(int nRow, int nColumn);
+  void messageAttachTableItemPress(int nRow, int nColumn);
+  void contactsTableItemPress(int nRow, int nColumn);
+  void callHistoryTableItemPress(int nRow, int nColumn);
+  void notesTableItemPress(int nRow, int nColumn);
+  void whatsappTableItemPress(int nRow, int nColumn);
+  void whatsappAttachTableItemPress(int nRow, int nColumn);
+
+  void cameraTableItemSelectChanged();
+  void photoStreamTableItemSelectChanged();
+  void appPhotosTableItemSelectChanged();
+  void appVideosTableItemSelectChanged();
+  void appsTableItemSelectChanged();
+  void messageTableItemSelectChanged();
+  void messAttachTableItemSelectChanged();
+  void contactsTableItemSelectChanged();
+  void callHistoryTableItemSelectChanged();
+  void notesTableItemSelectChanged();
+  void whatsappMessageTableItemSelectChanged();
+  void whatsappMessAttachTableItemSelectChanged();
+
+  void appPhotosTableItemSelectDoubleClick(int nRow, int nColumn);
+  void appVideosTableItemSelectDoubleClick(int nRow, int nColumn);
+
+ protected:
+  void keyPressEvent(QKeyEvent* pEvent) override;
+  bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
+  void closeEvent(QCloseEvent* pEvent) override;
+  void paintEvent(QPaintEvent* pEvent) override;
+  void mouseMoveEvent(QMouseEvent* pEvent) override;
+  void mousePressEvent(QMouseEvent* pEvent) override;
+
+ private:
+  friend struct TableSpec;    // the table of tables names the members below
+  friend class WindowAccess;  // tests look at the state
+
+  // Frame (ui/window_frame.cpp).
+  QWidget* CreateTopBar();
+  QWidget* CreateGap();
+  QWidget* CreateFoot(int nVersionRight);
+  QPushButton* CreateActionButton(const QString& qstrText, const QRect& rect, int nWeight, QWidget* pParent);
+  void SetMainButtonEnabled(QPushButton* pButton, bool bEnabled);
+
+  // Tables (ui/category_tables.cpp, ui/table_fill.cpp).
+  QTableWidget* CreateTable(const TableSpec& spec);
+  void FillTable(const TableSpec& spec);
+  QWidget* CreatePage(const TableSpec& spec);
+  bool ChooseBackup(int nRow, int nColumn);
+
+  // Ticks (ui/selection.cpp).
+  void ApplyNodeState(const TableSpec& spec, QTreeWidgetItem* pItem);
+  void ApplyAppNodeState(const TableSpec& spec, int nState);
+  void ApplyAppRowState(const TableSpec& spec, int nState);
+  void PressPlainTable(CategoryNumber nNumber, int nRow, int nColumn);
+  void PressAppTable(CategoryNumber nNumber, int nRow, int nColumn);
+  void SelectApp(const TableSpec& spec, const QString& qstrApp, SelectionMap& selection) const;
+  void SetNodeState(int nState);
+
+  // Preview (ui/preview.cpp).
+  void AddPreview(const TableSpec& spec, QBoxLayout* pLayout, QTableWidget* pTable);
+  void ShowSelected(const QTableWidget* pTable);
+  void ShowPicture(QLabel* pLabel, const std::u16string& wstrPath, const QSize& size);
+  void ShowMessages(unsigned int nHandleId);
+  void ShowChat(unsigned int nChatId);
+  void OpenAppFiles(CategoryNumber nNumber, CategoryNumber nPreviewNumber, int nRow);
+
+  // The scan (app/scan_workflow.cpp), its decrypt tool (app/encrypted_backup.cpp) and the recovery
+  // (app/recovery_workflow.cpp), on their workers.
+  int RunScan();
+  void ShowCategory(const Category& category);
+  QString DecryptBackup();
+  bool AskForPassword();
+  void ShowInformation(const QString& qstrText);
+  static void _RecoveryProcess(void* pWindow, int& nResult);
+  void RecoveryProcess();
+  void RecoverFiles();
+  void RecoverDocuments(CRecovery& recovery);
+  /// The hidden data of rows, an invalid value for a row without a cell.
+  std::vector<QVariant> HiddenData(const QTableWidget* pTable, const SelectionMap& rows);
+
+  Ui_DRUIClass m_ui;
+  HandOver m_handOver;
+  std::unique_ptr<QProcess> m_pDecryptProcess;
+  QString m_strScanDir;
+  QString m_strSelectDir;
+  CIphoneBackupFile m_backupFile;
+  __BACK_FILE_INFO__ m_curBackupInfo;
+  std::unique_ptr<IPhoneRecoveryParse> m_pRecoveryParse;
+  BackupRecords m_records;
+  int m_nLastScanProgress = -1;          // of the worker: the value that it reported last
+  std::atomic<int> m_nDecryptStatus{0};  // 0, or -110 once the tool has refused the password
+  qint64 m_nTotalFileCount = 0;  // entries of the backup's folder; 0 for one that was picked from the list
+  QString m_strBackupPassword;
+
+  // Selection.
+  SelectionMap m_mapSelCamera;
+  SelectionMap m_mapSelPhotoStream;
+  AppSelectionMap m_mapSelAppPhotos;
+  AppSelectionMap m_mapSelAppVideos;
+  SelectionMap m_mapSelMessage;
+  SelectionMap m_mapSelMessAttach;
+  SelectionMap m_mapSelContacts;
+  SelectionMap m_mapSelCallHistory;
+  SelectionMap m_mapSelNotes;
+  SelectionMap m_mapSelWhatsapp;
+  SelectionMap m_mapSelWhatsappAttach;
+  int m_nPressedCategory = 0;
+  int m_nCurrentCategory = 0;
+  QString m_strPressedApp;
+  QTableWidgetItem* m_pCurrentAppItem = nullptr;  // of the data screen, null after it is built anew
+  QTreeWidgetItem* m_pCurrentTreeItem = nullptr;  // the same
+
+  // Widgets. Their Qt parents own them.
+  QPoint m_ptDrag;
+  QStackedLayout* m_pScreenStack = nullptr;
+  QWidget* m_pHomeScreen = nullptr;
+  QWidget* m_pDataScreen = nullptr;
+  QStackedLayout* m_pPageStack = nullptr;
+  QPushButton* m_pMenuButton = nullptr;
+  QPushButton* m_pScanButton = nullptr;
+  QPushButton* m_pRecoveryButton = nullptr;
+  QLabel* m_pSelectInfoLabel = nullptr;
+  QTableWidget* m_pBackupTable = nullptr;
+  QTreeWidget* m_pCategoryTree = nullptr;
+  QTableWidget* m_pCameraTable = nullptr;
+  QTableWidget* m_pPhotoStreamTable = nullptr;
+  QTableWidget* m_pAppPhotosTable = nullptr;
+  QTableWidget* m_pAppVideosTable = nullptr;
+  QTableWidget* m_pAppsTable = nullptr;
+  QTableWidget* m_pMessageTable = nullptr;
+  QTableWidget* m_pMessAttachTable = nullptr;
+  QTableWidget* m_pContactsTable = nullptr;
+  QTableWidget* m_pCallHistoryTable = nullptr;
+  QTableWidget* m_pNotesTable = nullptr;
+  QTableWidget* m_pWhatsappTable = nullptr;
+  QTableWidget* m_pWhatsappAttachTable = nullptr;
+  QLabel* m_pCameraPreview = nullptr;
+  QLabel* m_pPhotoStreamPreview = nullptr;
+  QLabel* m_pAppFileCaption = nullptr;
+  QLabel* m_pAppFilePreview = nullptr;
+  QLabel* m_pMessAttachPreview = nullptr;
+  QLabel* m_pWhatsappAttachPreview = nullptr;
+  QLabel* m_pContactText = nullptr;
+  QLabel* m_pNoteText = nullptr;
+  QWebView* m_pMessageWebView = nullptr;
+  QWebView* m_pWhatsappWebView = nullptr;
+};
