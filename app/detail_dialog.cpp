@@ -1,0 +1,80 @@
+#include "app/detail_dialog.h"
+
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QVBoxLayout>
+
+#include "app/dialog_parts.h"
+#include "ui/drag.h"
+#include "ui/styles.h"
+
+namespace {
+constexpr int kRowHeight = 22;
+}
+
+CDetail::CDetail(QDialog*, Qt::WindowFlags flags) : QDialog(nullptr, flags) {
+  m_ui.setupUi(this);
+  setWindowTitle("Orvandel");
+  setFixedSize(600, 400);
+
+  QLabel* pBand = CreateHeadBand(60, 40, m_pTextLabel);
+  m_pTextLabel->setObjectName("m_pTextLabel");
+  m_pTextLabel->setFont(TextFont(11, 50));
+  m_pTextLabel->setText(QString::asprintf("  Recovery Detail\n\n  Sucess:%d Failed:%d\n", 0, 0));
+
+  m_pTable = new QTableWidget(0, 2);
+  m_pTable->setObjectName("m_pTable");
+  m_pTable->setHorizontalHeaderLabels({"Name", "Status"});
+  m_pTable->setColumnWidth(0, 400);
+  m_pTable->setColumnWidth(1, 300);
+  m_pTable->horizontalHeader()->setStretchLastSection(true);
+  m_pTable->verticalHeader()->setVisible(false);
+  m_pTable->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  m_pTable->verticalHeader()->setMinimumSectionSize(kRowHeight);
+  m_pTable->verticalHeader()->setDefaultSectionSize(kRowHeight);
+  m_pTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  m_pTable->setSelectionBehavior(QAbstractItemView::SelectRows);
+  m_pTable->setSelectionMode(QAbstractItemView::SingleSelection);
+
+  QPushButton* pButton = CreateDialogButton("OK", nullptr);
+  pButton->setObjectName("OK");
+  pButton->setFixedSize(80, 25);
+  connect(pButton, &QPushButton::clicked, this, &CDetail::btnSlot);
+
+  auto* pLayout = new QVBoxLayout(this);
+  pLayout->setContentsMargins(0, 0, 0, 5);
+  pLayout->addWidget(pBand);
+  pLayout->addWidget(m_pTable);
+  pLayout->addWidget(pButton, 0, Qt::AlignCenter);
+}
+
+void CDetail::AddTableItem(const QString& qstrName, int nStatus) {
+  const int nRow = m_pTable->rowCount();
+  const bool bSuccess = nStatus == 0;
+  m_pTable->setRowCount(nRow + 1);
+  auto* pStatus = new QTableWidgetItem(bSuccess ? "Success" : "Failed");
+  if (!bSuccess) pStatus->setForeground(QColor(255, 0, 0));
+  ++(bSuccess ? m_nSuccess : m_nFailed);
+  m_pTable->setItem(nRow, 0, new QTableWidgetItem(qstrName));
+  m_pTable->setItem(nRow, 1, pStatus);
+  // One line break behind the title now, where the first text has two.
+  m_pTextLabel->setText(
+      QString::asprintf("  Recovery Detail\n  Sucess:%d Failed:%d\n", m_nSuccess, m_nFailed));
+}
+
+void CDetail::btnSlot() {
+  close();
+}
+
+void CDetail::mousePressEvent(QMouseEvent* pEvent) {
+  if (pEvent->button() == Qt::RightButton)
+    close();
+  else
+    BeginDrag(this, pEvent, m_ptDrag);
+}
+
+void CDetail::mouseMoveEvent(QMouseEvent* pEvent) {
+  ContinueDrag(this, pEvent, m_ptDrag);
+}
+
+void CDetail::paintEvent(QPaintEvent*) {}

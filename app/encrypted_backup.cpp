@@ -1,0 +1,170 @@
+// The way of a backup that is picked as a folder, and the decrypt tool: a program beside this one that checks
+// a password, and writes the backup's files decrypted into the work folder.
+
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "app/password_dialog.h"
+#include "backup/discovery.h"
+#include "common/places.h"
+#include "common/status.h"
+#include "common/text.h"
+#include "ui/message_box.h"
+#include "ui/window.h"
+
+namespace {
+
+constexpr char kWrongPassword[] = "Wrong password";
+constexpr char kCount[] = "Count:";
+constexpr int kStartLimit = 30000;  // milliseconds
+constexpr int kPollStep = 50;       // milliseconds
+constexpr int kToolProgress = 10;   // percent of the bar that belong to the tool, from 1 on
+
+/// Where decrypted files go. The double slash in it is wanted: the tool gets the path as it stands.
+QString DecryptedFolder() {
+  return FromNarrow(WorkFolder() + "/" + kDecryptFolderName);
+}
+
+QString ToolCommand(const __BACK_FILE_INFO__& info, const QString& qstrPassword, bool bCheck) {
+  QString qstrCommand = "\"" + QCoreApplication::applicationDirPath() + "/Velmora Orvandel\" \"" +
+                        FromNarrow(info.strBackupPath) + "\" \"" + DecryptedFolder() + "\" " + qstrPassword;
+  if (bCheck) qstrCommand += " CheckPasswd";
+  return qstrCommand;
+}
+
+void StartTool(QProcess& process, const QString& qstrCommand) {
+  process.setProcessChannelMode(QProcess::MergedChannels);
+  // One string, which Qt takes apart: a blank in the password makes two arguments of it.
+  QStringList arguments = QProcess::splitCommand(qstrCommand);
+  const QString qstrProgram = arguments.takeFirst();
+  process.start(qstrProgram, arguments, QIODevice::ReadWrite);
+  process.waitForStarted(kStartLimit);
+}
+
+qint64 CountEntries(const std::string& strFolder) {
+  std::vector<std::string> entries;
+  TraverseFolderAndFile(strFolder, entries);
+  qint64 nCount = 0;
+  for (const std::string& strEntry : entries)
+    nCount += QFileInfo(FromNarrow(strEntry)).isDir() ? TraverseFileCnt(strEntry) : 1;
+  return nCount;
+}
+
+}  // namespace
+
+void DRUI::ShowInformation(const QString& qstrText) {
+  CMessageBox box;
+  box.InitInfoDialog(qstrText);
+  box.setGeometry(x() + width() / 3, y() + height() / 3, 400, 200);
+  box.exec();
+}
+
+void DRUI::btnSlotSelect() {
+  m_strSelectDir.clear();
+  m_strSelectDir =
+      QFileDialog::getExistingDirectory(this, QString(), m_strSelectDir, QFileDialog::ShowDirsOnly);
+  if (m_strSelectDir.isEmpty()) return;
+  const std::string strFolder = ToNarrow(m_strSelectDir);
+  __BACK_FILE_INFO__ info;
+  if (m_backupFile.GetBackFileInfo(strFolder.c_str(), &info) != kStatusOk)
+    return ShowInformation("Can not found the iTunes Backup file.");
+  m_curBackupInfo = info;
+  m_nTotalFileCount = std::max<qint64>(CountEntries(strFolder), 1);
+  m_strBackupPassword.clear();
+  if (info.bEncrypted && !AskForPassword()) return;
+  btnSlotScan();
+}
+
+bool DRUI::AskForPassword() {
+  for (;;) {
+    CPasswordUI dialog;
+    dialog.exec();
+    if (dialog.GetResult() != 0) return false;
+    const QString qstrPassword = dialog.GetPassword();
+    if (qstrPassword.isEmpty()) {
+      ShowInformation("The password can't be empty, please try again.");
+      continue;
+    }
+    if (m_pDecryptProcess) m_pDecryptProcess->kill();
+    m_nDecryptStatus = kStatusOk;
+    m_pDecryptProcess = std::make_unique<QProcess>(this);
+    QProcess* pProcess = m_pDecryptProcess.get();
+    connect(pProcess, &QProcess::readyRead, this, [this, pProcess] {
+      while (pProcess->canReadLine()) {
+        if (!CheckPasswordRecieve(pProcess->readLine())) continue;
+        pProcess->kill();
+        return;
+      }
+    });
+    StartTool(*pProcess, ToolCommand(m_curBackupInfo, qstrPassword, true));
+    pProcess->waitForFinished(-1);
+    if (m_nDecryptStatus == kStatusOk) {
+      m_strBackupPassword = qstrPassword;
+      return true;
+    }
+    ShowInformation("Your password is not correct! Please try again.");
+  }
+}
+
+bool DRUI::CheckPasswordRecieve(const QByteArray& line) {
+  if (line.contains(kWrongPassword)) {
+    m_nDecryptStatus = kStatusWrongPassword;
+    return true;
+  }
+  // The first sign of progress proves the password.
+  return line.contains(kCount);
+}
+
+bool DRUI::DecryptDataRecieve(const QByteArray& line) {
+  if (line.contains(kWrongPassword)) {
+    m_nDecryptStatus = kStatusWrongPassword;
+    return true;
+  }
+  const int nCount = line.indexOf(kCount);
+  if (nCount < 0) return false;
+  if (m_bCancelScan) return true;
+  // A backup from the list was never counted: the bar then stays where it is.
+  if (m_nTotalFileCount <= 0) return false;
+  const qint64 nDone = strtoll(line.constData() + nCount + strlen(kCount), nullptr, 10);
+  emit ScanProcessCallBack(
+      static_cast<int>(std::min(nDone, m_nTotalFileCount) * kToolProgress / m_nTotalFileCount + 1));
+  return false;
+}
+
+QString DRUI::DecryptBackup() {
+  m_nDecryptStatus = kStatusOk;
+  const QString qstrFolder = DecryptedFolder();
+  std::vector<std::string> old;
+  TraverseFolderAndFile(ToNarrow(qstrFolder), old);
+  for (const std::string& strEntry : old) unlink(strEntry.c_str());
+
+  // The process belongs to this worker, its lines to the main thread, whose queue brings them to the window.
+  // While the main thread waits for a cancelled scan it takes none, so that nothing kills the tool then.
+  QProcess process;
+  const auto pKill =
+      std::make_shared<std::atomic<bool>>(false);  // lines may be served after this function's end
+  connect(&process, &QProcess::readyRead, &process, [this, &process, pKill] {
+    while (process.canReadLine()) {
+      const QByteArray line = process.readLine();
+      QMetaObject::invokeMethod(
+          this,
+          [this, line, pKill] {
+            if (DecryptDataRecieve(line)) *pKill = true;
+          },
+          Qt::QueuedConnection);
+    }
+  });
+  StartTool(process, ToolCommand(m_curBackupInfo, m_strBackupPassword, false));
+  while (process.state() != QProcess::NotRunning) {
+    process.waitForFinished(kPollStep);
+    if (*pKill) process.kill();
+  }
+  m_handOver.Run([] {});  // lines that still stand in the queue come before this step
+  return qstrFolder;
+}

@@ -1,0 +1,207 @@
+// The recovery: the main thread sits in the progress dialog while the worker writes what is ticked.
+
+#include <QFileDialog>
+
+#include "app/progress_dialog.h"
+#include "app/thread.h"
+#include "common/text.h"
+#include "export/file_copy.h"
+#include "export/recovery.h"
+#include "ui/category_tables.h"
+
+namespace {
+
+/// What the six file categories differ by: where their stretch of the bar begins, how far their files carry
+/// it (in hundredths of a percent) and the mark at their end.
+struct FileStep {
+  CategoryNumber nNumber;
+  int nPercent;
+  int nNumerator;
+  int nEndMark;
+};
+
+// In the order of the recovery, which isn't that of the tree.
+constexpr FileStep kFileSteps[] = {
+    {kCameraRoll, 0, 2000, 2000},           {kPhotoStream, 20, 2000, 4000},
+    {kAppPhotos, 40, 1000, 5000},           {kAppVideos, 50, 2000, 7000},
+    {kWhatsAppAttachments, 70, 1000, 8000}, {kMessageAttachments, 80, 1000, 9000},
+};
+
+constexpr int kEndPercent = 1000;  // whatever stands before it, the bar is full
+constexpr int kEndProgress = 10000;
+
+struct FileRecord {
+  std::string strName;
+  std::u16string wstrPath;
+};
+
+/// The record of a row. Throws std::out_of_range for a row beyond the list, as a map that outlived its scan
+/// may hold.
+FileRecord RecordOf(const BackupRecords& records, CategoryNumber nNumber, U32 nRow) {
+  const auto of = [nRow](const auto& list) {
+    return FileRecord{list.at(nRow).strFileName, list.at(nRow).wstrFilePath};
+  };
+  switch (nNumber) {
+    case kCameraRoll:
+      return of(records.m_vecCamera);
+    case kPhotoStream:
+      return of(records.m_vecPhotoStream);
+    case kWhatsAppAttachments:
+      return of(records.m_vecWhatsAppAttachment);
+    default:
+      return of(records.m_vecMessageAttachment);
+  }
+}
+
+int Share(size_t nDone, int nNumerator, size_t nTotal) {
+  return static_cast<int>(nDone * static_cast<size_t>(nNumerator) / nTotal);
+}
+
+}  // namespace
+
+void DRUI::btnRecovery() {
+  m_strSelectDir.clear();
+  m_strSelectDir =
+      QFileDialog::getExistingDirectory(this, QString(), m_strSelectDir, QFileDialog::ShowDirsOnly);
+  if (m_strSelectDir.isNull()) return;
+  SCANUI dialog;
+  dialog.SetSaveDir(m_strSelectDir);
+  dialog.InitSlot(this, SCANUI::kRecovery);
+  CMyThread thread;
+  thread.SetFunc(&DRUI::_RecoveryProcess, this);
+  thread.start(QThread::InheritPriority);
+  dialog.exec();
+  // The dialog closes when the worker is done; its last steps need no more than a moment.
+  thread.wait();
+}
+
+void DRUI::_RecoveryProcess(void* pWindow, int&) {
+  auto* pSelf = static_cast<DRUI*>(pWindow);
+  pSelf->m_bCancelRecovery = false;
+  pSelf->RecoveryProcess();
+}
+
+int DRUI::RecoveryCallBack(int nProgress, int nPercent, int nErrorCode, const char16_t* pRecoveryFileName) {
+  if (m_bCancelRecovery) return 1;
+  emit RecoveryCallBack(nProgress, nPercent, nErrorCode, QString::fromUtf16(pRecoveryFileName));
+  return 0;
+}
+
+int DRUI::RecoveryCallBack(void* pWindow, int nProgress, int nPercent, int nErrorCode,
+                           const char16_t* pRecoveryFileName) {
+  return static_cast<DRUI*>(pWindow)->RecoveryCallBack(nProgress, nPercent, nErrorCode, pRecoveryFileName);
+}
+
+void DRUI::RecoveryProcess() {
+  CRecovery recovery;
+  recovery.Init(m_strSelectDir, &m_backupFile);
+  RecoverFiles();
+  RecoverDocuments(recovery);
+  RecoveryCallBack(kEndProgress, kEndPercent, 0, u"");
+  m_bCancelRecovery = true;  // also the mark that the recovery has ended
+}
+
+void DRUI::RecoverFiles() {
+  BackupFileCopier copier(m_strSelectDir, m_backupFile.GetLayout().qstrRoot);
+  // The window reports every file as done; a copy that failed isn't noticed, and a cancel stops nothing.
+  const auto copy = [&](const QString& qstrFolder, const std::string& strName,
+                        const std::u16string& wstrSource, int nProgress, int nPercent) {
+    const WrittenFile file = copier.Copy(qstrFolder, strName, wstrSource);
+    RecoveryCallBack(nProgress, nPercent, 0, ToWide(file.qstrPath).c_str());
+  };
+  for (const FileStep& step : kFileSteps) {
+    const TableSpec& spec = TableSpec::Of(step.nNumber);
+    const QString qstrFolder = Categories()[step.nNumber].pszFolder;
+    size_t nDone = 0;
+    if (!spec.IsAppTable()) {
+      const SelectionMap& selection = this->*spec.pSelection;
+      for (const auto& [nRow, nBytes] : selection) {
+        const FileRecord record = RecordOf(m_records, step.nNumber, nRow);
+        copy(qstrFolder, record.strName, record.wstrPath, Share(++nDone, step.nNumerator, selection.size()),
+             step.nPercent);
+      }
+    } else {
+      const AppSelectionMap& selection = this->*spec.pAppSelection;
+      const AppFileMap& apps = m_records.*spec.pApps;
+      for (const auto& [qstrApp, rows] : selection) {
+        const int nProgress =
+            Share(++nDone, step.nNumerator, selection.size());  // one for all files of an app
+        const auto it = apps.find(ToNarrow(qstrApp));
+        if (it == apps.end()) continue;
+        for (const auto& [nRow, nBytes] : rows) {
+          const _IPHONE_APP_FILE_INFO_& file = it->second.at(nRow);
+          copy(qstrFolder + FromNarrow(file.strAppName) + '/', file.strFileName, file.wstrFilePath, nProgress,
+               step.nPercent);
+        }
+      }
+    }
+    RecoveryCallBack(step.nEndMark, 1, 0, u"");
+  }
+}
+
+std::vector<QVariant> DRUI::HiddenData(const QTableWidget* pTable, const SelectionMap& rows) {
+  std::vector<QVariant> hidden;
+  m_handOver.Run([&] {
+    for (const auto& [nRow, nValue] : rows) {
+      const QTableWidgetItem* pItem = pTable->item(static_cast<int>(nRow), 0);
+      hidden.push_back(pItem ? pItem->data(Qt::UserRole) : QVariant());
+    }
+  });
+  return hidden;
+}
+
+void DRUI::RecoverDocuments(CRecovery& recovery) {
+  const auto report = [this](int nProgress, const char* pszPath) {
+    RecoveryCallBack(nProgress, 1, 0, ToWide(m_strSelectDir + pszPath).c_str());
+  };
+  /// Conversations of the ticked rows: the key of a row without a cell is that of the row before.
+  const auto recoverConversations = [&](const QTableWidget* pTable, const auto& conversations,
+                                        const auto& recover) {
+    unsigned int nKey = 0;
+    for (const QVariant& hidden : HiddenData(pTable, m_mapSelMessage)) {
+      if (hidden.isValid()) nKey = hidden.toUInt();
+      const auto it = conversations.find(nKey);
+      if (it != conversations.end() && !it->second.empty()) recover(&it->second.front());
+    }
+  };
+  if (!m_mapSelMessage.empty()) {
+    recoverConversations(m_pMessageTable, m_records.m_mapMessage, [&](const __MESSAGE_INFO__* pFirst) {
+      recovery.RecoveryMsg(pFirst, m_records.m_mapMessage);
+    });
+    // These paths are reported whatever was written, and no file bears the first: the real ones carry a time
+    // stamp.
+    report(9100, "/Message/sms.csv");
+  }
+  recovery.SaveMessage();
+  if (!m_mapSelContacts.empty()) {
+    for (const QVariant& hidden : HiddenData(m_pContactsTable, m_mapSelContacts)) {
+      const auto person = hidden.value<__PERSON_CONTENT__>();
+      if (hidden.isValid()) recovery.RecoveryContacts(&person);
+    }
+    recovery.SaveContactsCsv();
+    recovery.SaveContacts();
+    report(9200, "/Contacts/Contacts.html");
+  }
+  if (!m_mapSelCallHistory.empty()) {
+    for (const QVariant& hidden : HiddenData(m_pCallHistoryTable, m_mapSelCallHistory)) {
+      const auto call = hidden.value<__CALLHISTORY__>();
+      if (hidden.isValid()) recovery.RecoveryCallHistory(&call);
+    }
+    recovery.SaveCallHistory();
+    report(9300, "/CallHistory/CallHistory.html");
+  }
+  if (!m_mapSelNotes.empty()) {
+    for (const QVariant& hidden : HiddenData(m_pNotesTable, m_mapSelNotes)) {
+      const auto note = hidden.value<__NOTES__>();
+      if (hidden.isValid()) recovery.RecoveryNotes(&note);
+    }
+    recovery.SaveNotes();
+    report(9500, "/Notes/Notes.html");
+  }
+  // Chats go by the row numbers of the ticked messages, so that without one of those none is written.
+  if (!m_mapSelWhatsapp.empty()) {
+    recoverConversations(m_pWhatsappTable, m_records.m_mapWhatsApp, [&](const __WHATSAPP_MESSAGE__* pFirst) {
+      recovery.RecoveryWhatsAppMsg(pFirst, m_records.m_mapWhatsApp);
+    });
+  }
+}

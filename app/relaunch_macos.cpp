@@ -1,0 +1,29 @@
+#include <Security/Authorization.h>
+
+#include <QCoreApplication>
+
+#include "app/relaunch.h"
+
+// The call that runs a tool is long out of favour with its makers and still the one that needs no signed
+// helper.
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+void RelaunchWithRights() {
+  const QByteArray path = QCoreApplication::applicationFilePath().toLocal8Bit();
+  AuthorizationRef authorization = nullptr;
+  if (AuthorizationCreate(nullptr, kAuthorizationEmptyEnvironment, kAuthorizationFlagDefaults,
+                          &authorization) != errAuthorizationSuccess)
+    return;
+  AuthorizationItem item = {"system.privilege.admin", 0, nullptr, 0};
+  AuthorizationRights rights = {1, &item};
+  // The system asks for the password here.
+  const AuthorizationFlags flags =
+      kAuthorizationFlagInteractionAllowed | kAuthorizationFlagExtendRights | kAuthorizationFlagPreAuthorize;
+  if (AuthorizationCopyRights(authorization, &rights, nullptr, flags, nullptr) == errAuthorizationSuccess) {
+    char szStart[] = "start";
+    char* arguments[] = {szStart, nullptr};
+    AuthorizationExecuteWithPrivileges(authorization, path.constData(), kAuthorizationFlagDefaults, arguments,
+                                       nullptr);
+  }
+  AuthorizationFree(authorization, kAuthorizationFlagDestroyRights);
+}

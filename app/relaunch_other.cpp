@@ -1,0 +1,14 @@
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QProcess>
+
+#include "app/relaunch.h"
+
+void RelaunchWithRights() {
+  const QString qstrProgram = QCoreApplication::applicationFilePath();
+  if (geteuid() == 0)
+    QProcess::startDetached(qstrProgram, {"start"});
+  else
+    QProcess::startDetached("pkexec", {qstrProgram, "start"});  // a refusal, or no pkexec, ends silently
+}
