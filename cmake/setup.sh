@@ -5,10 +5,12 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What every build needs, then what only tests, benchmarks and fuzz targets need.
 debian_build="g++ cmake ninja-build qtbase5-dev libqt5sql5-sqlite libqt5webkit5-dev fonts-crosextra-carlito"
+debian_screens="xvfb"
 debian_test="libgtest-dev libgmock-dev"
 debian_bench="libbenchmark-dev libssl-dev libsqlite3-dev time"
 debian_fuzz="clang libclang-rt-14-dev"
 ports_build="cmake ninja qt5-qtbase qt5-sqlite-plugin qt5-qtwebkit libiconv"
+ports_screens="xorg-server"
 ports_test="gtest"
 ports_bench="google-benchmark openssl3 sqlite3"
 ports_fuzz="clang-16"
@@ -16,6 +18,26 @@ ports_fuzz="clang-16"
 fail() {
   echo "orvandel: $*" >&2
   exit 1
+}
+
+# The absolute path of a file or folder that may not exist yet.
+absolute() {
+  case "$1" in
+    /*) echo "$1" ;;
+    *) echo "$PWD/$1" ;;
+  esac
+}
+
+# with_display COMMAND...: runs it on a display of its own that nobody sees.
+with_display() {
+  local number status
+  coproc XSERVER { exec Xvfb -displayfd 1 -screen 0 1280x900x24 2>/dev/null; }
+  read -r number <&"${XSERVER[0]}" || fail "no display could be started"
+  DISPLAY=:$number QT_QPA_PLATFORM=xcb "$@"
+  status=$?
+  kill "$XSERVER_PID" 2>/dev/null
+  wait "$XSERVER_PID" 2>/dev/null
+  return $status
 }
 
 as_root() {
@@ -45,7 +67,7 @@ setup_macos() {
   export CMAKE_PREFIX_PATH="/opt/local/libexec/qt5:/opt/local${CMAKE_PREFIX_PATH:+:$CMAKE_PREFIX_PATH}"
 }
 
-# setup KIND...: KIND is build, test, bench or fuzz.
+# setup KIND...: KIND is build, test, screens, bench or fuzz.
 setup() {
   local kind debian="" ports="" name
   for kind in "$@"; do
