@@ -1,0 +1,29 @@
+// Makes pages as the recovery does: rows as they are, put into the templates.
+
+'use strict';
+
+const fs = require('fs');
+const path = require('path');
+
+const TEMPLATES = path.join(__dirname, '..', '..', 'template');
+const CONTENT = '{|content|}';
+const FENCE = '<plaintext id="source"';  // behind it all is text
+
+/// A message as rows hold it. @param kind "recv_msg", "del_recv_msg", "send_msg" or "del_send_msg".
+function messageRow({ kind, date, party, text }) {
+  return `<div class="date">Date: ${date} ${party}:</div>\r\n<div class="${kind}">${text}</div>\r\n`;
+}
+
+function tableRow(cells) {
+  return '\t<tr>' + cells.map((cell) => `<td>${cell}</td>`).join('') + '</tr>\r\n';
+}
+
+/// A page of rows. @param change what to do to the template before, to see what the checks make of it.
+function pageOf(template, { title, person = '' }, rows, change = (text) => text) {
+  const text = change(fs.readFileSync(path.join(TEMPLATES, template), 'utf8'));
+  const at = text.indexOf(CONTENT);
+  const head = text.slice(0, at).split('{|title|}').join(title).split('{|person|}').join(person);
+  return head + rows.join('') + text.slice(at + CONTENT.length);
+}
+
+module.exports = { TEMPLATES, CONTENT, FENCE, messageRow, tableRow, pageOf };
