@@ -1,0 +1,33 @@
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <string>
+
+/// One entry of a binary manifest as it stands in the file. docs/manifest-format.md tells the format.
+struct fileinfo {
+  std::string strDomain;
+  std::string strPath;
+  std::string strLinkTarget;
+  std::string strDataHash;  ///< each byte by "%x", with no padding
+  std::string strEncryptionKey;
+  uint16_t nMode = 0;
+  uint32_t nInodeHigh = 0;
+  uint32_t nInodeLow = 0;
+  uint32_t nUserId = 0;
+  uint32_t nGroupId = 0;
+  uint32_t nModificationTime = 0;
+  uint32_t nAccessTime = 0;
+  uint32_t nChangeTime = 0;
+  uint32_t nFileSizeHigh = 0;
+  uint32_t nFileSize = 0;  ///< the low 32 bits
+  uint32_t nFlags = 0;
+  uint32_t nPropertyCount = 0;
+};
+
+/// Calls visit for each entry of a binary manifest, in file order, directories and links too.
+/// The record is the visitor's only until it returns.
+/// @param pPath UTF-16.
+/// @return 0, or 87 when the file can't be opened or doesn't begin with the magic.
+///         A file cut short gives 0 and the entries that are whole. What was wrong goes to the problem
+///         handler.
+int VisitBinaryManifest(const char16_t* pPath, const std::function<void(const fileinfo&)>& visit);
