@@ -5,7 +5,6 @@
 
 #include <QCoreApplication>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -47,15 +46,6 @@ void StartTool(QProcess& process, const QString& qstrCommand) {
   process.waitForStarted(kStartLimit);
 }
 
-qint64 CountEntries(const std::string& strFolder) {
-  std::vector<std::string> entries;
-  TraverseFolderAndFile(strFolder, entries);
-  qint64 nCount = 0;
-  for (const std::string& strEntry : entries)
-    nCount += QFileInfo(FromNarrow(strEntry)).isDir() ? TraverseFileCnt(strEntry) : 1;
-  return nCount;
-}
-
 }  // namespace
 
 void DRUI::ShowInformation(const QString& qstrText) {
@@ -75,7 +65,7 @@ void DRUI::btnSlotSelect() {
   if (m_backupFile.GetBackFileInfo(strFolder.c_str(), &info) != kStatusOk)
     return ShowInformation("Can not found the iTunes Backup file.");
   m_curBackupInfo = info;
-  m_nTotalFileCount = std::max<qint64>(CountEntries(strFolder), 1);
+  m_nTotalFileCount = std::max<int64_t>(CountBackupFiles(strFolder), 1);
   m_strBackupPassword.clear();
   if (info.bEncrypted && !AskForPassword()) return;
   btnSlotScan();

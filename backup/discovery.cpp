@@ -164,6 +164,15 @@ int64_t TraverseFileCnt(const std::string& strFolder) {
   return nCount;
 }
 
+int64_t CountBackupFiles(const std::string& strFolder) {
+  std::vector<std::string> entries;
+  TraverseFolderAndFile(strFolder, entries);
+  int64_t nCount = 0;
+  for (const std::string& strEntry : entries)
+    nCount += QFileInfo(FromNarrow(strEntry)).isDir() ? TraverseFileCnt(strEntry) : 1;
+  return nCount;
+}
+
 int ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info) {
   const FilePointer pFile = OpenForReading(strFolder + "/Info.plist");
   if (!pFile) return kStatusMissing;

@@ -17,6 +17,9 @@ int TraverseFolderAndFile(const std::string& strFolder, std::vector<std::string>
 /// Number of files directly in the folder.
 int64_t TraverseFileCnt(const std::string& strFolder);
 
+/// Number of files of a backup: those in its folder and in its sub-folders.
+int64_t CountBackupFiles(const std::string& strFolder);
+
 /// Reads the facts of a backup from its "Info.plist", line by line as text. What the file doesn't tell stays
 /// as it is.
 /// @return 0, or 87 when the file can't be opened, with the record untouched.

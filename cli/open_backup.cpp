@@ -57,11 +57,10 @@ int ReadBackup(const Options& options, ProgressBar& bar, OpenBackup& backup) {
   errno = 0;
   if (backup.session.GetBackFileInfo(ToNarrow(options.qstrBackup).c_str(), &info) != kStatusOk)
     return NotABackup(options.qstrBackup, errno);
+  QString qstrDecryptedFolder;
   if (info.bEncrypted) {
-    PrintError(options.qstrBackup +
-               ": the backup is encrypted (its contacts store isn't plain SQLite), and this version can't "
-               "open encrypted backups");
-    return kExitPassword;
+    if (const int nStatus = backup.decryptRun.Run(options, bar)) return nStatus;
+    qstrDecryptedFolder = backup.decryptRun.Folder();
   }
   WarnOfOddities(info);
 
@@ -70,7 +69,7 @@ int ReadBackup(const Options& options, ProgressBar& bar, OpenBackup& backup) {
       CIphoneRecoveryFactory::getInstance()->CreateRecoveryParse(&backup.session,
                                                                  RECOVERY_TYPE_LOCAL_BACKUP));
   pParser->InitCallback(&ProgressBar::Report, &bar);
-  backup.nManifestStatus = pParser->Scan(QString());
+  backup.nManifestStatus = pParser->Scan(qstrDecryptedFolder);
   WalkCategories(*pParser, backup.records, {});
   bar.Clear();
   return StopSignal() != 0 ? Interrupted() : kExitDone;

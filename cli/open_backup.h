@@ -1,12 +1,16 @@
 #pragma once
 #include "backup/records.h"
 #include "backup/session.h"
+#include "cli/decrypt_run.h"
 #include "cli/options.h"
 #include "cli/progress_bar.h"
 
 /// A backup that the command line has opened and read.
 struct OpenBackup {
-  OpenBackup() : records(session.GetMessageMap()) {}
+  explicit OpenBackup(const Options& options)
+      : qstrPath(options.qstrBackup), decryptRun(options.qstrBackup), records(session.GetMessageMap()) {}
+  QString qstrPath;  ///< the backup's own folder
+  DecryptRun decryptRun;
   CIphoneBackupFile session;
   BackupRecords records;
   int nManifestStatus = 0;

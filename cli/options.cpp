@@ -45,8 +45,8 @@ constexpr char kOverview[] =
     "  scan BACKUP                   counts what a backup holds\n"
     "  recover BACKUP DESTINATION    copies it into a folder\n\n"
     "'orvandel-cli COMMAND --help' tells more about each.\n\n"
-    "Exit status: 0 done; 1 wrong usage; 2 not a backup, or not there; 3 encrypted, or wrong\n"
-    "password; 4 something could not be written.";
+    "Exit status: 0 done; 1 wrong usage; 2 not a backup, or not there; 3 wrong password, or none;\n"
+    "4 something could not be written.";
 
 const CommandText* FindCommand(const QString& qstrName) {
   for (const CommandText& command : Commands()) {
@@ -130,8 +130,13 @@ bool ReadOptions(const QStringList& arguments, Options& options, int& nExitStatu
   const QCommandLineOption manifest("manifest", "With --json: lists every entry of the manifest as well.");
   const QCommandLineOption only(
       "only", "Copies these categories alone, divided by commas: " + JoinedLabels() + ".", "LABELS");
+  const QCommandLineOption passwordStdin("password-stdin",
+                                         "Takes the password of an encrypted backup from standard input.");
+  const QCommandLineOption passwordFile(
+      "password-file", "Takes the password of an encrypted backup from the first line of a file.", "FILE");
   parser.setApplicationDescription(pCommand->pszDescription);
   parser.addOptions({json, quiet});
+  if (options.command != Command::Backups) parser.addOptions({passwordStdin, passwordFile});
   if (options.command == Command::Scan) parser.addOption(manifest);
   if (options.command == Command::Recover) parser.addOption(only);
   parser.addPositionalArgument(pCommand->pszName, "", pCommand->pszName);
@@ -162,6 +167,10 @@ bool ReadOptions(const QStringList& arguments, Options& options, int& nExitStatu
   options.bQuiet = parser.isSet(quiet);
   options.bManifest = options.command == Command::Scan && parser.isSet(manifest);
   const auto path = [&](int nPlace) { return QDir(values.value(nPlace)).absolutePath(); };
+  if (options.command != Command::Backups) {
+    options.bPasswordStdin = parser.isSet(passwordStdin);
+    options.qstrPasswordFile = parser.value(passwordFile);
+  }
   if (options.command == Command::Backups && !values.isEmpty()) options.qstrFolder = path(0);
   if (options.command != Command::Backups) options.qstrBackup = path(0);
   if (options.command != Command::Recover) return true;

@@ -13,6 +13,8 @@ struct Options {
   QString qstrBackup;                ///< absolute path
   QString qstrDestination;           ///< absolute path
   std::vector<CategoryNumber> only;  ///< what to recover; everything unless named
+  QString qstrPasswordFile;          ///< empty for none
+  bool bPasswordStdin = false;
   bool bJson = false;
   bool bManifest = false;
   bool bQuiet = false;

@@ -38,7 +38,7 @@ int CheckDestination(const Options& options) {
 
 int RunRecover(const Options& options) {
   ProgressBar scanBar(!options.bQuiet);
-  OpenBackup backup;
+  OpenBackup backup(options);
   if (const int nStatus = ReadBackup(options, scanBar, backup)) return nStatus;
   if (const int nStatus = CheckDestination(options)) return nStatus;
 

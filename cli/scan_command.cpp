@@ -6,7 +6,7 @@
 
 int RunScan(const Options& options) {
   ProgressBar bar(!options.bQuiet);
-  OpenBackup backup;
+  OpenBackup backup(options);
   if (const int nStatus = ReadBackup(options, bar, backup)) return nStatus;
   if (options.bJson) {
     PrintScanJson(backup, options.bManifest);

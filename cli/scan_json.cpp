@@ -85,12 +85,12 @@ void PrintConversations(JsonStream& json, const QString& qstrKey, const Conversa
   json.EndArray();
 }
 
-void PrintBackup(JsonStream& json, const __BACK_FILE_INFO__& info) {
+void PrintBackup(JsonStream& json, const QString& qstrPath, const __BACK_FILE_INFO__& info) {
   json.Member("backup", QJsonObject{{"displayName", FromNarrow(info.strDisplayName)},
                                     {"lastBackupDate", FromNarrow(info.strLastBackupDate)},
                                     {"phoneNumber", FromNarrow(info.strPhoneNumber)},
                                     {"serialNumber", FromNarrow(info.strSerialNumber)},
-                                    {"path", FromNarrow(info.strBackupPath)},
+                                    {"path", qstrPath},
                                     {"encrypted", info.bEncrypted},
                                     {"productVersionAbove11", info.bProductVersionAbove11}});
 }
@@ -100,7 +100,7 @@ void PrintBackup(JsonStream& json, const __BACK_FILE_INFO__& info) {
 void PrintScanJson(OpenBackup& backup, bool bManifest) {
   const BackupRecords& records = backup.records;
   JsonStream json;
-  PrintBackup(json, *backup.session.GetSelectBackUpFileInfo());
+  PrintBackup(json, backup.qstrPath, *backup.session.GetSelectBackUpFileInfo());
   json.Member("manifestStatus", backup.nManifestStatus);
   json.Member("manifestEntries", static_cast<qint64>(backup.session.GetManifest().size()));
   QJsonObject counts;

@@ -1,0 +1,65 @@
+#include "cli/password.h"
+
+#include <poll.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <cstdio>
+
+#include "cli/problems.h"
+
+namespace {
+
+QByteArray FirstLine(QFile& file) {
+  QByteArray line = file.readLine();
+  while (line.endsWith('\n') || line.endsWith('\r')) line.chop(1);
+  return line;
+}
+
+/// Reads a line from the terminal while it shows nothing of what is typed.
+bool Prompt(const QString& qstrBackup, QByteArray& password) {
+  QFile terminal("/dev/tty");
+  if (!terminal.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) return false;
+  termios shown;
+  if (tcgetattr(terminal.handle(), &shown) != 0) return false;
+  termios hidden = shown;
+  hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+  terminal.write(QString("Password of %1: ").arg(qstrBackup).toLocal8Bit());
+  tcsetattr(terminal.handle(), TCSAFLUSH, &hidden);
+  char szLine[1024];
+  // Waiting is what a signal may break off; the reading itself goes on after one.
+  pollfd input{terminal.handle(), POLLIN, 0};
+  const ssize_t nRead = poll(&input, 1, -1) == 1 ? read(terminal.handle(), szLine, sizeof szLine) : -1;
+  tcsetattr(terminal.handle(), TCSAFLUSH, &shown);
+  terminal.write("\n");
+  if (nRead <= 0) return false;
+  password = QByteArray(szLine, static_cast<int>(nRead));
+  while (password.endsWith('\n') || password.endsWith('\r')) password.chop(1);
+  return true;
+}
+
+}  // namespace
+
+bool ReadPassword(const Options& options, QByteArray& password) {
+  if (options.bPasswordStdin) {
+    QFile input;
+    if (!input.open(stdin, QIODevice::ReadOnly)) return false;
+    password = FirstLine(input);
+    return true;
+  }
+  if (!options.qstrPasswordFile.isEmpty()) {
+    QFile file(options.qstrPasswordFile);
+    if (!file.open(QIODevice::ReadOnly)) {
+      PrintError(options.qstrPasswordFile + ": " + file.errorString());
+      return false;
+    }
+    password = FirstLine(file);
+    return true;
+  }
+  if (Prompt(options.qstrBackup, password)) return true;
+  PrintError(
+      options.qstrBackup +
+      ": the backup is encrypted; give its password by --password-stdin, --password-file or a terminal");
+  return false;
+}

@@ -1,0 +1,158 @@
+#include "decrypt/backup_files.h"
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <stdexcept>
+
+#include "backup/mbdb_entries.h"
+#include "common/text.h"
+#include "decrypt/property_list.h"
+
+namespace {
+
+constexpr int kFileFlag = 1;  // of a row of the table Files
+constexpr uint16_t kKindMask = 0xF000;
+constexpr uint16_t kRegularFile = 0x8000;
+
+bool Exists(const std::string& strPath) {
+  struct stat attributes;
+  return stat(strPath.c_str(), &attributes) == 0;
+}
+
+Bytes ReadFile(const std::string& strPath) {
+  errno = 0;
+  std::ifstream file(strPath, std::ios::binary);
+  if (!file) throw std::runtime_error(strPath + ": can't be opened: " + strerror(errno));
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// An identifier is a file name of the backup and of the output: nothing else may come out of a manifest.
+bool IsIdentifier(const std::string& strId) {
+  return strId.size() == 40 && strId.find_first_not_of("0123456789abcdef") == std::string::npos;
+}
+
+std::string StoreUri(const std::string& strPath) {
+  std::string strUri = "file:";
+  for (const char nByte : strPath) {
+    if (nByte == '%' || nByte == '?' || nByte == '#') {
+      char szCode[4];
+      snprintf(szCode, sizeof szCode, "%%%02X", nByte);
+      strUri += szCode;
+    } else {
+      strUri += nByte;
+    }
+  }
+  return strUri + "?immutable=1";
+}
+
+using Database = std::unique_ptr<sqlite3, decltype(&sqlite3_close)>;
+using Statement = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
+
+Database OpenDatabase(const std::string& strPath) {
+  sqlite3* pDatabase = nullptr;
+  const int nStatus =
+      sqlite3_open_v2(StoreUri(strPath).c_str(), &pDatabase, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
+  Database database(pDatabase, &sqlite3_close);
+  if (nStatus != SQLITE_OK) throw std::runtime_error(strPath + ": " + sqlite3_errstr(nStatus));
+  return database;
+}
+
+Statement Prepare(sqlite3* pDatabase, const std::string& strPath, const char* pszSql) {
+  sqlite3_stmt* pStatement = nullptr;
+  if (sqlite3_prepare_v2(pDatabase, pszSql, -1, &pStatement, nullptr) != SQLITE_OK)
+    throw std::runtime_error(strPath + ": " + sqlite3_errmsg(pDatabase));
+  return Statement(pStatement, &sqlite3_finalize);
+}
+
+}  // namespace
+
+BackupFiles::BackupFiles(const std::string& strBackup)
+    : m_strBackup(strBackup), m_bHasManifestDb(Exists(strBackup + "/Manifest.db")) {
+  const std::string strPath = strBackup + "/Manifest.plist";
+  const Bytes bytes = ReadFile(strPath);
+  const PropertyList manifest(bytes.data(), bytes.size());
+  if (!manifest.Root()) throw std::runtime_error(strPath + ": is no property list");
+  if (!BooleanOf(Member(manifest.Root(), "IsEncrypted")))
+    throw std::runtime_error(strPath + ": the backup isn't encrypted");
+  m_keybag = DataOf(Member(manifest.Root(), "BackupKeyBag"));
+  if (m_keybag.empty()) throw std::runtime_error(strPath + ": holds no keybag");
+  m_manifestKey = DataOf(Member(manifest.Root(), "ManifestKey"));
+}
+
+void BackupFiles::OpenManifest(const Keybag& keybag) {
+  m_strManifest = m_strBackup + (m_bHasManifestDb ? "/Manifest.db" : "/Manifest.mbdb");
+  if (!Exists(m_strManifest)) throw std::runtime_error(m_strManifest + ": is missing");
+  if (!m_bHasManifestDb || m_manifestKey.empty()) return;
+  const std::string strDecrypted = m_strBackup + "/Manifest.db-decypted";
+  try {
+    struct stat attributes;
+    stat(m_strManifest.c_str(), &attributes);
+    // Never padded: its size is the size of the database.
+    WriteDecrypted(m_strManifest, strDecrypted, keybag.FileKey(m_manifestKey),
+                   static_cast<uint64_t>(attributes.st_size));
+  } catch (const std::runtime_error& error) {
+    throw std::runtime_error(m_strManifest + ": " + error.what());
+  }
+  m_strManifest = strDecrypted;
+}
+
+uint64_t BackupFiles::Count() const {
+  if (!m_bHasManifestDb) {
+    uint64_t nCount = 0;
+    VisitBinary([&](FileJob&&) { ++nCount; });
+    return nCount;
+  }
+  const Database database = OpenDatabase(m_strManifest);
+  const Statement statement =
+      Prepare(database.get(), m_strManifest, "select count(*) from Files where flags = 1");
+  return sqlite3_step(statement.get()) == SQLITE_ROW
+             ? static_cast<uint64_t>(sqlite3_column_int64(statement.get(), 0))
+             : 0;
+}
+
+void BackupFiles::Visit(const std::function<void(FileJob&& job)>& visit) const {
+  if (m_bHasManifestDb)
+    VisitDatabase(visit);
+  else
+    VisitBinary(visit);
+}
+
+void BackupFiles::VisitDatabase(const std::function<void(FileJob&& job)>& visit) const {
+  const Database database = OpenDatabase(m_strManifest);
+  const Statement statement = Prepare(database.get(), m_strManifest, "select fileID, flags, file from Files");
+  int nStatus;
+  while ((nStatus = sqlite3_step(statement.get())) == SQLITE_ROW) {
+    const auto* pId = reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 0));
+    FileJob job;
+    job.strId = pId ? pId : "";
+    if (sqlite3_column_int(statement.get(), 1) != kFileFlag || !IsIdentifier(job.strId)) continue;
+    job.strSource = m_strBackup + "/" + job.strId.substr(0, 2) + "/" + job.strId;
+    const void* pRecord = sqlite3_column_blob(statement.get(), 2);
+    ArchivedFile record =
+        ReadArchivedFile(pRecord, static_cast<size_t>(sqlite3_column_bytes(statement.get(), 2)));
+    job.wrappedKey = std::move(record.wrappedKey);
+    job.nSize = record.nSize;
+    visit(std::move(job));
+  }
+  if (nStatus != SQLITE_DONE) throw std::runtime_error(m_strManifest + ": " + sqlite3_errmsg(database.get()));
+}
+
+void BackupFiles::VisitBinary(const std::function<void(FileJob&& job)>& visit) const {
+  const int nStatus =
+      VisitBinaryManifest(Ansi2Unicode(m_strManifest.c_str()).c_str(), [&](const fileinfo& info) {
+        if ((info.nMode & kKindMask) != kRegularFile) return;
+        FileJob job;
+        job.strId = Sha1Hex(info.strDomain + "-" + info.strPath);  // the name that the device gave the file
+        job.strSource = m_strBackup + "/" + job.strId;
+        job.wrappedKey.assign(info.strEncryptionKey.begin(), info.strEncryptionKey.end());
+        job.nSize = static_cast<uint64_t>(info.nFileSizeHigh) << 32 | info.nFileSize;
+        visit(std::move(job));
+      });
+  if (nStatus != 0) throw std::runtime_error(m_strManifest + ": is no manifest");
+}

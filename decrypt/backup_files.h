@@ -1,0 +1,38 @@
+#pragma once
+#include <functional>
+#include <string>
+
+#include "decrypt/file_job.h"
+#include "decrypt/keybag.h"
+
+/// The files of an encrypted backup, as its manifest lists them. Directories and links are passed over.
+class BackupFiles {
+ public:
+  /// Reads "Manifest.plist". Throws std::runtime_error, with the reason, for a folder that is no encrypted
+  /// backup.
+  explicit BackupFiles(const std::string& strBackup);
+
+  /// The keybag of the backup, still locked.
+  const Bytes& KeybagData() const { return m_keybag; }
+
+  /// Makes the manifest readable, once the keybag is unlocked: where it is encrypted, writes it decrypted as
+  /// "Manifest.db-decypted" beside it. Throws std::runtime_error with the reason.
+  void OpenManifest(const Keybag& keybag);
+
+  /// Number of files. After OpenManifest.
+  uint64_t Count() const;
+
+  /// Calls visit for each file, in the manifest's order. After OpenManifest. Throws std::runtime_error when
+  /// the manifest can't be read to its end.
+  void Visit(const std::function<void(FileJob&& job)>& visit) const;
+
+ private:
+  void VisitDatabase(const std::function<void(FileJob&& job)>& visit) const;
+  void VisitBinary(const std::function<void(FileJob&& job)>& visit) const;
+
+  std::string m_strBackup;
+  bool m_bHasManifestDb = false;
+  Bytes m_keybag;
+  Bytes m_manifestKey;  // empty where the manifest isn't encrypted
+  std::string m_strManifest;
+};

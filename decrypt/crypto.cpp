@@ -1,0 +1,95 @@
+#include "decrypt/crypto.h"
+
+#include <openssl/crypto.h>
+#include <openssl/evp.h>
+
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+namespace {
+
+constexpr size_t kLargestPiece = 1 << 30;  // lengths of the library are ints
+
+using CipherContext = std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)>;
+
+[[noreturn]] void Fail(const char* pszWhat) {
+  throw std::runtime_error(std::string("OpenSSL: ") + pszWhat);
+}
+
+}  // namespace
+
+Secret::Secret(const void* pData, size_t nSize)
+    : m_bytes(static_cast<const unsigned char*>(pData), static_cast<const unsigned char*>(pData) + nSize) {}
+
+Secret::Secret(Secret&& other) noexcept : m_bytes(std::move(other.m_bytes)) {}
+
+Secret& Secret::operator=(Secret&& other) noexcept {
+  Wipe();
+  m_bytes = std::move(other.m_bytes);
+  return *this;
+}
+
+void Secret::Wipe() {
+  if (!m_bytes.empty()) OPENSSL_cleanse(m_bytes.data(), m_bytes.size());
+}
+
+Secret DeriveKey(const Secret& password, const Bytes& salt, int nRounds, Digest digest) {
+  Secret key(kKeySize);
+  const EVP_MD* pDigest = digest == Digest::Sha1 ? EVP_sha1() : EVP_sha256();
+  if (PKCS5_PBKDF2_HMAC(reinterpret_cast<const char*>(password.Data()), static_cast<int>(password.Size()),
+                        salt.data(), static_cast<int>(salt.size()), nRounds, pDigest, kKeySize,
+                        key.Data()) != 1)
+    Fail("PBKDF2");
+  return key;
+}
+
+bool UnwrapKey(const Secret& wrappingKey, const unsigned char* pWrapped, size_t nSize, Secret& key) {
+  if (nSize != kWrappedKeySize || wrappingKey.Size() != kKeySize) return false;
+  const CipherContext context(EVP_CIPHER_CTX_new(), &EVP_CIPHER_CTX_free);
+  const std::unique_ptr<EVP_CIPHER, decltype(&EVP_CIPHER_free)> cipher(
+      EVP_CIPHER_fetch(nullptr, "AES-256-WRAP", nullptr), &EVP_CIPHER_free);
+  if (!context || !cipher) Fail("AES-256-WRAP");
+  EVP_CIPHER_CTX_set_flags(context.get(), EVP_CIPHER_CTX_FLAG_WRAP_ALLOW);
+  if (EVP_DecryptInit_ex2(context.get(), cipher.get(), wrappingKey.Data(), nullptr, nullptr) != 1)
+    Fail("AES-256-WRAP");
+  Secret unwrapped(kWrappedKeySize);
+  int nLength = 0;
+  if (EVP_DecryptUpdate(context.get(), unwrapped.Data(), &nLength, pWrapped, static_cast<int>(nSize)) != 1)
+    return false;
+  if (nLength != static_cast<int>(kKeySize)) return false;
+  key = Secret(unwrapped.Data(), kKeySize);
+  return true;
+}
+
+std::string Sha1Hex(const std::string& strText) {
+  unsigned char digest[EVP_MAX_MD_SIZE];
+  unsigned int nLength = 0;
+  if (EVP_Digest(strText.data(), strText.size(), digest, &nLength, EVP_sha1(), nullptr) != 1) Fail("SHA-1");
+  std::string strHex;
+  for (unsigned int i = 0; i < nLength; ++i) {
+    strHex += "0123456789abcdef"[digest[i] >> 4];
+    strHex += "0123456789abcdef"[digest[i] & 0xF];
+  }
+  return strHex;
+}
+
+CbcDecryptor::CbcDecryptor(const Secret& key) : m_pContext(EVP_CIPHER_CTX_new()) {
+  const unsigned char iv[16] = {};
+  if (!m_pContext || key.Size() != kKeySize ||
+      EVP_DecryptInit_ex(m_pContext, EVP_aes_256_cbc(), nullptr, key.Data(), iv) != 1)
+    Fail("AES-256-CBC");
+  EVP_CIPHER_CTX_set_padding(m_pContext, 0);
+}
+
+CbcDecryptor::~CbcDecryptor() {
+  EVP_CIPHER_CTX_free(m_pContext);
+}
+
+void CbcDecryptor::Decrypt(const unsigned char* pInput, unsigned char* pOutput, size_t nSize) {
+  int nLength = 0;
+  if (nSize > kLargestPiece ||
+      EVP_DecryptUpdate(m_pContext, pOutput, &nLength, pInput, static_cast<int>(nSize)) != 1 ||
+      nLength != static_cast<int>(nSize))
+    Fail("AES-256-CBC");
+}

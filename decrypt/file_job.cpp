@@ -1,0 +1,125 @@
+#include "decrypt/file_job.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+
+namespace {
+
+constexpr size_t kPieceSize = 256 * 1024;
+constexpr size_t kBlockSize = 16;
+
+[[noreturn]] void Fail(const std::string& strWhat) {
+  throw std::runtime_error(strWhat + ": " + strerror(errno));
+}
+
+class Descriptor {
+ public:
+  explicit Descriptor(int nDescriptor) : m_nDescriptor(nDescriptor) {}
+  ~Descriptor() {
+    if (m_nDescriptor != -1) close(m_nDescriptor);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  int Get() const { return m_nDescriptor; }
+  /// Closes it. @return false when that fails, as a full disk may tell late.
+  bool Close() {
+    const int nDescriptor = m_nDescriptor;
+    m_nDescriptor = -1;
+    return close(nDescriptor) == 0;
+  }
+
+ private:
+  int m_nDescriptor;
+};
+
+/// Fills the buffer as far as the file goes. @return the bytes read.
+size_t ReadPiece(int nDescriptor, unsigned char* pBuffer, size_t nSize) {
+  size_t nRead = 0;
+  while (nRead < nSize) {
+    const ssize_t nGot = read(nDescriptor, pBuffer + nRead, nSize - nRead);
+    if (nGot < 0 && errno == EINTR) continue;
+    if (nGot < 0) Fail("can't be read");
+    if (nGot == 0) break;
+    nRead += static_cast<size_t>(nGot);
+  }
+  return nRead;
+}
+
+void WritePiece(int nDescriptor, const unsigned char* pBuffer, size_t nSize) {
+  while (nSize > 0) {
+    const ssize_t nPut = write(nDescriptor, pBuffer, nSize);
+    if (nPut < 0 && errno == EINTR) continue;
+    if (nPut < 0) Fail("can't be written");
+    pBuffer += nPut;
+    nSize -= static_cast<size_t>(nPut);
+  }
+}
+
+/// Bytes of padding at the end of the last block. Throws when it isn't padding.
+size_t PaddingOf(const unsigned char* pEnd) {
+  const size_t nPadding = pEnd[-1];
+  if (nPadding == 0 || nPadding > kBlockSize) throw std::runtime_error("is damaged: its end is no padding");
+  return nPadding;
+}
+
+/// Copies the content through the decryptor, if there is one. @return the plain bytes written.
+uint64_t CopyContent(int nSource, int nTarget, CbcDecryptor* pDecryptor, uint64_t nSourceSize,
+                     uint64_t nSize) {
+  if (pDecryptor && nSourceSize % kBlockSize != 0)
+    throw std::runtime_error("is cut short: it doesn't end on a whole block");
+  Bytes piece(kPieceSize);
+  uint64_t nDone = 0, nWritten = 0;
+  while (nDone < nSourceSize && nWritten < nSize) {
+    const size_t nWanted = static_cast<size_t>(std::min<uint64_t>(kPieceSize, nSourceSize - nDone));
+    if (ReadPiece(nSource, piece.data(), nWanted) != nWanted)
+      throw std::runtime_error("became shorter while it was read");
+    nDone += nWanted;
+    size_t nPlain = nWanted;
+    if (pDecryptor) {
+      pDecryptor->Decrypt(piece.data(), piece.data(), nWanted);
+      if (nSize == UINT64_MAX && nDone == nSourceSize) nPlain -= PaddingOf(piece.data() + nWanted);
+    }
+    nPlain = static_cast<size_t>(std::min<uint64_t>(nPlain, nSize - nWritten));
+    WritePiece(nTarget, piece.data(), nPlain);
+    nWritten += nPlain;
+  }
+  return nWritten;
+}
+
+}  // namespace
+
+void WriteDecrypted(const std::string& strSource, const std::string& strTarget, const Secret& key,
+                    uint64_t nSize) {
+  const Descriptor source(open(strSource.c_str(), O_RDONLY | O_CLOEXEC));
+  struct stat attributes;
+  if (source.Get() == -1 || fstat(source.Get(), &attributes) != 0) Fail("can't be opened");
+  if (!S_ISREG(attributes.st_mode)) throw std::runtime_error("is no file");
+
+  const std::string strPart = strTarget + ".part";
+  Descriptor target(open(strPart.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
+  if (target.Get() == -1) Fail(strPart + " can't be made");
+  try {
+    const auto nSourceSize = static_cast<uint64_t>(attributes.st_size);
+    uint64_t nWritten = 0;
+    if (key.IsEmpty()) {
+      nWritten = CopyContent(source.Get(), target.Get(), nullptr, nSourceSize, UINT64_MAX);
+    } else {
+      CbcDecryptor decryptor(key);
+      nWritten = CopyContent(source.Get(), target.Get(), &decryptor, nSourceSize, nSize);
+    }
+    if (!key.IsEmpty() && nSize != UINT64_MAX && nWritten < nSize)
+      throw std::runtime_error("is cut short: " + std::to_string(nWritten) + " of " + std::to_string(nSize) +
+                               " bytes");
+    if (!target.Close()) Fail("can't be written");
+    if (rename(strPart.c_str(), strTarget.c_str()) != 0) Fail("can't be renamed into place");
+  } catch (...) {
+    unlink(strPart.c_str());
+    throw;
+  }
+}

@@ -1,0 +1,109 @@
+#include "decrypt/keybag.h"
+
+#include <cstring>
+#include <stdexcept>
+
+namespace {
+
+constexpr uint32_t kUnderPassword = 2;  // bit of a class's WRAP: wrapped under the password's key
+constexpr size_t kItemHead = 8;         // tag and length
+constexpr size_t kClassNumberSize = 4;  // in front of a wrapped key elsewhere
+
+uint32_t BigEndian(const unsigned char* p) {
+  return static_cast<uint32_t>(p[0]) << 24 | static_cast<uint32_t>(p[1]) << 16 |
+         static_cast<uint32_t>(p[2]) << 8 | p[3];
+}
+
+uint32_t NumberOf(const Bytes& value) {
+  if (value.size() != 4) throw std::runtime_error("the keybag is damaged: a number doesn't have 4 bytes");
+  return BigEndian(value.data());
+}
+
+}  // namespace
+
+Keybag::Keybag(const Bytes& data) {
+  int nUuids = 0;
+  uint32_t nClass = 0, nWrap = 0;
+  Bytes wrapped;
+  bool bHasClass = false;
+  const auto keepClass = [&] {
+    if (bHasClass) {
+      Class& entry = m_classes[nClass];
+      entry.nWrap = nWrap;
+      entry.wrapped = wrapped;
+    }
+    bHasClass = false;
+    nWrap = 0;
+    wrapped.clear();
+  };
+  for (size_t nOffset = 0; nOffset < data.size();) {
+    if (data.size() - nOffset < kItemHead)
+      throw std::runtime_error("the keybag is damaged: it ends within an item");
+    const std::string strTag(data.begin() + static_cast<std::ptrdiff_t>(nOffset),
+                             data.begin() + static_cast<std::ptrdiff_t>(nOffset + 4));
+    const size_t nLength = BigEndian(data.data() + nOffset + 4);
+    nOffset += kItemHead;
+    if (nLength > data.size() - nOffset)
+      throw std::runtime_error("the keybag is damaged: an item runs beyond its end");
+    const Bytes value(data.begin() + static_cast<std::ptrdiff_t>(nOffset),
+                      data.begin() + static_cast<std::ptrdiff_t>(nOffset + nLength));
+    nOffset += nLength;
+    if (strTag == "UUID") {
+      // The first belongs to the head; each further one opens a class.
+      ++nUuids;
+      keepClass();
+    } else if (nUuids >= 2 && strTag == "CLAS") {
+      nClass = NumberOf(value);
+      bHasClass = true;
+    } else if (nUuids >= 2 && strTag == "WRAP") {
+      nWrap = NumberOf(value);
+    } else if (nUuids >= 2 && strTag == "WPKY") {
+      wrapped = value;
+    } else if (strTag == "SALT") {
+      m_salt = value;
+    } else if (strTag == "ITER") {
+      nRounds = NumberOf(value);
+    } else if (strTag == "DPSL") {
+      m_strongSalt = value;
+    } else if (strTag == "DPIC") {
+      nStrongRounds = NumberOf(value);
+    }
+  }
+  keepClass();
+  if (m_salt.empty() || nRounds == 0 || nRounds > INT32_MAX || nStrongRounds > INT32_MAX)
+    throw std::runtime_error("the keybag is damaged: it doesn't tell how the password becomes a key");
+}
+
+Secret Keybag::PasswordKey(const Secret& password) const {
+  if (m_strongSalt.empty() || nStrongRounds == 0)
+    return DeriveKey(password, m_salt, static_cast<int>(nRounds), Digest::Sha1);
+  const Secret strong = DeriveKey(password, m_strongSalt, static_cast<int>(nStrongRounds), Digest::Sha256);
+  return DeriveKey(strong, m_salt, static_cast<int>(nRounds), Digest::Sha1);
+}
+
+bool Keybag::Unlock(const Secret& password) {
+  Secret passwordKey;
+  bool bTried = false, bUnlocked = false;
+  for (auto& [nNumber, entry] : m_classes) {
+    if (!(entry.nWrap & kUnderPassword) || entry.wrapped.size() != kWrappedKeySize) continue;
+    if (!bTried) passwordKey = PasswordKey(password);
+    bTried = true;
+    if (UnwrapKey(passwordKey, entry.wrapped.data(), entry.wrapped.size(), entry.key)) bUnlocked = true;
+  }
+  if (!bTried) throw std::runtime_error("the keybag is damaged: no class has a key under the password");
+  return bUnlocked;
+}
+
+Secret Keybag::FileKey(const Bytes& wrapped) const {
+  if (wrapped.size() != kClassNumberSize + kWrappedKeySize)
+    throw std::runtime_error("its key has " + std::to_string(wrapped.size()) + " bytes instead of 44");
+  const uint32_t nClass = static_cast<uint32_t>(wrapped[0]) | static_cast<uint32_t>(wrapped[1]) << 8 |
+                          static_cast<uint32_t>(wrapped[2]) << 16 | static_cast<uint32_t>(wrapped[3]) << 24;
+  const auto it = m_classes.find(nClass);
+  if (it == m_classes.end() || it->second.key.IsEmpty())
+    throw std::runtime_error("no key for its class " + std::to_string(nClass));
+  Secret key;
+  if (!UnwrapKey(it->second.key, wrapped.data() + kClassNumberSize, kWrappedKeySize, key))
+    throw std::runtime_error("its key is damaged");
+  return key;
+}

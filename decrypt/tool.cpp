@@ -1,0 +1,108 @@
+#include "decrypt/tool.h"
+
+#include <atomic>
+#include <cstdio>
+#include <mutex>
+#include <stdexcept>
+
+#include "decrypt/backup_files.h"
+#include "decrypt/worker_pool.h"
+
+namespace {
+
+constexpr uint64_t kProgressLines = 200;  // of a whole run
+
+void PrintWrongPassword() {
+  puts("Wrong password");
+  fflush(stdout);
+}
+
+/// Tells what failed and why, a line each, from any thread.
+void PrintFailure(const std::string& strWhat) {
+  fprintf(stderr, "%s\n", strWhat.c_str());
+}
+
+/// Counts files that are done and tells it at a steady pace.
+class Progress {
+ public:
+  explicit Progress(uint64_t nTotal) : m_nStep(nTotal / kProgressLines + 1) {}
+
+  void Advance() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (++m_nDone % m_nStep == 0) Print();
+  }
+
+  void Finish() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    Print();
+  }
+
+ private:
+  void Print() const {
+    printf("Count:%llu\n", static_cast<unsigned long long>(m_nDone));
+    fflush(stdout);
+  }
+
+  std::mutex m_mutex;
+  uint64_t m_nStep;
+  uint64_t m_nDone = 0;
+};
+
+/// An empty password is a wrong one, whatever the keybag says.
+bool Unlock(Keybag& keybag, const Secret& password) {
+  return !password.IsEmpty() && keybag.Unlock(password);
+}
+
+}  // namespace
+
+ToolStatus CheckPassword(const std::string& strBackup, const Secret& password) {
+  try {
+    const BackupFiles files(strBackup);
+    Keybag keybag(files.KeybagData());
+    if (!Unlock(keybag, password)) {
+      PrintWrongPassword();
+      return kToolWrongPassword;
+    }
+  } catch (const std::runtime_error& error) {
+    PrintFailure(error.what());
+    return kToolFailed;
+  }
+  Progress(0).Finish();
+  return kToolDone;
+}
+
+ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFolder, const Secret& password) {
+  std::atomic<bool> bFailed{false};
+  try {
+    BackupFiles files(strBackup);
+    Keybag keybag(files.KeybagData());
+    if (!Unlock(keybag, password)) {
+      PrintWrongPassword();
+      return kToolWrongPassword;
+    }
+    files.OpenManifest(keybag);
+    Progress progress(files.Count());
+    WorkerPool pool([&](FileJob& job) {
+      try {
+        const Secret key = job.wrappedKey.empty() ? Secret() : keybag.FileKey(job.wrappedKey);
+        WriteDecrypted(job.strSource, strFolder + "/" + job.strId, key, job.nSize);
+      } catch (const std::exception& error) {
+        PrintFailure(job.strSource + ": " + error.what());
+        bFailed = true;
+      }
+      progress.Advance();
+    });
+    try {
+      files.Visit([&](FileJob&& job) { pool.Add(std::move(job)); });
+    } catch (const std::runtime_error& error) {
+      PrintFailure(error.what());
+      bFailed = true;
+    }
+    pool.Finish();
+    progress.Finish();
+  } catch (const std::runtime_error& error) {
+    PrintFailure(error.what());
+    bFailed = true;
+  }
+  return bFailed ? kToolFailed : kToolDone;
+}

@@ -1,0 +1,17 @@
+#pragma once
+#include <string>
+
+#include "decrypt/crypto.h"
+
+enum ToolStatus {
+  kToolDone = 0,
+  kToolFailed = 1,  ///< something could not be read or written; a line on standard error told each
+  kToolUsage = 2,
+  kToolWrongPassword = 3,
+};
+
+/// Tries the password. Prints "Wrong password", or a line with "Count:" once it has proved right.
+ToolStatus CheckPassword(const std::string& strBackup, const Secret& password);
+
+/// Writes every file of the backup decrypted into a folder, flat, and prints lines with "Count:" as it goes.
+ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFolder, const Secret& password);

@@ -1,0 +1,43 @@
+#include "decrypt/worker_pool.h"
+
+#include <algorithm>
+
+namespace {
+constexpr size_t kMostWaiting = 256;
+}
+
+WorkerPool::WorkerPool(std::function<void(FileJob& job)> work) : m_work(std::move(work)) {
+  const unsigned int nThreads = std::max(1U, std::thread::hardware_concurrency());
+  for (unsigned int i = 0; i < nThreads; ++i) m_threads.emplace_back([this] { Run(); });
+}
+
+void WorkerPool::Add(FileJob&& job) {
+  std::unique_lock<std::mutex> lock(m_mutex);
+  m_hasRoom.wait(lock, [this] { return m_waiting.size() < kMostWaiting; });
+  m_waiting.push_back(std::move(job));
+  m_hasJob.notify_one();
+}
+
+void WorkerPool::Finish() {
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_bFinished = true;
+    m_hasJob.notify_all();
+  }
+  for (std::thread& thread : m_threads) thread.join();
+  m_threads.clear();
+}
+
+void WorkerPool::Run() {
+  std::unique_lock<std::mutex> lock(m_mutex);
+  for (;;) {
+    m_hasJob.wait(lock, [this] { return m_bFinished || !m_waiting.empty(); });
+    if (m_waiting.empty()) return;
+    FileJob job = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    m_hasRoom.notify_one();
+    lock.unlock();
+    m_work(job);
+    lock.lock();
+  }
+}
