@@ -102,7 +102,7 @@ void DRUI::RecoveryProcess() {
 }
 
 void DRUI::RecoverFiles() {
-  BackupFileCopier copier(m_strSelectDir, m_backupFile.GetLayout().qstrRoot);
+  BackupFileCopier copier(m_strSelectDir, FromNarrow(m_backupFile.GetBackupFolder()));
   // The window reports every file as done; a copy that failed isn't noticed, and a cancel stops nothing.
   const auto copy = [&](const QString& qstrFolder, const std::string& strName,
                         const std::u16string& wstrSource, int nProgress, int nPercent) {

@@ -43,6 +43,7 @@ int CIphoneBackupFile::ClearTempDir() {
 int CIphoneBackupFile::Init(const __BACK_FILE_INFO__* pInfo) {
   m_backupInfo = *pInfo;
   m_strBackupPath = pInfo->strBackupPath;
+  m_strBackupFolder = pInfo->strBackupPath;
   return kStatusOk;
 }
 

@@ -112,6 +112,8 @@ class CIphoneBackupFile {
   uint64_t GetMaxContactId() const { return m_nMaxContactId; }
   /// The rule by which the open backup's files are found.
   BackupLayout GetLayout() const;
+  /// The open backup's own folder, also once its decrypted files are read from elsewhere. Narrow.
+  const std::string& GetBackupFolder() const { return m_strBackupFolder; }
 
  private:
   /// Narrow path of a store of the open backup.
@@ -123,6 +125,7 @@ class CIphoneBackupFile {
   int Advance(int nShare);
 
   std::string m_strBackupPath;
+  std::string m_strBackupFolder;
   std::string m_strWorkDir;
   __BACK_FILE_INFO__ m_backupInfo;
   std::vector<std::string> m_vecBackupDirs;

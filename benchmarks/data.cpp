@@ -98,6 +98,11 @@ std::string ContactsStorePath() {
   return (folder + "/AddressBook.sqlitedb").toStdString();
 }
 
+std::string ExportFolder() {
+  QDir().mkpath(g_folder + "/export");
+  return (g_folder + "/export").toStdString();
+}
+
 std::string LargeBackup() {
   return Prepared("large", [](const QString& folder) {
            QDir(folder).removeRecursively();

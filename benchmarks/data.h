@@ -18,4 +18,5 @@ std::string DatabaseManifest();    ///< path of a "Manifest.db" of a million row
 std::string MediaBackup();         ///< folder of a two-level backup with 100,000 camera files
 std::string MessageStorePath();    ///< a message store with a million messages of 2,000 senders
 std::string ContactsStorePath();   ///< a contacts store (new layout) with 5,000 people
+std::string ExportFolder();        ///< a folder that exports may use for themselves
 std::string LargeBackup();         ///< folder: a million entries, 100,000 photos, 500,000 messages

@@ -25,6 +25,7 @@ constexpr Target kTargets[] = {
     {"Database manifest of 1,000,000 rows / plain SQLite loop", "ReadDatabaseManifest", "PlainManifestQuery", 3.0},
     {"Message store of 1,000,000 rows / plain SQLite loop", "ReadMessageStore", "PlainMessageQuery", 3.0},
     {"Media walk over 100,000 files / plain loop of system calls", "WalkMedia", "PlainMediaLoop", 1.3},
+    {"Export of 1,000,000 messages in 2,000 conversations / plain fwrite", "ExportMessages", "PlainExportWrites", 2.0},
 };
 constexpr double kPeakMemoryLimit = 600;  // MiB
 
@@ -58,6 +59,7 @@ const char* Verdict(bool bMet) { return bMet ? "met" : "NOT MET"; }
 int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);
   SetDataFolder(QCoreApplication::applicationDirPath() + "/../data");
+  const bool bAll = argc == 1;  // Initialize takes away the arguments that it knows
   benchmark::Initialize(&argc, argv);
   BestTimes times;
   benchmark::RunSpecifiedBenchmarks(&times);
@@ -70,7 +72,7 @@ int main(int argc, char** argv) {
     printf("| %s | %.0f | %.0f | %.2f | %.1f | %s |\n", target.pszWhat, dMeasured, dBaseline, dRatio, target.dLimit,
            Verdict(dRatio <= target.dLimit));
   }
-  if (argc > 1) return 0;
+  if (!bAll) return 0;
   const double dPeak = ScanPeakMemory();
   printf("| Peak memory of a scan of 1,000,000 entries, MiB | %.0f | | | %.0f | %s |\n", dPeak, kPeakMemoryLimit,
          Verdict(dPeak <= kPeakMemoryLimit));

@@ -14,7 +14,7 @@ constexpr std::array kFileOrder = {kCameraRoll, kPhotoStream,         kAppPhotos
 class FileRecovery {
  public:
   FileRecovery(const Options& options, OpenBackup& backup, RecoveryReport& report)
-      : m_copier(options.qstrDestination, backup.session.GetLayout().qstrRoot),
+      : m_copier(options.qstrDestination, FromNarrow(backup.session.GetBackupFolder())),
         m_records(backup.records),
         m_report(report) {}
 

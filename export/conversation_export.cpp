@@ -1,7 +1,6 @@
 // Messages and WhatsApp chats: a folder for each conversation with its documents. The two categories differ
 // in their records; what is written of a record is the same.
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -49,11 +48,18 @@ template <typename Map>
 int SaveText(const Map& conversations, unsigned int nKey, const char16_t* pPath) {
   TextFile file(pPath);
   if (!file.IsOpen()) return file.Close();
+  std::string strRecord;
   VisitConversation(conversations, nKey, [&](const Line& line) {
-    const std::string strParty = HasName(line) ? line.strName + "(" + line.strPhone + ")" : line.strPhone;
-    file.Print("%10s: %s\n", line.bReceived ? "From" : "To", strParty.c_str());
-    file.Print("%10s: %s\n", "Data", line.strDate.c_str());  // "Data", as these files have always read
-    file.Print("%10s: %s\n\n", "Content", line.strText.c_str());
+    // The labels are right-aligned in ten columns. "Data" is how these files have always read.
+    strRecord = line.bReceived ? "      From: " : "        To: ";
+    if (HasName(line)) strRecord.append(line.strName.c_str()).append("(");
+    strRecord.append(line.strPhone.c_str()).append(HasName(line) ? ")" : "");
+    strRecord.append("\n      Data: ")
+        .append(line.strDate.c_str())
+        .append("\n   Content: ")
+        .append(line.strText.c_str())
+        .append("\n\n");
+    file.Write(strRecord);
     file.Flush();
   });
   return file.Close();
@@ -61,7 +67,14 @@ int SaveText(const Map& conversations, unsigned int nKey, const char16_t* pPath)
 
 template <typename Map>
 std::string Bubbles(const Map& conversations, unsigned int nKey) {
+  static constexpr size_t kMarkup = 80;  // what stands around a message, about
+  size_t nLength = 0;
+  VisitConversation(conversations, nKey, [&](const Line& line) {
+    nLength +=
+        kMarkup + line.strDate.size() + line.strName.size() + line.strPhone.size() + line.strText.size();
+  });
   std::string strBody;
+  strBody.reserve(nLength);
   VisitConversation(conversations, nKey, [&](const Line& line) {
     strBody.append("<div class=\"date\">Date: ").append(line.strDate);
     if (line.bReceived)
@@ -84,9 +97,8 @@ void CRecovery::RecoveryMsg(const __MESSAGE_INFO__* pMessage, const MessageMap& 
   const std::string& strSender = pMessage->strSender;
   m_bMessageSaved = true;
   ConversationPlace place;
-  if (!MakePlace("/Message/", strLabel, strSender.empty() ? strLabel : strLabel + "(" + strSender + ")",
-                 place))
-    return;
+  const std::string strStem = strSender.empty() ? strLabel : strLabel + "(" + strSender + ")";
+  if (!MakePlace("/Message/", strLabel, strStem, {".txt", ".html"}, place)) return;
   const std::u16string wstrText = FreePath(place, ".txt");
   Tell(FromWide(wstrText), SaveSMSMessageTxt(pMessage->nHandleId, wstrText.c_str(), messages));
   m_strSmsPageHead = HeadFor(m_strSmsHead, strLabel, strSender);
@@ -104,14 +116,9 @@ int CRecovery::SaveSMSMessage(unsigned int nHandleId, const char16_t* pPath, con
 }
 
 void CRecovery::SaveMessage() {
-  const QString qstrPath = m_strSavePath + "/Message/sms.db";
-  if (!QFileInfo(qstrPath).dir().exists())
-    return;  // no conversation has made the folder: nothing to stand beside
-  QString qstrReason;
-  if (!MakeFolder("/Message/", qstrReason)) return;
-  QFile::remove(qstrPath);
-  m_pBackupFile->RecoverySMSMessage(ToNarrow(qstrPath).c_str());
-  TellOfStore(kMessageStore, qstrPath);
+  // Without a folder that a conversation has made there is nothing for the store to stand beside.
+  if (QFileInfo(m_strSavePath + "/Message").exists())
+    SaveStore(kMessageStore, "/Message/", "sms.db", &CIphoneBackupFile::RecoverySMSMessage);
 }
 
 void CRecovery::RecoveryWhatsAppMsg(const __WHATSAPP_MESSAGE__* pMessage, const WhatsAppMap& chats) {
@@ -122,7 +129,7 @@ void CRecovery::RecoveryWhatsAppMsg(const __WHATSAPP_MESSAGE__* pMessage, const 
   if (bGroup) strLabel = pMessage->strChatTitle;
   if (strLabel.empty()) strLabel = kUnknownName;
   ConversationPlace place;
-  if (!MakePlace("/WhatsApp Message/", strLabel, strLabel, place)) return;
+  if (!MakePlace("/WhatsApp Message/", strLabel, strLabel, {".txt", ".csv", ".html"}, place)) return;
   const unsigned int nChatId = pMessage->nChatId;
   const std::u16string wstrText = FreePath(place, ".txt");
   Tell(FromWide(wstrText), SaveWhatsAppTxt(nChatId, wstrText.c_str(), chats));
@@ -140,11 +147,11 @@ int CRecovery::SaveWhatsAppTxt(unsigned int nChatId, const char16_t* pPath, cons
 int CRecovery::SaveWhatsAppCsv(unsigned int nChatId, const char16_t* pPath, const WhatsAppMap& chats) {
   TextFile file(pPath);
   if (!file.IsOpen()) return file.Close();
-  file.Print("Chats,Name/Phone,Date,Type,Content\n");
+  file.Write("Chats,Name/Phone,Date,Type,Content\n");
   VisitConversation(chats, nChatId, [&](const Line& line) {
     // Nothing is quoted: a comma or a line feed in a message makes further columns or rows.
-    file.Print("%s,%s,%s,%s,%s\n", line.strName.c_str(), line.strPhone.c_str(), line.strDate.c_str(),
-               line.bReceived ? "Received" : "Send", line.strText.c_str());
+    file.Write(line.strName + "," + line.strPhone + "," + line.strDate +
+               (line.bReceived ? ",Received," : ",Send,") + line.strText + "\n");
     file.Flush();
   });
   return file.Close();

@@ -11,11 +11,11 @@
 namespace {
 
 /// The real path of a folder that may not exist: that of its nearest ancestor that does, with a "/" at its
-/// end.
-QString RealPath(const QString& qstrFolder) {
-  QFileInfo folder(QDir::cleanPath(qstrFolder));
-  while (!folder.exists() && folder.path() != folder.filePath()) folder.setFile(folder.path());
-  return folder.canonicalFilePath() + '/';
+/// end. The steps are taken as the system takes them, so that ".." behind a link leads where it really leads.
+QString RealPath(QString qstrFolder) {
+  while (!qstrFolder.isEmpty() && !QFileInfo::exists(qstrFolder))
+    qstrFolder.truncate(qMax(qstrFolder.lastIndexOf('/'), 0));
+  return QFileInfo(qstrFolder.isEmpty() ? "/" : qstrFolder).canonicalFilePath() + '/';
 }
 
 }  // namespace

@@ -15,10 +15,8 @@ class Destination {
 
   /// Makes a folder below the root, with its parents, where it is missing.
   /// @param qstrFolder with a "/" in front.
-  /// @param qstrReason receives why it is refused. A folder that merely can't be made isn't: what is written
-  /// into it
-  ///                   fails on its own terms.
-  /// @return true when it may be written into.
+  /// @param qstrReason receives why it is refused, or can't be made.
+  /// @return true when it may be written into; else errno tells why.
   bool MakeFolder(const QString& qstrFolder, QString& qstrReason);
 
  private:

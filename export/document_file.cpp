@@ -1,7 +1,6 @@
 #include "export/document_file.h"
 
 #include <cerrno>
-#include <cstdarg>
 #include <fstream>
 
 #include "common/file.h"
@@ -25,12 +24,8 @@ TextFile::~TextFile() {
   Close();
 }
 
-void TextFile::Print(const char* pszFormat, ...) {
-  if (!m_pFile) return;
-  va_list arguments;
-  va_start(arguments, pszFormat);
-  Keep(vfprintf(m_pFile, pszFormat, arguments) < 0);
-  va_end(arguments);
+void TextFile::Write(const std::string& strText) {
+  if (m_pFile) Keep(fwrite(strText.data(), 1, strText.size(), m_pFile) != strText.size());
 }
 
 void TextFile::Flush() {

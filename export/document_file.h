@@ -16,9 +16,8 @@ class TextFile {
   TextFile& operator=(const TextFile&) = delete;
 
   bool IsOpen() const { return m_pFile != nullptr; }
-  /// As fprintf, up to the end of each text. The stream never sees wide text: one that has taken narrow text
-  /// would refuse it.
-  void Print(const char* pszFormat, ...) __attribute__((format(printf, 2, 3)));
+  /// Narrow text alone: the system's streams refuse one kind of text once they have taken the other.
+  void Write(const std::string& strText);
   void Flush();
   /// Closes the file. @return 0, or the error number of the first step that failed, opening included.
   int Close();

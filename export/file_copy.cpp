@@ -14,8 +14,10 @@ BackupFileCopier::BackupFileCopier(const QString& qstrDestination, const QString
 WrittenFile BackupFileCopier::Copy(const QString& qstrFolder, const std::string& strName,
                                    const std::u16string& wstrSource) {
   WrittenFile result;
-  const std::string strWanted = ToNarrow(m_destination.Root() + qstrFolder) + strName;
-  result.qstrPath = FromNarrow(strWanted);
+  // As the file will really be called: what the encoding can't express is replaced before a free name is
+  // looked for.
+  result.qstrPath = m_destination.Root() + qstrFolder + FromNarrow(strName);
+  const std::string strWanted = ToNarrow(result.qstrPath);
   if (!m_destination.MakeFolder(qstrFolder, result.qstrReason)) return result;
   const std::string strPath = m_freeNames.Take(strWanted);
   result.qstrPath = FromNarrow(strPath);

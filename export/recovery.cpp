@@ -44,7 +44,7 @@ void CRecovery::Init(const QString& qstrSavePath, CIphoneBackupFile* pBackupFile
   m_bMessageSaved = false;
   m_strSavePath = qstrSavePath;
   m_pBackupFile = pBackupFile;
-  m_pDestination = std::make_unique<Destination>(qstrSavePath, pBackupFile->GetLayout().qstrRoot);
+  m_pDestination = std::make_unique<Destination>(qstrSavePath, FromNarrow(pBackupFile->GetBackupFolder()));
   m_strTimeStamp = QDateTime::currentDateTime().toString("yyyyMMddhhmmss");
   LoadAllTemplateFile();
 }
@@ -100,22 +100,26 @@ bool CRecovery::MakeFolder(const QString& qstrFolder, QString& qstrReason) {
 }
 
 bool CRecovery::MakePlace(const char* pszCategoryFolder, const std::string& strLabel,
-                          const std::string& strStem, ConversationPlace& place) {
+                          const std::string& strStem, std::initializer_list<const char*> extensions,
+                          ConversationPlace& place) {
   // A "/" in a name makes a path as it stands; only one that leads out of the destination is refused.
   const QString qstrFolder = pszCategoryFolder + FromNarrow(strLabel) + '-' + m_strTimeStamp + '/';
   place = {ToNarrow(m_strSavePath + qstrFolder), strStem};
   QString qstrReason;
   bool bAllowed = MakeFolder(qstrFolder, qstrReason);
-  if (bAllowed && HasParentStep(strStem + ".")) {
+  if (bAllowed && HasParentStep(strStem + *extensions.begin())) {
     qstrReason = "The name leads out of the destination";
     bAllowed = false;
   }
-  if (!bAllowed && m_handler) m_handler({FromNarrow(place.strFolder + strStem), qstrReason});
-  return bAllowed;
+  if (bAllowed || !m_handler) return bAllowed;
+  for (const char* pszExtension : extensions)
+    m_handler({FromNarrow(place.strFolder + strStem + pszExtension), qstrReason});
+  return false;
 }
 
 std::u16string CRecovery::FreePath(const ConversationPlace& place, const char* pszExtension) {
-  return Ansi2Unicode(m_freeNames.Take(place.strFolder + place.strStem + pszExtension).c_str());
+  const std::string strWanted = ToNarrow(FromNarrow(place.strFolder + place.strStem + pszExtension));
+  return Ansi2Unicode(m_freeNames.Take(strWanted).c_str());
 }
 
 int CRecovery::SavePage(const QString& qstrFolder, const QString& qstrFileName, const std::string& strHead,
@@ -124,7 +128,7 @@ int CRecovery::SavePage(const QString& qstrFolder, const QString& qstrFileName, 
   QString qstrReason;
   if (MakeFolder(qstrFolder, qstrReason))
     return Tell(qstrPath, WritePage(ToNarrow(qstrPath), {&strHead, &strBody, &strTail}));
-  const int nError = errno;
+  const int nError = errno != 0 ? errno : EACCES;
   if (m_handler) m_handler({qstrPath, qstrReason});
   return nError;
 }
@@ -134,10 +138,18 @@ int CRecovery::Tell(const QString& qstrPath, int nError) const {
   return nError;
 }
 
-void CRecovery::TellOfStore(const char* pszStoreId, const QString& qstrPath) const {
-  if (!m_handler) return;
-  const bool bWritten = QFile::exists(qstrPath);
-  const bool bWanted =
-      QFile::exists(m_pBackupFile->GetLayout().PathOf(pszStoreId)) && QFileInfo(qstrPath).dir().exists();
-  if (bWritten || bWanted) m_handler({qstrPath, bWritten ? "" : "The store could not be copied"});
+void CRecovery::SaveStore(const char* pszStoreId, const QString& qstrFolder, const char* pszName,
+                          int (CIphoneBackupFile::*copy)(const char* pszDestination)) {
+  WrittenFile file{m_strSavePath + qstrFolder + pszName, {}};
+  const bool bHasStore = QFile::exists(m_pBackupFile->GetLayout().PathOf(pszStoreId));
+  if (MakeFolder(qstrFolder, file.qstrReason)) {
+    QFile::remove(file.qstrPath);
+    const bool bInTheWay = QFile::exists(file.qstrPath);
+    (m_pBackupFile->*copy)(ToNarrow(file.qstrPath).c_str());
+    if (bInTheWay)
+      file.qstrReason = "What stands there can't be replaced";
+    else if (!QFile::exists(file.qstrPath))
+      file.qstrReason = "The store could not be copied";
+  }
+  if (m_handler && bHasStore) m_handler(file);
 }

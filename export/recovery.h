@@ -89,10 +89,11 @@ class CRecovery {
     std::string strFolder;
     std::string strStem;
   };
-  /// Where a conversation goes, with its folder made. @return false, with the failure told, when that is
-  /// refused.
+  /// Where a conversation goes, with its folder made.
+  /// @param extensions of its documents, with their ".": each is told as a failure when the place is refused.
+  /// @return false when it is refused or can't be made.
   bool MakePlace(const char* pszCategoryFolder, const std::string& strLabel, const std::string& strStem,
-                 ConversationPlace& place);
+                 std::initializer_list<const char*> extensions, ConversationPlace& place);
   /// A free path in it. @param pszExtension with its ".".
   std::u16string FreePath(const ConversationPlace& place, const char* pszExtension);
   /// The head of a template with the person put in.
@@ -105,7 +106,10 @@ class CRecovery {
                const std::string& strBody, const std::string& strTail);
   /// Tells how a document came out. @return nError.
   int Tell(const QString& qstrPath, int nError) const;
-  void TellOfStore(const char* pszStoreId, const QString& qstrPath) const;
+  /// Copies a store out of the backup and tells how that went.
+  /// @param copy does it: an operation of the session that takes the narrow path.
+  void SaveStore(const char* pszStoreId, const QString& qstrFolder, const char* pszName,
+                 int (CIphoneBackupFile::*copy)(const char* pszDestination));
 
   QString m_strSavePath;
   QString m_strTimeStamp;  // yyyyMMddhhmmss, local time

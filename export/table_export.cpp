@@ -1,6 +1,5 @@
 // Contacts, calls and notes: one page for each category, a row for each record.
 
-#include <QFile>
 #include <algorithm>
 #include <initializer_list>
 
@@ -66,13 +65,8 @@ void CRecovery::RecoveryContacts(const __PERSON_CONTENT__* pPerson) {
 }
 
 int CRecovery::SaveContactsCsv() {
-  const QString qstrFolder = "/Contacts/" + m_strTimeStamp + '/';
-  const QString qstrPath = m_strSavePath + qstrFolder + "Contacts.db";
-  QString qstrReason;
-  if (!MakeFolder(qstrFolder, qstrReason)) return 0;
-  QFile::remove(qstrPath);
-  m_pBackupFile->RecoveryPersonContacts(ToNarrow(qstrPath).c_str());
-  TellOfStore(kContactsStore, qstrPath);
+  SaveStore(kContactsStore, "/Contacts/" + m_strTimeStamp + '/', "Contacts.db",
+            &CIphoneBackupFile::RecoveryPersonContacts);
   return 0;
 }
 

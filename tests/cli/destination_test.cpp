@@ -4,6 +4,7 @@
 
 #include "sample/pictures.h"
 #include "tests/cli/command.h"
+#include "tests/cli/mount.h"
 #include "tests/cli/small_backup.h"
 #include "tests/support.h"
 
@@ -15,8 +16,6 @@ using testing::StartsWith;
 namespace {
 
 using Layout = BackupBuilder::Layout;
-
-constexpr int kLimit = 60000;  // milliseconds
 
 class RecoverDestination : public testing::Test {
  protected:
@@ -38,31 +37,6 @@ void PrintTo(const PlaceInBackup& place, std::ostream* pStream) {
 class DestinationInBackup : public RecoverDestination, public testing::WithParamInterface<PlaceInBackup> {};
 
 class HostileApp : public RecoverDestination, public testing::WithParamInterface<const char*> {};
-
-/// Runs a script as root of its own name space, where it may mount. False when the system doesn't let us.
-bool MayMount(const std::string& strFolder) {
-  QProcess process;
-  process.start("unshare", Arguments({"-rm", "mount", "-t", "tmpfs", "-o", "size=64k", "tmpfs", strFolder}));
-  return process.waitForFinished(kLimit) && process.exitStatus() == QProcess::NormalExit &&
-         process.exitCode() == 0;
-}
-
-/// Recovers into a small file system of its own, mounted at strOut, and then copies what came there to
-/// strKept, since the mount ends with the process.
-CommandResult RecoverIntoMount(const char* pszOptions, const std::string& strBackup,
-                               const std::string& strOut, const std::string& strKept) {
-  static constexpr char kScript[] =
-      "options=$1 out=$2 kept=$3; shift 3; mount -t tmpfs -o \"$options\" tmpfs \"$out\" || exit 99\n"
-      "\"$@\"; status=$?; cp -r \"$out\" \"$kept\" || exit 98; exit $status";
-  std::vector<std::string> arguments = {
-      "-rm", "sh", "-c", kScript, "sh", pszOptions, strOut, strKept, CommandPath().toStdString()};
-  const std::vector<std::string> recover = RecoverFiles(strBackup, strOut);
-  arguments.insert(arguments.end(), recover.begin(), recover.end());
-  QProcess process;
-  PrepareCommand(process, {});
-  process.start("unshare", Arguments(arguments));
-  return FinishCommand(process);
-}
 
 }  // namespace
 
@@ -180,7 +154,7 @@ TEST_F(RecoverDestination, ThatIsReadOnlyFailsEachFile) {
   m_folder.MakeFolder("out");
   if (!MayMount(Out())) GTEST_SKIP() << "this system lets nobody mount a read-only folder";
 
-  const CommandResult result = RecoverIntoMount("ro", Backup(), Out(), m_folder.Path("kept"));
+  const CommandResult result = RunOnMount("ro", Out(), m_folder.Path("kept"), RecoverFiles(Backup(), Out()));
 
   std::vector<std::string> lines = result.Lines();
   EXPECT_EQ(4, result.nExitStatus) << result.strErr;
@@ -195,7 +169,7 @@ TEST_F(RecoverDestination, ThatIsReadOnlyIsGivenAsTheReason) {
   m_folder.MakeFolder("out");
   if (!MayMount(Out())) GTEST_SKIP() << "this system lets nobody mount a read-only folder";
 
-  const CommandResult result = RecoverIntoMount("ro", Backup(), Out(), m_folder.Path("kept"));
+  const CommandResult result = RunOnMount("ro", Out(), m_folder.Path("kept"), RecoverFiles(Backup(), Out()));
 
   EXPECT_THAT(result.strOut, HasSubstr("Read-only file system"));
 }
@@ -206,7 +180,7 @@ TEST_F(RecoverDestination, ThatGetsFullKeepsTheFilesThatAreWholeAlone) {
   m_folder.MakeFolder("out");
   if (!MayMount(Out())) GTEST_SKIP() << "this system lets nobody mount a small file system";
 
-  const CommandResult result = RecoverIntoMount("size=64k", Backup(), Out(), m_folder.Path("kept"));
+  const CommandResult result = RunOnMount("size=64k", Out(), m_folder.Path("kept"), RecoverFiles(Backup(), Out()));
 
   const std::vector<std::string> kept = FilesBelow(m_folder.Path("kept"));
   EXPECT_EQ(4, result.nExitStatus) << result.strErr;
@@ -224,7 +198,7 @@ TEST_F(RecoverDestination, ThatGetsFullIsGivenAsTheReason) {
   m_folder.MakeFolder("out");
   if (!MayMount(Out())) GTEST_SKIP() << "this system lets nobody mount a small file system";
 
-  const CommandResult result = RecoverIntoMount("size=64k", Backup(), Out(), m_folder.Path("kept"));
+  const CommandResult result = RunOnMount("size=64k", Out(), m_folder.Path("kept"), RecoverFiles(Backup(), Out()));
 
   EXPECT_THAT(result.strOut, HasSubstr("No space left on device"));
 }
