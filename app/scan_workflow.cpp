@@ -1,6 +1,8 @@
 // The scan: the main thread sits in the progress dialog while the worker reads the backup. The worker decides
 // what happens and in which order; each step on a widget is handed over to the main thread.
 
+#include <new>
+
 #include "app/progress_dialog.h"
 #include "app/thread.h"
 #include "common/places.h"
@@ -67,7 +69,12 @@ int DRUI::Scan(const char16_t*, int&) {
   m_bCancelScan = false;
   m_bScanFinished = false;
   m_nLastScanProgress = -1;
-  const int nStatus = RunScan();
+  int nStatus = kStatusStopWalk;
+  try {
+    nStatus = RunScan();
+  } catch (const std::bad_alloc&) {
+    // A store made to have no end, say: what was read so far is shown.
+  }
   // The dialog may not be there yet when a scan ends at once; a step on the main thread is served by it
   // alone.
   m_handOver.Run([] {});

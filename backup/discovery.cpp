@@ -1,16 +1,16 @@
 #include "backup/discovery.h"
 
-#include <sys/stat.h>
-
 #include <QDir>
 #include <QFile>
-#include <cerrno>
+#include <algorithm>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 
 #include "backup/layout.h"
+#include "common/file.h"
 #include "common/places.h"
 #include "common/status.h"
 #include "common/text.h"
@@ -21,15 +21,10 @@ namespace {
 
 using FilePointer = std::unique_ptr<FILE, decltype(&fclose)>;
 
-/// Null for what isn't there and for a folder, which fopen would open.
+/// Null for what isn't there and for what is no file, such as a folder, which fopen would open.
 FilePointer OpenForReading(const std::string& strPath) {
-  FilePointer pFile(fopen(strPath.c_str(), "r"), &fclose);
-  struct stat attributes;
-  if (pFile && fstat(fileno(pFile.get()), &attributes) == 0 && S_ISDIR(attributes.st_mode)) {
-    pFile.reset();
-    errno = EISDIR;
-  }
-  return pFile;
+  const int nDescriptor = OpenRegularFile(strPath.c_str());
+  return {nDescriptor == -1 ? nullptr : fdopen(nDescriptor, "r"), &fclose};
 }
 
 /// Goes over one level of a folder and hands each entry with its full path to a function.
@@ -59,6 +54,12 @@ bool TextBetween(std::string strLine, const char* pszOpen, const char* pszClose,
   return true;
 }
 
+/// The whole number at the head of a text, 0 without one.
+int WholeNumber(const char* pszText) {
+  const long nNumber = strtol(pszText, nullptr, 10);
+  return static_cast<int>(std::clamp<long>(nNumber, INT_MIN, INT_MAX));
+}
+
 bool StringValue(const std::string& strLine, std::string& strText) {
   return TextBetween(strLine, "<string>", "</string>", strText);
 }
@@ -75,7 +76,7 @@ void SetLastBackupDate(const std::string& strLine, __BACK_FILE_INFO__& info) {
     strDate[nHour] = ' ';
     // The hour is read and written back, as two characters: a well-formed one stays as it was.
     char szHour[16];
-    snprintf(szHour, sizeof szHour, "%02d", atoi(strDate.c_str() + nHour + 1));
+    snprintf(szHour, sizeof szHour, "%02d", WholeNumber(strDate.c_str() + nHour + 1));
     for (size_t i = 0; i < 2 && nHour + 1 + i < strDate.size(); ++i) strDate[nHour + 1 + i] = szHour[i];
     strDate = strDate.substr(0, strDate.find('Z'));
   }
@@ -88,7 +89,7 @@ void SetPhoneNumber(const std::string& strLine, __BACK_FILE_INFO__& info) {
 
 void SetProductVersion(const std::string& strLine, __BACK_FILE_INFO__& info) {
   std::string strVersion;
-  if (StringValue(strLine, strVersion)) info.bProductVersionAbove11 = atoi(strVersion.c_str()) > 11;
+  if (StringValue(strLine, strVersion)) info.bProductVersionAbove11 = WholeNumber(strVersion.c_str()) > 11;
 }
 
 void SetSerialNumber(const std::string& strLine, __BACK_FILE_INFO__& info) {

@@ -9,7 +9,7 @@ struct BackupLayout {
   bool bHasManifestDb =
       false;  ///< a backup with "Manifest.db", which spreads its files over two-character folders
 
-  /// Path of the file with an identifier. It need not exist.
+  /// Path of the file with an identifier. It need not exist. Empty for an identifier with a "/".
   QString PathOf(const std::string& strFileId) const;
 };
 

@@ -151,7 +151,10 @@ std::string gethash(const unsigned char* pData, long long* pOffset, long long nS
 int VisitBinaryManifest(const char16_t* pPath, const std::function<void(const fileinfo&)>& visit) {
   if (!pPath) return kStatusMissing;
   const std::string strPath = Unicode2Ansi(pPath);
-  std::unique_ptr<FILE, decltype(&fclose)> pFile(_wfopen(pPath, L"rb"), &fclose);
+  struct stat attributes;
+  const bool bNoFile = stat(strPath.c_str(), &attributes) == 0 && !S_ISREG(attributes.st_mode);
+  std::unique_ptr<FILE, decltype(&fclose)> pFile(bNoFile ? nullptr : _wfopen(pPath, L"rb"), &fclose);
+  if (bNoFile) errno = EISDIR;
   if (!pFile) {
     ReportProblem(strPath, strerror(errno));
     return kStatusMissing;

@@ -24,9 +24,10 @@ QJsonObject BackupObject(const __BACK_FILE_INFO__& info) {
 }
 
 QString BackupLine(const __BACK_FILE_INFO__& info) {
-  return QStringList{FromNarrow(info.strDisplayName), FromNarrow(info.strLastBackupDate),
-                     FromNarrow(info.strSerialNumber), info.bEncrypted ? "encrypted" : "not encrypted",
-                     FromNarrow(info.strBackupPath)}
+  return QStringList{
+      Printable(FromNarrow(info.strDisplayName)), Printable(FromNarrow(info.strLastBackupDate)),
+      Printable(FromNarrow(info.strSerialNumber)), info.bEncrypted ? "encrypted" : "not encrypted",
+      Printable(FromNarrow(info.strBackupPath))}
       .join('\t');
 }
 

@@ -1,5 +1,6 @@
 #include <QCoreApplication>
 #include <QTextCodec>
+#include <new>
 #include <stdexcept>
 
 #include "cli/commands.h"
@@ -47,6 +48,9 @@ int main(int argc, char** argv) {
     return Run(options);
   } catch (const std::out_of_range& error) {  // a template that can't be used
     PrintError(FromNarrow(error.what()));
+    return kExitNotWritten;
+  } catch (const std::bad_alloc&) {  // a store made to have no end, say
+    PrintError("out of memory");
     return kExitNotWritten;
   }
 }

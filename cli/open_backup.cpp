@@ -22,7 +22,7 @@ bool HoldsBackups(const QString& qstrFolder) {
 }
 
 int NotABackup(const QString& qstrFolder, int nError) {
-  if (!QFileInfo::exists(qstrFolder)) {
+  if (nError == ENOENT && !QFileInfo::exists(qstrFolder)) {
     PrintError(qstrFolder + ": no such folder");
   } else {
     PrintError(QString("%1: not a backup: \"Info.plist\" in it can't be read (%2)")
@@ -48,7 +48,7 @@ void WarnOfOddities(const __BACK_FILE_INFO__& info) {
 }  // namespace
 
 int Interrupted() {
-  PrintError("stopped; what was written so far stays");
+  PrintError("stopped");
   return 128 + StopSignal();
 }
 

@@ -19,6 +19,13 @@ void PrintLine(const QString& qstrLine) {
   Print(qstrLine.toUtf8() + '\n');
 }
 
+QString Printable(QString qstrName) {
+  for (QChar& character : qstrName) {
+    if (character.category() == QChar::Other_Control) character = '?';
+  }
+  return qstrName;
+}
+
 bool FinishOutput() {
   if (fflush(stdout) != 0 && g_nError == 0) g_nError = errno;
   if (g_nError == 0) return true;

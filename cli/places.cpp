@@ -25,5 +25,6 @@ std::string BackupRoot() {
 std::string WorkFolder() {
   // Private to this process, on disk, and gone with it. No environment variable moves it.
   static const QTemporaryDir folder("/var/tmp/orvandel-XXXXXX");
-  return ToNarrow(folder.path()) + "/";
+  // Without one, a place that can't hold anything: what needs the folder fails on its own terms.
+  return folder.isValid() ? ToNarrow(folder.path()) + "/" : "/dev/null/";
 }

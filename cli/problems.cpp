@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "cli/output.h"
 #include "common/problem.h"
 #include "common/text.h"
 
@@ -11,8 +12,7 @@ namespace {
 
 void PrintOnce(const std::string& strFile, const std::string& strReason) {
   static std::set<std::pair<std::string, std::string>> printed;  // two readers may meet the same bad store
-  if (printed.emplace(strFile, strReason).second)
-    fprintf(stderr, "orvandel-cli: %s: %s\n", strFile.c_str(), strReason.c_str());
+  if (printed.emplace(strFile, strReason).second) PrintError(FromNarrow(strFile + ": " + strReason));
 }
 
 }  // namespace
@@ -22,5 +22,5 @@ void PrintProblems() {
 }
 
 void PrintError(const QString& qstrText) {
-  fprintf(stderr, "orvandel-cli: %s\n", ToNarrow(qstrText).c_str());
+  fprintf(stderr, "orvandel-cli: %s\n", ToNarrow(Printable(qstrText)).c_str());
 }

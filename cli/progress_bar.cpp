@@ -10,7 +10,8 @@
 
 namespace {
 constexpr int kCells = 40;
-}
+constexpr std::chrono::milliseconds kDrawStep(50);
+}  // namespace
 
 ProgressBar::ProgressBar(bool bWanted) : m_bActive(bWanted && isatty(STDERR_FILENO)) {}
 
@@ -22,6 +23,10 @@ void ProgressBar::Show(int nPercent) {
   // The percentages of some steps run ahead and fall back; people want a bar that goes one way.
   nPercent = std::clamp(nPercent, 0, 100);
   if (!m_bActive || nPercent < m_nPercent || (nPercent == m_nPercent && m_bDrawn)) return;
+  const auto now = std::chrono::steady_clock::now();
+  // Each line of text takes the bar away; it needn't come back for every one of them.
+  if (nPercent == m_nPercent && now - m_lastDrawn < kDrawStep) return;
+  m_lastDrawn = now;
   m_nPercent = nPercent;
   m_bDrawn = true;
   const int nFull = kCells * nPercent / 100;

@@ -1,4 +1,5 @@
 #pragma once
+#include <chrono>
 
 /// A bar on standard error, drawn only when that is a terminal and never more than some times a second.
 class ProgressBar {
@@ -20,4 +21,5 @@ class ProgressBar {
   bool m_bActive;
   bool m_bDrawn = false;
   int m_nPercent = -1;
+  std::chrono::steady_clock::time_point m_lastDrawn;
 };

@@ -1,5 +1,7 @@
 #include <QDir>
 #include <QFileInfo>
+#include <cerrno>
+#include <cstring>
 
 #include "cli/commands.h"
 #include "cli/exit_status.h"
@@ -28,9 +30,15 @@ int CheckDestination(const Options& options) {
                ": lies in the backup, which must not change; choose a folder elsewhere");
     return kExitUsage;
   }
+  errno = 0;
   if (QDir().mkpath(options.qstrDestination)) return kExitDone;
-  const bool bTaken = QFileInfo::exists(options.qstrDestination);
-  PrintError(options.qstrDestination + (bTaken ? ": is not a folder" : ": the folder can't be made"));
+  const int nError = errno;
+  if (QFileInfo::exists(options.qstrDestination)) {
+    PrintError(options.qstrDestination + ": is not a folder");
+    return kExitNotWritten;
+  }
+  PrintError(QString("%1: the folder can't be made (%2)")
+                 .arg(options.qstrDestination, QString::fromLocal8Bit(strerror(nError))));
   return kExitNotWritten;
 }
 

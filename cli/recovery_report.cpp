@@ -21,8 +21,9 @@ void RecoveryReport::Add(const WrittenFile& file) {
     if (!file.Succeeded()) object["reason"] = file.qstrReason;
     Print(ToJson(object) + '\n');
   } else {
-    PrintLine(file.Succeeded() ? "Success\t" + file.qstrPath
-                               : "Failed\t" + file.qstrPath + '\t' + file.qstrReason);
+    const QString qstrPath = Printable(file.qstrPath);
+    PrintLine(file.Succeeded() ? "Success\t" + qstrPath
+                               : "Failed\t" + qstrPath + '\t' + Printable(file.qstrReason));
   }
 }
 

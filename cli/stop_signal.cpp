@@ -16,7 +16,7 @@ void Remember(int nSignal) {
 void CatchStopSignals() {
   struct sigaction action = {};
   action.sa_handler = Remember;
-  action.sa_flags = SA_RESTART;
+  action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);  // the second one ends the process at once
   for (int nSignal : {SIGINT, SIGTERM, SIGHUP}) sigaction(nSignal, &action, nullptr);
   signal(SIGPIPE, SIG_IGN);  // a reader that goes away is met as a failed write
 }

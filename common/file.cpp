@@ -17,10 +17,20 @@ FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode) {
   return fopen(Unicode2Ansi(pPath).c_str(), szMode);
 }
 
+int OpenRegularFile(const char* pszPath) {
+  const int nDescriptor = open(pszPath, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (nDescriptor == -1) return -1;
+  struct stat info;
+  if (fstat(nDescriptor, &info) == 0 && S_ISREG(info.st_mode)) return nDescriptor;
+  close(nDescriptor);
+  errno = S_ISDIR(info.st_mode) ? EISDIR : ENXIO;
+  return -1;
+}
+
 int GetFileByteSize(const char16_t* pPath, long long& nSize) {
   std::string strPath;
   inner_uni2str(strPath, pPath);
-  const int nDescriptor = open(strPath.c_str(), O_RDONLY | O_CLOEXEC);
+  const int nDescriptor = open(strPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (nDescriptor == -1) return errno;
   STRUCT_RSB_FILE_ATTR attr;
   const int nError = rsb_statH(nDescriptor, &attr) == 0 ? 0 : errno;

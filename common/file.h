@@ -15,6 +15,11 @@ struct STRUCT_RSB_FILE_ATTR {
 /// @return a stream as fopen gives it, or null with errno set.
 FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode);
 
+/// Opens a file for reading, and nothing but a file: a pipe in its place would be waited for without end.
+/// @param pszPath narrow. @return a descriptor, or -1 with errno set (EISDIR for a folder, ENXIO for what
+/// else is none).
+int OpenRegularFile(const char* pszPath);
+
 /// Size of a file in bytes.
 /// The path is taken through Latin-1, so that one with characters beyond ASCII isn't found on a UTF-8 file
 /// system. The low half of the size is widened with its sign; callers keep the low 32 bits.

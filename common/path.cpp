@@ -9,7 +9,8 @@
 
 namespace {
 
-/// The path, or the path with a number, that no file has yet. Numbers begin at nNumber, 0 being the path itself.
+/// The path, or the path with a number, that no file has yet. Numbers begin at nNumber, 0 being the path
+/// itself.
 /// @param nNumber receives the number that was taken.
 std::string FirstFreeName(const std::string& strPath, unsigned int& nNumber) {
   if (nNumber == 0) {
@@ -49,9 +50,13 @@ int GetExtendName(const char* pszName, std::string& strExtension) {
   return 0;
 }
 
-std::string FreeNames::Take(const std::string& strPath) { return FirstFreeName(strPath, m_lastNumbers[strPath]); }
+std::string FreeNames::Take(const std::string& strPath) {
+  return FirstFreeName(strPath, m_lastNumbers[strPath]);
+}
 
-bool HasParentStep(const std::string& strPath) { return ("/" + strPath + "/").find("/../") != std::string::npos; }
+bool HasParentStep(const std::string& strPath) {
+  return ("/" + strPath + "/").find("/../") != std::string::npos;
+}
 
 std::u16string GetRealFileName(const char* pszPath) {
   unsigned int nNumber = 0;

@@ -18,8 +18,8 @@ int GetExtendName(const char* pszName, std::string& strExtension);
 /// @param pszPath narrow. @return UTF-16.
 std::u16string GetRealFileName(const char* pszPath);
 
-/// The same for many files. Remembers the number that each path came to, so that a thousand files of one name don't
-/// try a thousand names each. Lives as long as one recovery, on one thread.
+/// The same for many files. Remembers the number that each path came to, so that a thousand files of one name
+/// don't try a thousand names each. Lives as long as one recovery, on one thread.
 class FreeNames {
  public:
   /// @param strPath narrow. @return narrow.

@@ -1,6 +1,7 @@
 #include "common/store.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlRecord>
@@ -39,13 +40,16 @@ StoreQuery::StoreQuery(const QString& qstrConnection, const QString& qstrDriver,
     database.setConnectOptions(kConnectOptions);
     database.setDatabaseName(StoreUri(qstrPath));
   }
-  const bool bOpen = database.open();
+  // A folder or a pipe is never opened: the latter would be waited for without end.
+  const QFileInfo file(qstrPath);
+  const bool bNoFile = file.exists() && !file.isFile();
+  const bool bOpen = !bNoFile && database.open();
   m_pQuery = std::make_unique<QSqlQuery>(database);
   m_pQuery->setForwardOnly(true);
   const bool bRuns = bOpen && m_pQuery->prepare(pszStatement) && m_pQuery->exec();
   // A store that isn't there is no problem: devices differ in what they hold.
   if (bRuns || failure == Failure::Expected || !QFile::exists(qstrPath)) return;
-  ReportProblem(strPath, ErrorText(bOpen ? m_pQuery->lastError() : database.lastError()));
+  ReportProblem(strPath, bNoFile ? "is no file" : ErrorText(bOpen ? m_pQuery->lastError() : database.lastError()));
 }
 
 StoreQuery::~StoreQuery() {

@@ -53,6 +53,7 @@ int inner_uni2str(std::string& strNarrow, const char16_t* pWide) {
 int inner_initUnicodeMap(const char* pszEncoding) {
   // UTF-16 in the byte order that the wide strings of every supported system have.
   static constexpr char kWideEncoding[] = "UNICODELITTLE";
+  if (!pszEncoding) return -1;
   g_language = pszEncoding;
   sz2uni_handle = iconv_open(kWideEncoding, pszEncoding);
   if (sz2uni_handle == kNoHandle) return -1;

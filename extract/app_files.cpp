@@ -34,8 +34,9 @@ constexpr char kSounds[] =
     "*.dss|*.m4r|*.nra|*.snd";
 
 /// The text between the first "com." (without one, the first "net.") of the whole name and the next "-".
-std::string AppName(const std::string& strCatalogueName) {
+std::string AppName(const std::string& strName) {
   static constexpr size_t kPrefixLength = 4;
+  const std::string strCatalogueName = strName.c_str();  // a name ends at its first zero byte
   size_t nHit = strCatalogueName.find("com.");
   if (nHit == std::string::npos) nHit = strCatalogueName.find("net.");
   if (nHit == std::string::npos) return kOtherApps;

@@ -29,5 +29,4 @@ class CIPhoneContacts {
  private:
   QString m_qstrConnection;
   QString m_qstrDriver;
-  QString m_qstrPath;
 };

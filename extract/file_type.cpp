@@ -1,6 +1,5 @@
 #include "extract/file_type.h"
 
-#include <fcntl.h>
 #include <strings.h>
 #include <unistd.h>
 
@@ -33,11 +32,11 @@ const CFileTypeJudge::Row* CFileTypeJudge::FindRow(const void* pData, uint32_t n
 }
 
 int CFileTypeJudge::ParseFileBuf(const char* pszPath, std::string& strOutput) {
-  const int nDescriptor = open(pszPath, O_RDONLY | O_CLOEXEC);
+  const int nDescriptor = OpenRegularFile(pszPath);
   if (nDescriptor == -1) {
     const int nError = errno;
     if (nError != ENOENT) ReportProblem(pszPath, strerror(nError));
-    return nError;
+    return nError == EISDIR || nError == ENXIO ? kStatusShortRead : nError;  // it is there, and no file
   }
   unsigned char head[kHeadSize];
   uint32_t nRead = 0;

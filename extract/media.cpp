@@ -69,8 +69,10 @@ bool WhatsAppAttVectorCmp(const _WHATSAPP_ATTACHMENTS_& first, const _WHATSAPP_A
 }
 
 std::string DeviceFileName(const std::string& strCatalogueName) {
-  const size_t nSlash = strCatalogueName.rfind('/');
-  return nSlash == std::string::npos ? strCatalogueName : strCatalogueName.substr(nSlash + 1);
+  const std::string strName =
+      strCatalogueName.c_str();  // a name ends at its first zero byte, whatever follows
+  const size_t nSlash = strName.rfind('/');
+  return nSlash == std::string::npos ? strName : strName.substr(nSlash + 1);
 }
 
 std::string DisplayName(const std::string& strCatalogueName, const char* pszJudged) {

@@ -221,6 +221,20 @@ TEST_P(SessionStores, NotesOfTheFirstStoreKeepTheSecondOut) {
   EXPECT_THAT(titles, ElementsAre("first"));
 }
 
+// A second store that can't be read would be reported if it were opened.
+TEST_P(SessionStores, SecondNotesStoreIsNotEvenOpenedBesideNotesOfTheFirst) {
+  AddNote("first");
+  AddCloudNote("second");
+  Open();
+  WriteFile(ToNarrow(m_session.GetLayout().PathOf(kNotesCloudStore)), "no store at all");
+  ProblemRecorder recorder;
+
+  const std::vector<std::string> titles = NoteTitles();
+
+  EXPECT_THAT(titles, ElementsAre("first"));
+  EXPECT_TRUE(recorder.Problems().empty());
+}
+
 TEST_P(SessionStores, NotesComeFromTheSecondStoreWhereTheFirstIsMissing) {
   AddCloudNote("second");
   Open();

@@ -1,6 +1,8 @@
 #include "extract/media.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -215,6 +217,27 @@ TEST_F(Media, CancelLeavesWhatWasFoundSorted) {
   EXPECT_THAT(FileNames(m_camera), ElementsAre("Z.JPG"));
   EXPECT_EQ(4, nAttachments);
   EXPECT_THAT(m_attachments, IsEmpty());
+}
+
+TEST_F(Media, CancelKeepsTheAttachmentsSoFarSorted) {
+  for (const char* pszName : {"Z.JPG", "A.JPG", "M.JPG"}) Add(kAttached + pszName, m_jpeg);
+  m_log.CancelFrom(1);
+
+  const int nAnswer = WalkAttachments();
+
+  EXPECT_EQ(1, nAnswer);
+  EXPECT_THAT(FileNames(m_attachments), ElementsAre("A.JPG", "Z.JPG"));
+}
+
+TEST_F(Media, PipeInThePlaceOfAFileIsPassedOverWithoutWaiting) {
+  Add(kRoll + "A.JPG", m_jpeg);
+  const std::string strPath = ToNarrow(m_layout.PathOf(m_catalogue.back().strFileId));
+  ASSERT_EQ(0, unlink(strPath.c_str()));
+  ASSERT_EQ(0, mkfifo(strPath.c_str(), 0600));
+
+  WalkCamera();
+
+  EXPECT_THAT(m_camera, IsEmpty());
 }
 
 TEST_F(Media, CancelAtTheSecondEntryKeepsTwo) {
