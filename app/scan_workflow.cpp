@@ -36,13 +36,16 @@ void DRUI::btnSlotScan() {
   CMyThread thread;
   thread.SetFunc(&DRUI::_ScanProcess, this);
   thread.start(QThread::InheritPriority);
+  // A cancel may only meet flags of this scan: those of the one before say that it has finished.
+  m_scanBegun.acquire();
   SCANUI dialog;
   dialog.InitSlot(this, SCANUI::kScan);
   dialog.move(x() + width() / 4, y() + height() / 4);
   dialog.resize(500, 250);
   dialog.exec();
   thread.exit(0);
-  thread.wait();  // the worker's last act was the signal that closed the dialog
+  // The worker's last act was the signal that closed the dialog; it ends in a moment.
+  while (!thread.wait(0)) m_handOver.ServeFor(1);
   RefreshSelectFileInfo();
 }
 
@@ -69,6 +72,7 @@ int DRUI::Scan(const char16_t*, int&) {
   m_bCancelScan = false;
   m_bScanFinished = false;
   m_nLastScanProgress = -1;
+  m_scanBegun.release();
   int nStatus = kStatusStopWalk;
   try {
     nStatus = RunScan();

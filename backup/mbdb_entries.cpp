@@ -67,6 +67,20 @@ void ReadBlock(const unsigned char* p, fileinfo& info) {
   info.nPropertyCount = p[39];
 }
 
+/// Each byte of the data hash by "%x", with no padding: a small byte is one digit.
+void ReadHash(const unsigned char* pData, long long* pOffset, long long nSize, std::string& strText) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  const StringBytes bytes = NextString(pData, pOffset, nSize);
+  strText.resize(static_cast<size_t>(bytes.nLength) * 2);
+  char* pEnd = strText.data();
+  for (long long i = 0; i < bytes.nLength; ++i) {
+    const unsigned char nByte = bytes.pBytes[i];
+    if (nByte >= 0x10) *pEnd++ = kDigits[nByte >> 4];
+    *pEnd++ = kDigits[nByte & 0xF];
+  }
+  strText.resize(static_cast<size_t>(pEnd - strText.data()));
+}
+
 /// Parses one entry and moves the offset behind it; beyond nSize when the entry isn't whole.
 void ReadEntry(const unsigned char* pData, long long* pOffset, long long nSize, fileinfo& info) {
   const auto assign = [&](std::string& strField) {
@@ -76,7 +90,7 @@ void ReadEntry(const unsigned char* pData, long long* pOffset, long long nSize, 
   assign(info.strDomain);
   assign(info.strPath);
   assign(info.strLinkTarget);
-  info.strDataHash = gethash(pData, pOffset, nSize);
+  ReadHash(pData, pOffset, nSize, info.strDataHash);
   assign(info.strEncryptionKey);
   if (*pOffset + kBlockSize > nSize) {
     *pOffset = nSize + 1;
@@ -136,15 +150,8 @@ std::string getstring(const unsigned char* pData, long long* pOffset, long long 
 }
 
 std::string gethash(const unsigned char* pData, long long* pOffset, long long nSize) {
-  static constexpr char kDigits[] = "0123456789abcdef";
-  const StringBytes bytes = NextString(pData, pOffset, nSize);
   std::string strText;
-  strText.reserve(static_cast<size_t>(bytes.nLength) * 2);
-  for (long long i = 0; i < bytes.nLength; ++i) {
-    const unsigned char nByte = bytes.pBytes[i];
-    if (nByte >= 0x10) strText += kDigits[nByte >> 4];  // no padding: a small byte is one digit
-    strText += kDigits[nByte & 0xF];
-  }
+  ReadHash(pData, pOffset, nSize, strText);
   return strText;
 }
 

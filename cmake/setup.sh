@@ -6,7 +6,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # What every build needs, then what only tests, benchmarks and fuzz targets need.
 debian_build="g++ cmake ninja-build qtbase5-dev libqt5sql5-sqlite libqt5webkit5-dev libssl-dev libsqlite3-dev libplist-dev pkg-config fonts-crosextra-carlito"
 debian_screens="xvfb"
-debian_test="libgtest-dev libgmock-dev chromium nodejs openssl xvfb"
+debian_test="libgtest-dev libgmock-dev chromium nodejs openssl xvfb xdotool imagemagick"
 debian_bench="libbenchmark-dev libssl-dev libsqlite3-dev time"
 debian_fuzz="clang libclang-rt-14-dev"
 ports_build="cmake ninja qt5-qtbase qt5-sqlite-plugin qt5-qtwebkit openssl3 sqlite3 libplist pkgconfig libiconv"

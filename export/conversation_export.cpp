@@ -50,15 +50,14 @@ int SaveText(const Map& conversations, unsigned int nKey, const char16_t* pPath)
   if (!file.IsOpen()) return file.Close();
   std::string strRecord;
   VisitConversation(conversations, nKey, [&](const Line& line) {
+    const bool bNamed = HasName(line);
     // The labels are right-aligned in ten columns. "Data" is how these files have always read.
     strRecord = line.bReceived ? "      From: " : "        To: ";
-    if (HasName(line)) strRecord.append(line.strName.c_str()).append("(");
-    strRecord.append(line.strPhone.c_str()).append(HasName(line) ? ")" : "");
-    strRecord.append("\n      Data: ")
-        .append(line.strDate.c_str())
-        .append("\n   Content: ")
-        .append(line.strText.c_str())
-        .append("\n\n");
+    if (bNamed) strRecord.append(line.strName) += '(';
+    strRecord += line.strPhone;
+    if (bNamed) strRecord += ')';
+    strRecord.append("\n      Data: ").append(line.strDate).append("\n   Content: ");
+    strRecord.append(line.strText.c_str()).append("\n\n");  // a text ends at its first zero byte
     file.Write(strRecord);
     file.Flush();
   });

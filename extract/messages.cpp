@@ -47,13 +47,43 @@ __MESSAGE_INFO__ ReadMessage(const StoreQuery& query) {
   return message;
 }
 
-/// The places of the messages, newest first. Sorting places instead of messages moves each message only once.
+struct Place {
+  uint64_t nDate;
+  uint32_t nMessage;
+};
+
+/// The digits of a date in the form that the store's datetime gives, as one number in the same order.
+/// @return false for a text of another form.
+bool DateNumber(const std::string& strDate, uint64_t& nNumber) {
+  static constexpr char kForm[] = "dddd-dd-dd dd:dd:dd";
+  if (strDate.size() != sizeof kForm - 1) return false;
+  nNumber = 0;
+  for (size_t i = 0; i < strDate.size(); ++i) {
+    const bool bDigit = strDate[i] >= '0' && strDate[i] <= '9';
+    if (kForm[i] == 'd' ? !bDigit : strDate[i] != kForm[i]) return false;
+    if (bDigit) nNumber = nNumber * 10 + static_cast<uint64_t>(strDate[i] - '0');
+  }
+  return true;
+}
+
+/// The places of the messages, newest first. Sorting places instead of messages moves each message only once,
+/// and numbers are compared faster than a million texts that lie all over the memory.
 std::vector<uint32_t> NewestFirst(const std::vector<__MESSAGE_INFO__>& messages) {
   std::vector<uint32_t> order(messages.size());
   std::iota(order.begin(), order.end(), 0);
-  std::sort(order.begin(), order.end(), [&](uint32_t nFirst, uint32_t nSecond) {
-    return VectorCmp(messages[nFirst], messages[nSecond]);
-  });
+  std::vector<Place> places(messages.size());
+  for (uint32_t i = 0; i < places.size(); ++i) {
+    places[i].nMessage = i;
+    if (DateNumber(messages[i].strDate, places[i].nDate)) continue;
+    std::sort(order.begin(), order.end(), [&](uint32_t nFirst, uint32_t nSecond) {
+      return VectorCmp(messages[nFirst], messages[nSecond]);
+    });
+    return order;
+  }
+  std::sort(places.begin(), places.end(),
+            [](const Place& first, const Place& second) { return first.nDate > second.nDate; });
+  std::transform(places.begin(), places.end(), order.begin(),
+                 [](const Place& place) { return place.nMessage; });
   return order;
 }
 

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <QProcess>
 #include <QPushButton>
+#include <QSemaphore>
 #include <QStackedLayout>
 #include <QTableWidget>
 #include <QTreeWidget>
@@ -234,6 +235,7 @@ class DRUI : public QMainWindow {
   __BACK_FILE_INFO__ m_curBackupInfo;
   std::unique_ptr<IPhoneRecoveryParse> m_pRecoveryParse;
   BackupRecords m_records;
+  QSemaphore m_scanBegun;  // released by the worker once it has cleared the flags of the scan before
   int m_nLastScanProgress = -1;          // of the worker: the value that it reported last
   std::atomic<int> m_nDecryptStatus{0};  // 0, or -110 once the tool has refused the password
   qint64 m_nTotalFileCount = 0;  // entries of the backup's folder; 0 for one that was picked from the list

@@ -1,0 +1,75 @@
+#include "tests/app/program.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+namespace {
+
+constexpr int kLimit = 60000;  // milliseconds
+constexpr int kAlive = 1000;   // how long one that stays is watched
+
+QByteArray ReadProcFile(qint64 nProcess, const char* pszName) {
+  QFile file(QString("/proc/%1/%2").arg(nProcess).arg(pszName));
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+}  // namespace
+
+QString ProgramPath() {
+  return QCoreApplication::applicationDirPath() + "/orvandel";
+}
+
+bool MayStartWindow() {
+  return !QFile::exists("/Library");
+}
+
+Program::~Program() {
+  if (state() == QProcess::NotRunning) return;
+  kill();
+  waitForFinished(kLimit);
+}
+
+void Program::Start(const QStringList& arguments, const QStringList& environment, const QStringList& prefix) {
+  QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+  variables.insert("QT_QPA_PLATFORM", "offscreen");
+  variables.insert("LC_ALL", "C.UTF-8");
+  for (const QString& qstrVariable : environment)
+    variables.insert(qstrVariable.section('=', 0, 0), qstrVariable.section('=', 1));
+  setProcessEnvironment(variables);
+  QStringList command = prefix;
+  command << ProgramPath() << arguments;
+  const QString qstrFirst = command.takeFirst();
+  start(qstrFirst, command);
+  waitForStarted(kLimit);
+}
+
+bool Program::StaysAlone() {
+  if (waitForFinished(kAlive)) return false;
+  const QByteArray path = QString("task/%1/children").arg(processId()).toLatin1();
+  return state() == QProcess::Running && ReadProcFile(processId(), path.constData()).trimmed().isEmpty();
+}
+
+int Program::EndStatus() {
+  if (state() != QProcess::NotRunning && !waitForFinished(kLimit)) return -1;
+  return exitStatus() == QProcess::NormalExit ? exitCode() : -1;
+}
+
+std::vector<qint64> ProcessesWith(const QByteArray& variable) {
+  std::vector<qint64> found;
+  for (const QString& qstrName : QDir("/proc").entryList(QDir::Dirs)) {
+    bool bNumber = false;
+    const qint64 nProcess = qstrName.toLongLong(&bNumber);
+    if (bNumber && ReadProcFile(nProcess, "environ").split('\0').contains(variable))
+      found.push_back(nProcess);
+  }
+  return found;
+}
+
+QStringList ArgumentsOf(qint64 nProcess) {
+  QStringList arguments;
+  for (const QByteArray& argument : ReadProcFile(nProcess, "cmdline").split('\0'))
+    arguments << QFile::decodeName(argument);
+  if (!arguments.isEmpty()) arguments.removeLast();  // behind the last zero
+  return arguments;
+}

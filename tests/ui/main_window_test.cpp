@@ -1,0 +1,201 @@
+#include <QApplication>
+#include <QCloseEvent>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include "tests/ui/window_fixture.h"
+
+namespace {
+
+class MainWindow : public WindowTest {
+ protected:
+  /// Presses at a place of a widget, moves by a way and lets go, all by a button.
+  static void Drag(QWidget* pWidget, const QPoint& place, const QPoint& way, Qt::MouseButton button) {
+    QMouseEvent press(QEvent::MouseButtonPress, place, pWidget->mapToGlobal(place), button, button,
+                      Qt::NoModifier);
+    const QPoint target = pWidget->mapToGlobal(place) + way;
+    QMouseEvent move(QEvent::MouseMove, place + way, target, Qt::NoButton, button, Qt::NoModifier);
+    QMouseEvent release(QEvent::MouseButtonRelease, place, target, button, Qt::NoButton, Qt::NoModifier);
+    for (QMouseEvent* pEvent : {&press, &move, &release}) QApplication::sendEvent(pWidget, pEvent);
+  }
+};
+
+TEST_F(MainWindow, StandsInTheMiddleOfTheDesktopInItsFixedSize) {
+  DRUI window;
+  const QSize desktop = QApplication::primaryScreen()->size();
+
+  window.setVisible(true);
+
+  EXPECT_EQ(QSize(1000, 680), window.size());
+  EXPECT_EQ(QSize(1000, 680), window.minimumSize());
+  EXPECT_EQ(QSize(1000, 680), window.maximumSize());
+  EXPECT_EQ(QPoint((desktop.width() - 1000) / 2, (desktop.height() - 680) / 2), window.pos());
+}
+
+TEST_F(MainWindow, BearsTitleIconAndSystemFrame) {
+  DRUI& window = Open();
+
+  const Qt::WindowFlags flags = window.windowFlags();
+
+  EXPECT_EQ("Velmora Orvandel", window.windowTitle());
+  EXPECT_FALSE(window.windowIcon().isNull());
+  EXPECT_FALSE(window.windowIcon().pixmap(32, 32).isNull());
+  EXPECT_EQ("DRUIClass", window.objectName());
+  EXPECT_TRUE(flags & Qt::Window);
+  EXPECT_FALSE(flags & Qt::FramelessWindowHint);
+  EXPECT_FALSE(flags & Qt::CustomizeWindowHint);
+  EXPECT_EQ(nullptr, window.parentWidget());
+}
+
+TEST_F(MainWindow, CentralWidgetHoldsTheScreensWithoutMargins) {
+  DRUI& window = Open();
+
+  QWidget* pCentral = window.centralWidget();
+
+  ASSERT_NE(nullptr, pCentral);
+  EXPECT_EQ("centralWidget", pCentral->objectName());
+  EXPECT_EQ("background-color: rgb(252, 252, 252);", pCentral->styleSheet());
+  ASSERT_NE(nullptr, qobject_cast<QVBoxLayout*>(pCentral->layout()));
+  EXPECT_EQ(0, pCentral->layout()->spacing());
+  EXPECT_EQ(std::vector<int>({0, 0, 0, 0}), MarginsOf(pCentral->layout()));
+  EXPECT_EQ(WindowAccess::HomeScreen(window), WindowAccess::ScreenStack(window)->currentWidget());
+  EXPECT_EQ(1, WindowAccess::ScreenStack(window)->count());
+}
+
+TEST_F(MainWindow, EscapeDoesNothing) {
+  DRUI& window = Open();
+
+  QTest::keyClick(&window, Qt::Key_Escape);
+
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_FALSE(window.isMinimized());
+}
+
+TEST_F(MainWindow, PassesOtherKeysOnAndSwallowsEscape) {
+  DRUI& window = Open();
+  QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+  QKeyEvent letter(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, "a");
+  escape.accept();
+  letter.accept();
+
+  QApplication::sendEvent(&window, &escape);
+  QApplication::sendEvent(&window, &letter);
+
+  EXPECT_TRUE(escape.isAccepted());
+  EXPECT_FALSE(letter.isAccepted());
+}
+
+TEST_F(MainWindow, ClosingItEndsTheEventLoopWithoutAQuestion) {
+  DRUI& window = Open();
+  QSignalSpy ends(qApp, &QCoreApplication::aboutToQuit);
+  bool bModal = false;
+  QTimer::singleShot(0, &window, [&] {
+    window.close();
+    bModal = QApplication::activeModalWidget() != nullptr;
+  });
+
+  const int nStatus = QApplication::exec();
+
+  EXPECT_EQ(0, nStatus);
+  EXPECT_EQ(1, ends.count());
+  EXPECT_FALSE(bModal);
+}
+
+TEST_F(MainWindow, CloseAndMinimizeSlotsCloseAndMinimize) {
+  DRUI& window = Open();
+  QTimer::singleShot(0, &window, [&] { window.btnCloseSlot(); });
+
+  window.btnMinSlot();
+  const bool bMinimized = window.isMinimized();
+  window.showNormal();
+  QApplication::exec();
+
+  EXPECT_TRUE(bMinimized);
+  EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(MainWindow, DraggingTheTopBarMovesTheWindow) {
+  DRUI& window = Open();
+  const QPoint before = window.pos();
+
+  Drag(Find<QLabel>("topBar"), QPoint(700, 70), QPoint(15, -20), Qt::LeftButton);
+
+  EXPECT_EQ(before + QPoint(15, -20), window.pos());
+}
+
+TEST_F(MainWindow, DraggingByTheRightButtonOrByTwoDoesNotMoveTheWindow) {
+  DRUI& window = Open();
+  const QPoint before = window.pos();
+  QMouseEvent bothDown(QEvent::MouseMove, QPoint(5, 5), window.pos() + QPoint(55, 55), Qt::NoButton,
+                       Qt::LeftButton | Qt::RightButton, Qt::NoModifier);
+
+  Drag(Find<QLabel>("topBar"), QPoint(700, 70), QPoint(15, -20), Qt::RightButton);
+  QApplication::sendEvent(&window, &bothDown);
+
+  EXPECT_EQ(before, window.pos());
+}
+
+TEST_F(MainWindow, DraggingInsideATableDoesNotMoveTheWindow) {
+  WriteEmptyBackup("one");
+  DRUI& window = Open();
+  const QPoint before = window.pos();
+
+  Drag(Table("m_pBackupTable")->viewport(), QPoint(20, 20), QPoint(40, 40), Qt::LeftButton);
+  Drag(Table("m_pBackupTable")->viewport(), QPoint(20, 150), QPoint(40, 40), Qt::LeftButton);
+
+  EXPECT_EQ(before, window.pos());
+}
+
+TEST_F(MainWindow, MakesTheWorkFoldersWithTheHomeScreen) {
+  Open();
+
+  const std::string strWork = m_folder.Path("work");
+
+  EXPECT_TRUE(Exists(strWork));
+  EXPECT_TRUE(Exists(strWork + "/VelmoraiTunesExBackupPath"));
+}
+
+TEST_F(MainWindow, WorkFoldersThatExistAreLeftAsTheyAre) {
+  m_folder.MakeFolder("work/VelmoraiTunesExBackupPath/inner");
+  m_folder.Write("work/notes.txt", "mine");
+
+  Open();
+
+  EXPECT_EQ(std::vector<std::string>({"VelmoraiTunesExBackupPath", "notes.txt"}),
+            NamesIn(m_folder.Path("work")));
+  EXPECT_EQ("mine", ReadFile(m_folder.Path("work/notes.txt")));
+}
+
+TEST_F(MainWindow, FilesOfAnEarlierRunAreGoneWhenTheHomeScreenComesUp) {
+  for (const char* pszName : {"VelmoraiTunesExBackupPath/0123", "tmp.jpg", "tmp.avi", "tmp.wav", "other.jpg"})
+    m_folder.Write(std::string("work/") + pszName, "old");
+
+  Open();
+
+  EXPECT_EQ(std::vector<std::string>({"VelmoraiTunesExBackupPath", "other.jpg"}),
+            NamesIn(m_folder.Path("work")));
+  EXPECT_TRUE(NamesIn(m_folder.Path("work/VelmoraiTunesExBackupPath")).empty());
+}
+
+TEST_F(MainWindow, AMissingParentOfTheWorkFolderIsNoError) {
+  SetPlaces(m_folder.Path("backups"), m_folder.Path("no/such/place"));
+
+  DRUI& window = Open();
+
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_FALSE(Exists(m_folder.Path("no")));
+}
+
+TEST_F(MainWindow, TheStepThatBuildsNoFurtherScreenBuildsNone) {
+  DRUI& window = Open();
+  const int nChildren = window.findChildren<QObject*>().size();
+
+  window.InitLayout2Widget();
+
+  EXPECT_EQ(nChildren, window.findChildren<QObject*>().size());
+  EXPECT_EQ(1, WindowAccess::ScreenStack(window)->count());
+}
+
+}  // namespace

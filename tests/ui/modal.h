@@ -1,0 +1,50 @@
+#pragma once
+#include <QObject>
+#include <QPoint>
+#include <QWidget>
+#include <functional>
+#include <list>
+#include <string>
+
+/// Acts on modal dialogs while the test sits in their event loops: one step after the other, each as soon as
+/// a dialog of its class is the one on top. A dialog that doesn't come in time ends the process.
+class ModalSteps {
+ public:
+  ModalSteps() = default;
+  /// Fails the test when a step is left.
+  ~ModalSteps();
+  ModalSteps(const ModalSteps&) = delete;
+  ModalSteps& operator=(const ModalSteps&) = delete;
+
+  /// @param pszClass class of the dialog, as "CMessageBox".
+  /// @param ready    a further condition on the dialog; may be empty.
+  void Then(const char* pszClass, std::function<void(QWidget*)> action,
+            std::function<bool(QWidget*)> ready = {});
+  /// Clicks a button of the dialog, by its object name.
+  void ThenClick(const char* pszClass, const char* pszButton);
+
+  bool Done() const { return m_steps.empty(); }
+
+ private:
+  struct Step {
+    std::string strClass;
+    std::function<void(QWidget*)> action;
+    std::function<bool(QWidget*)> ready;
+  };
+  void Arm();
+  void Look();
+
+  std::list<Step> m_steps;
+  QObject m_context;
+  bool m_bArmed = false;
+  qint64 m_nWaited = 0;
+};
+
+/// A left click in the middle of a widget.
+void Click(QWidget* pWidget);
+/// A left click at a place of a widget.
+void Click(QWidget* pWidget, const QPoint& place);
+
+/// Waits until a condition holds, without an event loop's being needed by it. Events are served.
+/// @return false when it doesn't in time.
+bool WaitFor(const std::function<bool()>& condition, int nMilliseconds = 30000);
