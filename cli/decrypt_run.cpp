@@ -51,6 +51,7 @@ DecryptRun::DecryptRun(const QString& qstrBackup)
 
 DecryptRun::~DecryptRun() {
   if (!m_bHadManifest) QFile::remove(m_qstrDecryptedManifest);
+  QFile::remove(m_qstrDecryptedManifest + ".part");  // of a tool that was ended in the middle
 }
 
 int DecryptRun::Run(const Options& options, ProgressBar& bar) {
@@ -77,8 +78,13 @@ int DecryptRun::Run(const Options& options, ProgressBar& bar) {
   }
   bWrongPassword |= ReadLines(process, nTotal, bar);
   if (StopSignal() != 0) return Interrupted();
-  if (!bWrongPassword) return kExitDone;
   bar.Clear();
-  PrintError(options.qstrBackup + ": wrong password");
-  return kExitPassword;
+  if (bWrongPassword) {
+    PrintError(options.qstrBackup + ": wrong password");
+    return kExitPassword;
+  }
+  // A tool that has told why single files failed leaves the others; one that wrote none leaves nothing to read.
+  if (process.exitCode() == 0 || !QDir(m_qstrFolder).isEmpty(QDir::Files)) return kExitDone;
+  PrintError(options.qstrBackup + ": the backup could not be decrypted");
+  return kExitNotWritten;
 }

@@ -25,13 +25,14 @@ bool Prompt(const QString& qstrBackup, QByteArray& password) {
   if (tcgetattr(terminal.handle(), &shown) != 0) return false;
   termios hidden = shown;
   hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+  // Echo goes off before the question stands: what is typed at once is neither shown nor lost.
+  tcsetattr(terminal.handle(), TCSADRAIN, &hidden);
   terminal.write(QString("Password of %1: ").arg(qstrBackup).toLocal8Bit());
-  tcsetattr(terminal.handle(), TCSAFLUSH, &hidden);
   char szLine[1024];
   // Waiting is what a signal may break off; the reading itself goes on after one.
   pollfd input{terminal.handle(), POLLIN, 0};
   const ssize_t nRead = poll(&input, 1, -1) == 1 ? read(terminal.handle(), szLine, sizeof szLine) : -1;
-  tcsetattr(terminal.handle(), TCSAFLUSH, &shown);
+  tcsetattr(terminal.handle(), TCSADRAIN, &shown);
   terminal.write("\n");
   if (nRead <= 0) return false;
   password = QByteArray(szLine, static_cast<int>(nRead));

@@ -26,7 +26,10 @@ bool Exists(const std::string& strPath) {
 }
 
 Bytes ReadFile(const std::string& strPath) {
+  struct stat attributes;
   errno = 0;
+  if (stat(strPath.c_str(), &attributes) == 0 && !S_ISREG(attributes.st_mode))
+    throw std::runtime_error(strPath + ": is no file");
   std::ifstream file(strPath, std::ios::binary);
   if (!file) throw std::runtime_error(strPath + ": can't be opened: " + strerror(errno));
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
@@ -138,6 +141,7 @@ void BackupFiles::VisitDatabase(const std::function<void(FileJob&& job)>& visit)
         ReadArchivedFile(pRecord, static_cast<size_t>(sqlite3_column_bytes(statement.get(), 2)));
     job.wrappedKey = std::move(record.wrappedKey);
     job.nSize = record.nSize;
+    job.bDamaged = !record.bWhole;
     visit(std::move(job));
   }
   if (nStatus != SQLITE_DONE) throw std::runtime_error(m_strManifest + ": " + sqlite3_errmsg(database.get()));

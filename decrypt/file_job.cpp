@@ -13,6 +13,7 @@ namespace {
 
 constexpr size_t kPieceSize = 256 * 1024;
 constexpr size_t kBlockSize = 16;
+constexpr int kMostParts = 100;  // of one file: left behind by runs that were killed, or written right now
 
 [[noreturn]] void Fail(const std::string& strWhat) {
   throw std::runtime_error(strWhat + ": " + strerror(errno));
@@ -61,10 +62,24 @@ void WritePiece(int nDescriptor, const unsigned char* pBuffer, size_t nSize) {
   }
 }
 
+/// Makes a new file beside the target, its owner's alone. A manifest may list one identifier twice, and then
+/// two workers write it at a time. @param strPart receives its path. @return a descriptor.
+int MakePart(const std::string& strTarget, std::string& strPart) {
+  for (int i = 1; i <= kMostParts; ++i) {
+    strPart = strTarget + ".part" + (i > 1 ? std::to_string(i) : "");
+    const int nPart = open(strPart.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (nPart != -1) return nPart;
+    if (errno != EEXIST) break;
+  }
+  Fail(strPart + " can't be made");
+}
+
 /// Bytes of padding at the end of the last block. Throws when it isn't padding.
 size_t PaddingOf(const unsigned char* pEnd) {
   const size_t nPadding = pEnd[-1];
-  if (nPadding == 0 || nPadding > kBlockSize) throw std::runtime_error("is damaged: its end is no padding");
+  const auto isPadding = [&](unsigned char nByte) { return nByte == nPadding; };
+  if (nPadding == 0 || nPadding > kBlockSize || !std::all_of(pEnd - nPadding, pEnd, isPadding))
+    throw std::runtime_error("is damaged: its end is no padding");
   return nPadding;
 }
 
@@ -73,7 +88,9 @@ uint64_t CopyContent(int nSource, int nTarget, CbcDecryptor* pDecryptor, uint64_
                      uint64_t nSize) {
   if (pDecryptor && nSourceSize % kBlockSize != 0)
     throw std::runtime_error("is cut short: it doesn't end on a whole block");
-  Bytes piece(kPieceSize);
+  if (pDecryptor && nSourceSize == 0 && nSize == UINT64_MAX)
+    throw std::runtime_error("is cut short: it is empty");
+  Bytes piece(static_cast<size_t>(std::min<uint64_t>(kPieceSize, nSourceSize)));
   uint64_t nDone = 0, nWritten = 0;
   while (nDone < nSourceSize && nWritten < nSize) {
     const size_t nWanted = static_cast<size_t>(std::min<uint64_t>(kPieceSize, nSourceSize - nDone));
@@ -96,14 +113,14 @@ uint64_t CopyContent(int nSource, int nTarget, CbcDecryptor* pDecryptor, uint64_
 
 void WriteDecrypted(const std::string& strSource, const std::string& strTarget, const Secret& key,
                     uint64_t nSize) {
-  const Descriptor source(open(strSource.c_str(), O_RDONLY | O_CLOEXEC));
+  // Without waiting for somebody to write, should it be a pipe.
+  const Descriptor source(open(strSource.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat attributes;
   if (source.Get() == -1 || fstat(source.Get(), &attributes) != 0) Fail("can't be opened");
   if (!S_ISREG(attributes.st_mode)) throw std::runtime_error("is no file");
 
-  const std::string strPart = strTarget + ".part";
-  Descriptor target(open(strPart.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
-  if (target.Get() == -1) Fail(strPart + " can't be made");
+  std::string strPart;
+  Descriptor target(MakePart(strTarget, strPart));
   try {
     const auto nSourceSize = static_cast<uint64_t>(attributes.st_size);
     uint64_t nWritten = 0;

@@ -10,6 +10,7 @@ struct FileJob {
   std::string strSource;        ///< path in the backup
   Bytes wrappedKey;             ///< 44 bytes; empty for a file stored in plain
   uint64_t nSize = UINT64_MAX;  ///< its plain size in bytes; UINT64_MAX when the manifest doesn't tell
+  bool bDamaged = false;        ///< the manifest's record of it can't be read
 };
 
 /// Writes a file decrypted under a key and cut to its size; with an empty key, a plain copy.

@@ -28,6 +28,9 @@ void PrintProblem(const std::string& strFile, const std::string& strReason) {
 /// The caller leaves the password unquoted, so that one with blanks arrives in pieces.
 std::string JoinedPassword(char** ppFirst, int nCount) {
   std::string strPassword;
+  size_t nSize = 0;
+  for (int i = 0; i < nCount; ++i) nSize += strlen(ppFirst[i]) + 1;
+  strPassword.reserve(nSize);  // growing would leave copies behind
   for (int i = 0; i < nCount; ++i) strPassword.append(i == 0 ? "" : " ").append(ppFirst[i]);
   return strPassword;
 }

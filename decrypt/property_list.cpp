@@ -48,6 +48,14 @@ plist_t Resolve(plist_t pObjects, plist_t pNode) {
   return plist_array_get_item(pObjects, static_cast<uint32_t>(nPlace));
 }
 
+/// Whether a node is what the archiver writes for nothing.
+bool IsNull(plist_t pNode) {
+  if (!pNode || plist_get_node_type(pNode) != PLIST_STRING) return false;
+  uint64_t nLength = 0;
+  const char* pszText = plist_get_string_ptr(pNode, &nLength);
+  return pszText && strcmp(pszText, "$null") == 0;
+}
+
 }  // namespace
 
 ArchivedFile ReadArchivedFile(const void* pData, size_t nSize) {
@@ -57,9 +65,14 @@ ArchivedFile ReadArchivedFile(const void* pData, size_t nSize) {
   if (!pObjects || plist_get_node_type(pObjects) != PLIST_ARRAY) return file;
   plist_t pRecord = Resolve(pObjects, Member(Member(archive.Root(), "$top"), "root"));
   NumberOf(Resolve(pObjects, Member(pRecord, "Size")), file.nSize);
-  plist_t pKey = Resolve(pObjects, Member(pRecord, "EncryptionKey"));
-  if (!pKey) return file;
-  if (plist_get_node_type(pKey) == PLIST_DICT) pKey = Resolve(pObjects, Member(pKey, "NS.data"));
+  plist_t pReference = Member(pRecord, "EncryptionKey");
+  plist_t pKey = Resolve(pObjects, pReference);
+  if (!pReference || IsNull(pKey)) {
+    file.bWhole = pRecord && plist_get_node_type(pRecord) == PLIST_DICT;
+    return file;
+  }
+  if (pKey && plist_get_node_type(pKey) == PLIST_DICT) pKey = Resolve(pObjects, Member(pKey, "NS.data"));
   file.wrappedKey = DataOf(pKey);
+  file.bWhole = !file.wrappedKey.empty();
   return file;
 }

@@ -33,6 +33,7 @@ void NumberOf(plist_t pNode, uint64_t& nValue);
 struct ArchivedFile {
   Bytes wrappedKey;             ///< class number and wrapped key, 44 bytes; empty for a file stored in plain
   uint64_t nSize = UINT64_MAX;  ///< in bytes; UINT64_MAX when the record doesn't tell
+  bool bWhole = false;          ///< false when these bytes are no record, or name a key that isn't there
 };
 
 /// Reads a record of the keyed archiver. Anything else gives an empty one.

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdio>
 #include <mutex>
+#include <optional>
 #include <stdexcept>
 
 #include "decrypt/backup_files.h"
@@ -32,9 +33,10 @@ class Progress {
     if (++m_nDone % m_nStep == 0) Print();
   }
 
+  /// Tells the last number, unless it was told just now.
   void Finish() {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    Print();
+    if (m_nDone == 0 || m_nDone % m_nStep != 0) Print();
   }
 
  private:
@@ -48,9 +50,16 @@ class Progress {
   uint64_t m_nDone = 0;
 };
 
-/// An empty password is a wrong one, whatever the keybag says.
-bool Unlock(Keybag& keybag, const Secret& password) {
-  return !password.IsEmpty() && keybag.Unlock(password);
+/// The keybag of a backup, unlocked; none when the password is wrong. An empty password is a wrong one,
+/// whatever the keybag says.
+std::optional<Keybag> Unlocked(const std::string& strBackup, const Bytes& data, const Secret& password) {
+  try {
+    Keybag keybag(data);
+    if (password.IsEmpty() || !keybag.Unlock(password)) return std::nullopt;
+    return keybag;
+  } catch (const std::runtime_error& error) {
+    throw std::runtime_error(strBackup + "/Manifest.plist: " + error.what());
+  }
 }
 
 }  // namespace
@@ -58,8 +67,7 @@ bool Unlock(Keybag& keybag, const Secret& password) {
 ToolStatus CheckPassword(const std::string& strBackup, const Secret& password) {
   try {
     const BackupFiles files(strBackup);
-    Keybag keybag(files.KeybagData());
-    if (!Unlock(keybag, password)) {
+    if (!Unlocked(strBackup, files.KeybagData(), password)) {
       PrintWrongPassword();
       return kToolWrongPassword;
     }
@@ -75,16 +83,17 @@ ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFol
   std::atomic<bool> bFailed{false};
   try {
     BackupFiles files(strBackup);
-    Keybag keybag(files.KeybagData());
-    if (!Unlock(keybag, password)) {
+    const std::optional<Keybag> keybag = Unlocked(strBackup, files.KeybagData(), password);
+    if (!keybag) {
       PrintWrongPassword();
       return kToolWrongPassword;
     }
-    files.OpenManifest(keybag);
+    files.OpenManifest(*keybag);
     Progress progress(files.Count());
     WorkerPool pool([&](FileJob& job) {
       try {
-        const Secret key = job.wrappedKey.empty() ? Secret() : keybag.FileKey(job.wrappedKey);
+        if (job.bDamaged) throw std::runtime_error("its record in the manifest is damaged");
+        const Secret key = job.wrappedKey.empty() ? Secret() : keybag->FileKey(job.wrappedKey);
         WriteDecrypted(job.strSource, strFolder + "/" + job.strId, key, job.nSize);
       } catch (const std::exception& error) {
         PrintFailure(job.strSource + ": " + error.what());

@@ -8,6 +8,7 @@
 #include <exception>
 
 #include "sample/backup_builder.h"
+#include "sample/encryption.h"
 #include "sample/written_file.h"
 #include "tests/backup/manifest_bytes.h"
 #include "tests/extract/file_heads.h"
@@ -110,6 +111,36 @@ void WriteHeads() {
   }
 }
 
+void WriteKeybags() {
+  using Age = Encryption::Age;
+  const BackupKeys old({"hashcat", Age::BeforeIos10, 1, 1}), current({"hashcat", Age::From102, 1, 1});
+  const QByteArray whole = current.keybag();
+  // A key for FileKey stands at the end.
+  WriteSeed("fuzz_keybag", "old", old.keybag() + old.wrappedKey("file"));
+  WriteSeed("fuzz_keybag", "current", whole);
+  WriteSeed("fuzz_keybag", "with_key", whole + QByteArray("KEYX\0\0\0\x2C", 8) + current.wrappedKey("file"));
+  WriteSeed("fuzz_keybag", "cut_in_item", whole.left(whole.size() - 5));
+  WriteSeed("fuzz_keybag", "head_alone", whole.left(whole.indexOf("CLAS") - 24));
+  WriteSeed("fuzz_keybag", "endless_item", whole + "UUID\xFF\xFF\xFF\xFF");
+}
+
+void WriteRecords() {
+  const BackupKeys keys({"hashcat", Encryption::Age::From102, 1, 1});
+  const auto seed = [](const char* name, const QByteArray& bytes) {
+    WriteSeed("fuzz_archived_key", name, bytes);
+  };
+  const QByteArray nested = BackupKeys::record(BackupBuilder::kFile, 5000000000, keys.wrappedKey("b"), true);
+  seed("direct", BackupKeys::record(BackupBuilder::kFile, 77, keys.wrappedKey("a"), false));
+  seed("nested", nested);
+  seed("plain", BackupKeys::record(BackupBuilder::kDirectory, 0, {}, false));
+  seed("cut", nested.left(nested.size() / 2));
+  seed("text",
+       "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict><key>$objects</key><array>"
+       "<string>$null</string><dict><key>EncryptionKey</key><data>a2V5</data><key>Size</key>"
+       "<integer>77</integer></dict></array><key>$top</key><dict><key>root</key><integer>1</integer></dict>"
+       "</dict></plist>");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -123,6 +154,8 @@ int main(int argc, char** argv) {
     WriteManifests();
     WriteInfos();
     WriteHeads();
+    WriteKeybags();
+    WriteRecords();
   } catch (const std::exception& error) {
     fprintf(stderr, "fuzz_seeds: %s\n", error.what());
     return 4;

@@ -4,11 +4,14 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <stdexcept>
 
 #include "sample/plist_writer.h"
 #include "sample/written_file.h"
 
 namespace {
+
+constexpr char kManifestName[] = "Manifest.db";  // under which the manifest's own key is derived
 
 // A key whose value is null is left out.
 void writeText(PlistWriter& plist, const QString& key, const QString& value) {
@@ -21,7 +24,21 @@ BackupBuilder::BackupBuilder(const QString& folder, Layout layout) : m_folder(fo
   if (!QDir().mkpath(folder)) written_file::fail(folder, "the folder can't be made");
 }
 
+BackupBuilder::~BackupBuilder() = default;
+
+void BackupBuilder::encrypt(const Encryption& encryption) {
+  const bool isOld = encryption.age == Encryption::Age::BeforeIos10;
+  if (isOld != (m_layout == Layout::Mbdb))
+    throw std::invalid_argument("the encryption's age doesn't go with the layout");
+  m_keys = std::make_unique<BackupKeys>(encryption);
+}
+
+void BackupBuilder::leavePlain(const QString& domain, const QString& relativePath) {
+  m_plainFiles.insert(fileId(domain, relativePath));
+}
+
 void BackupBuilder::writeInfo(const Info& info) {
+  m_productVersion = info.productVersion;
   PlistWriter plist;
   plist.string("Build Version", "13E238");
   writeText(plist, "Device Name", info.displayName);
@@ -45,28 +62,38 @@ QString BackupBuilder::addFile(const QString& domain, const QString& relativePat
                                const QByteArray& content) {
   const QString path = makePlace(domain, relativePath);
   written_file::write(path, content);
-  m_entries.push_back({domain, relativePath, kFile, quint64(content.size()),
-                       QCryptographicHash::hash(content, QCryptographicHash::Sha1), false});
+  m_entries.push_back({domain,
+                       relativePath,
+                       kFile,
+                       quint64(content.size()),
+                       QCryptographicHash::hash(content, QCryptographicHash::Sha1),
+                       false,
+                       {}});
   return path;
 }
 
 void BackupBuilder::addEntry(const QString& domain, const QString& relativePath, quint16 mode) {
-  m_entries.push_back({domain, relativePath, mode, 0, {}, false});
+  m_entries.push_back({domain, relativePath, mode, 0, {}, false, {}});
 }
 
 QString BackupBuilder::reserveFile(const QString& domain, const QString& relativePath) {
   const QString path = makePlace(domain, relativePath);
-  m_entries.push_back({domain, relativePath, kFile, 0, {}, true});
+  m_entries.push_back({domain, relativePath, kFile, 0, {}, true, {}});
   return path;
 }
 
 void BackupBuilder::finish(bool wal) {
   settleReserved();
+  if (m_keys) encryptFiles();
   if (m_layout == Layout::Mbdb) {
     writeMbdb();
   } else {
     writeDb(wal);
   }
+  if (!m_keys) return;
+  if (m_keys->age() == Encryption::Age::From102)
+    m_keys->encryptFile(m_folder + "/Manifest.db", kManifestName, false);
+  writeManifestPlist();
 }
 
 QString BackupBuilder::fileId(const QString& domain, const QString& relativePath) {
@@ -106,4 +133,33 @@ void BackupBuilder::settleReserved() {
     file.close();
     written_file::stamp(path);
   }
+}
+
+/// Gives every file its key, and encrypts those that are there. Of two entries with one file both have its
+/// key.
+void BackupBuilder::encryptFiles() {
+  QSet<QString> done;
+  for (Entry& entry : m_entries) {
+    const QString id = fileId(entry.domain, entry.relativePath);
+    if (entry.mode != kFile || m_plainFiles.contains(id)) continue;
+    entry.wrappedKey = m_keys->wrappedKey(id.toLatin1());
+    if (done.contains(id) || !QFileInfo::exists(filePath(id))) continue;
+    m_keys->encryptFile(filePath(id), id.toLatin1(), true);
+    done.insert(id);
+  }
+}
+
+void BackupBuilder::writeManifestPlist() const {
+  PlistWriter plist;
+  plist.data("BackupKeyBag", m_keys->keybag());
+  plist.date("Date", "2016-12-30T18:04:11Z");
+  plist.boolean("IsEncrypted", true);
+  plist.beginDict("Lockdown");
+  writeText(plist, "ProductVersion", m_productVersion);
+  plist.endDict();
+  if (m_keys->age() == Encryption::Age::From102)
+    plist.data("ManifestKey", m_keys->wrappedKey(kManifestName, 4));  // readable from the first unlock on
+  plist.string("Version", m_layout == Layout::Mbdb ? "9.1" : "10.0");
+  plist.boolean("WasPasscodeSet", true);
+  written_file::write(m_folder + "/Manifest.plist", plist.finish());
 }

@@ -2,7 +2,10 @@
 #include <QByteArray>
 #include <QSet>
 #include <QString>
+#include <memory>
 #include <vector>
+
+#include "sample/encryption.h"
 
 /// Builds one backup, file by file, as a device would have left it. For tests, benchmarks and the sample.
 /// The same calls give the same bytes on every run. Throws std::runtime_error when something can't be
@@ -30,6 +33,14 @@ class BackupBuilder {
 
   /// @param folder the backup's own folder; made, with its parents, where it is missing.
   BackupBuilder(const QString& folder, Layout layout);
+  ~BackupBuilder();
+
+  /// Makes the backup an encrypted one: finish() encrypts each file in place under a key of its own and
+  /// writes "Manifest.plist". Call it before files are added. Its age has to go with the layout.
+  void encrypt(const Encryption& encryption);
+
+  /// Leaves the file of an entry as it is, and its key out of the manifest. For encrypted backups.
+  void leavePlain(const QString& domain, const QString& relativePath);
 
   /// Writes "Info.plist" (XML, keys sorted, as devices do) at once.
   void writeInfo(const Info& info);
@@ -69,9 +80,12 @@ class BackupBuilder {
     quint64 size;
     QByteArray dataHash;  ///< SHA-1 of the content; empty for what has none
     bool reserved;
+    QByteArray wrappedKey;  ///< empty for what isn't encrypted
   };
   QString makePlace(const QString& domain, const QString& relativePath);
   void settleReserved();
+  void encryptFiles();
+  void writeManifestPlist() const;
   void writeMbdb() const;
   void writeDb(bool wal) const;
 
@@ -79,4 +93,7 @@ class BackupBuilder {
   Layout m_layout;
   std::vector<Entry> m_entries;
   QSet<QString> m_madeFolders;
+  std::unique_ptr<BackupKeys> m_keys;  ///< null for a backup in plain
+  QSet<QString> m_plainFiles;          ///< identifiers
+  QString m_productVersion;
 };

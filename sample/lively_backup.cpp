@@ -94,12 +94,17 @@ BackupBuilder::Info infoOf(const LivelyOptions& options) {
   BackupBuilder::Info info;
   info.displayName = QString::fromUtf8("Lena’s iPhone");
   info.lastBackupDate = "2016-12-30T18:04:11Z";
-  // With the newer layout messages have their dates in nanoseconds, which only came with a later system.
-  if (options.layout == BackupBuilder::Layout::Db) {
-    info.productVersion = "11.0.3";
-    info.lastBackupDate = "2017-10-15T07:41:09Z";
-  } else {
-    info.productVersion = "9.3.5";
+  switch (options.systemAge()) {
+    case Encryption::Age::BeforeIos10:
+      info.productVersion = "9.3.5";
+      break;
+    case Encryption::Age::Ios10:
+      info.productVersion = "10.1.1";
+      break;
+    case Encryption::Age::From102:  // 11, since the messages have their dates in nanoseconds
+      info.productVersion = "11.0.3";
+      info.lastBackupDate = "2017-10-15T07:41:09Z";
+      break;
   }
   return info;
 }
@@ -144,10 +149,12 @@ void writeManifestPlist(const QString& folder, const BackupBuilder::Info& info) 
 LivelySummary writeLivelyBackup(const QString& folder, const LivelyOptions& options) {
   BackupBuilder backup(folder, options.layout);
   LivelySummary summary;
+  if (!options.password.isNull())
+    backup.encrypt({options.password, options.systemAge(), options.rounds, options.seed});
   const BackupBuilder::Info info = infoOf(options);
   backup.writeInfo(info);
   writeStatus(folder, info.lastBackupDate);
-  writeManifestPlist(folder, info);
+  if (options.password.isNull()) writeManifestPlist(folder, info);
 
   addOrdinaryEntries(backup);
   const int before = qMax(0, options.entries - options.photos) / 2;

@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <optional>
 
 #include "sample/backup_builder.h"
 
@@ -11,6 +12,15 @@ struct LivelyOptions {
   int contacts = 40;
   int entries = 0;  ///< the manifest is filled up to this many with entries that have no file
   int seed = 1;
+  QByteArray password;  ///< UTF-8; the backup is encrypted where it isn't null
+  int rounds = 1000;    ///< of the password's derivation, see Encryption
+  /// Of the device's system. Null is what goes with the layout: BeforeIos10, or else From102.
+  std::optional<Encryption::Age> age;
+
+  Encryption::Age systemAge() const {
+    if (age) return *age;
+    return layout == BackupBuilder::Layout::Mbdb ? Encryption::Age::BeforeIos10 : Encryption::Age::From102;
+  }
 };
 
 /// What was written.

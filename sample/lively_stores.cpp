@@ -91,7 +91,7 @@ class Talks {
     const qint64 step = qMax<qint64>(1, kDateSpan / qMax(1, m_options.messages));
     const qint64 jitter = m_random.below(static_cast<int>(qMin<qint64>(step, 1000000)));
     const qint64 seconds = kFirstDate + kDateSpan * index / qMax(1, m_options.messages) + jitter;
-    return m_options.layout == Layout::Db ? seconds * kNanoseconds : seconds;
+    return m_options.systemAge() == Encryption::Age::From102 ? seconds * kNanoseconds : seconds;
   }
 
   QString plainText(int index) {

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <cstdio>
 #include <exception>
+#include <map>
 
 #include "sample/lively_backup.h"
 
@@ -31,6 +32,35 @@ const NumberOption kNumbers[] = {
     {"seed", "Another number makes another backup.", &LivelyOptions::seed},
 };
 
+/// Takes over what tells of the encryption. @return what is wrong with it; null when nothing is.
+QString readEncryption(const QCommandLineParser& parser, LivelyOptions& options) {
+  using Age = Encryption::Age;
+  static const std::map<QString, Age> kAges = {
+      {"9", Age::BeforeIos10}, {"10.0", Age::Ios10}, {"10.2", Age::From102}};
+  if (!parser.isSet("encrypted")) {
+    for (const char* name : {"rounds", "age"}) {
+      if (parser.isSet(name)) return QString("--%1 goes with --encrypted").arg(name);
+    }
+    return {};
+  }
+  options.password = parser.value("encrypted").toUtf8();
+  if (options.password.isEmpty()) return "--encrypted needs a password";
+  bool ok = false;
+  options.rounds = parser.value("rounds").toInt(&ok);
+  if (!ok || options.rounds < 1)
+    return "--rounds takes a number from 1 on, not \"" + parser.value("rounds") + "\"";
+  if (!parser.isSet("age")) return {};
+  const auto age = kAges.find(parser.value("age"));
+  if (age == kAges.end()) return "--age is 9, 10.0 or 10.2, not \"" + parser.value("age") + "\"";
+  options.age = age->second;
+  const auto layout =
+      age->second == Age::BeforeIos10 ? BackupBuilder::Layout::Mbdb : BackupBuilder::Layout::Db;
+  if (parser.isSet("layout") && options.layout != layout)
+    return "--age " + age->first + " doesn't go with --layout " + parser.value("layout");
+  options.layout = layout;
+  return {};
+}
+
 /// Takes the options over. @return what is wrong with them; null when nothing is.
 QString readOptions(const QCommandLineParser& parser, LivelyOptions& options) {
   const QString layout = parser.value("layout");
@@ -46,7 +76,7 @@ QString readOptions(const QCommandLineParser& parser, LivelyOptions& options) {
     }
     options.*number.member = value;
   }
-  return {};
+  return readEncryption(parser, options);
 }
 
 }  // namespace
@@ -68,6 +98,17 @@ int main(int argc, char** argv) {
   for (const NumberOption& number : kNumbers) {
     parser.addOption({number.name, number.description, "N", QString::number(options.*number.member)});
   }
+  parser.addOption({"encrypted", "Encrypt the backup under this password.", "PASSWORD"});
+  parser.addOption(
+      {"rounds",
+       "With --encrypted: rounds of the password's derivation. Devices have 10000 up to 10.1 and "
+       "10000000 from 10.2 on.",
+       "N", QString::number(options.rounds)});
+  parser.addOption(
+      {"age",
+       "With --encrypted: the system that wrote it, 9, 10.0 or 10.2. Without it, 9 with --layout mbdb, else "
+       "10.2.",
+       "VERSION"});
   parser.process(app);
 
   const QStringList folders = parser.positionalArguments();

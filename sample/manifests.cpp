@@ -106,7 +106,7 @@ void BackupBuilder::writeMbdb() const {
     appendString(out, entry.relativePath.toUtf8());
     isLink ? appendString(out, "/private/var/mobile/" + entry.relativePath.toUtf8()) : appendAbsent(out);
     entry.dataHash.isEmpty() ? appendAbsent(out) : appendString(out, entry.dataHash);
-    appendAbsent(out);  // encryption key
+    entry.wrappedKey.isEmpty() ? appendAbsent(out) : appendString(out, entry.wrappedKey);
 
     const quint32 time = kFirstTime + quint32(quint64{number} * 7919 % kTimeSpan);
     appendNumber<quint16>(out, entry.mode);
@@ -142,9 +142,15 @@ void BackupBuilder::writeDb(bool wal) const {
   store.run("CREATE TABLE Properties (key TEXT PRIMARY KEY, value BLOB)");
   store.run("INSERT INTO Properties VALUES (?, ?)", {"salt", QByteArray::fromHex("5b0e9c2f7a61d384")});
   const FileBlobs blobs;
+  // Devices store a key's bytes in either way.
+  size_t number = 0;
+  const auto record = [&](const Entry& entry) {
+    return m_keys ? BackupKeys::record(entry.mode, entry.size, entry.wrappedKey, number++ % 2 == 1)
+                  : blobs.make(entry.mode, entry.size);
+  };
   for (const Entry& entry : m_entries) {
     store.run(kInsert, {fileId(entry.domain, entry.relativePath), entry.domain, entry.relativePath,
-                        flagsOfMode(entry.mode), blobs.make(entry.mode, entry.size)});
+                        flagsOfMode(entry.mode), record(entry)});
   }
   // Behind the rows, where they are much quicker to build.
   store.run("CREATE INDEX FilesDomainIdx ON Files(domain)");

@@ -1,0 +1,48 @@
+// The keybag of an encrypted backup, and keys wrapped under its classes.
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+
+#include "decrypt/keybag.h"
+#include "fuzz/scratch_folder.h"
+
+namespace {
+
+constexpr size_t kFileKeySize = 44;
+
+/// Every reason is told by a runtime_error that has a text.
+template <typename Action>
+bool Succeeds(const Action& action) {
+  try {
+    action();
+    return true;
+  } catch (const std::runtime_error& error) {
+    Require(*error.what() != '\0', "a reason is told");
+    return false;
+  }
+}
+
+/// One round each, so that a password can be tried: of two items with one tag the later counts.
+Bytes WithFewRounds(Bytes data) {
+  static const std::string kRounds("ITER\0\0\0\4\0\0\0\1DPIC\0\0\0\4\0\0\0\1", 24);
+  data.insert(data.end(), kRounds.begin(), kRounds.end());
+  return data;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
+  const Bytes data(pData, pData + nSize);
+  const Bytes wrapped(data.end() - static_cast<std::ptrdiff_t>(std::min(nSize, kFileKeySize)), data.end());
+  const bool bWhole = Succeeds([&] {
+    const Keybag locked(data);
+    Require(!Succeeds([&] { locked.FileKey(wrapped); }), "a locked keybag gives no keys");
+  });
+  if (!bWhole) return 0;  // its last item could swallow what is appended
+  Require(nSize >= 16, "no keybag is that short");
+  Succeeds([&] {
+    Keybag keybag(WithFewRounds(data));
+    if (keybag.Unlock(Secret("hashcat", 7))) Succeeds([&] { keybag.FileKey(wrapped); });
+  });
+  return 0;
+}
