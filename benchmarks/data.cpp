@@ -73,7 +73,7 @@ std::string MessageStorePath() {
       handles.push_back(store.addHandle(QString("+4930%1").arg(1000000 + i * 37)));
       chats.push_back(store.addChat(QString("chat%1").arg(i)));
     }
-    for (int i = 0; i < kMessages; ++i) {
+    for (int i = 0; i < kMessageCount; ++i) {
       const auto sender = static_cast<size_t>((i * 7919LL) % kSenders);
       const qint64 date = (430000000LL + i * 61LL) * 1000000000LL;
       store.addMessage(handles[sender], QString("Message %1: see you at the usual place, half past six?").arg(i), date,

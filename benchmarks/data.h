@@ -6,7 +6,7 @@
 
 constexpr int kManifestEntries = 1000000;
 constexpr int kMediaFiles = 100000;
-constexpr int kMessages = 1000000;
+constexpr int kMessageCount = 1000000;
 constexpr int kSenders = 2000;
 constexpr int kPeople = 5000;
 

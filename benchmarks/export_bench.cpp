@@ -34,11 +34,11 @@ std::string FreshFolder() {
   return strFolder;
 }
 
-/// kMessages messages in kSenders conversations, each of a person with a name.
+/// kMessageCount messages in kSenders conversations, each of a person with a name.
 const MessageMap& Messages() {
   static const MessageMap messages = [] {
     MessageMap map;
-    for (int i = 0; i < kMessages; ++i) {
+    for (int i = 0; i < kMessageCount; ++i) {
       const int nSender = static_cast<int>(i * 7919LL % kSenders);
       __MESSAGE_INFO__ message;
       message.nIsFromMe = i % 3 == 0;

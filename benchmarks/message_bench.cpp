@@ -28,7 +28,7 @@ void PlainMessageQuery(benchmark::State& state) {
     }
     sqlite3_finalize(pStatement);
     sqlite3_close(pStore);
-    if (nRows != kMessages) state.SkipWithError("messages are missing");
+    if (nRows != kMessageCount) state.SkipWithError("messages are missing");
   }
 }
 BENCHMARK(PlainMessageQuery)->Unit(benchmark::kMillisecond);
