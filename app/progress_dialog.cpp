@@ -85,6 +85,7 @@ void SCANUI::InitDialog() {
 
   m_progressBar = new QProgressBar;
   m_progressBar->setObjectName("progressBar");
+  m_progressBar->setAccessibleName("Progress");
   m_progressBar->setRange(0, 100);
   m_progressBar->setValue(0);
   m_progressBar->setTextVisible(false);
@@ -202,7 +203,6 @@ void SCANUI::closeEvent(QCloseEvent* pEvent) {
   if (m_bIsFinished) return pEvent->accept();
   const bool bDone = m_nOprType == kRecovery && m_pCancelButton && m_pCancelButton->text() == kFinished;
   if (!bDone && !ConfirmsCancel()) return pEvent->ignore();
-  if (m_bIsFinished) return pEvent->accept();  // the worker ended while the question stood
   m_pWindow->*KindOf(m_nOprType).pCancel = true;
   WaitForWorker();
   m_progressBar->setValue(0);

@@ -148,6 +148,9 @@ QTableWidget* DRUI::CreateTable(const TableSpec& spec) {
   auto* pTable = new QTableWidget;
   this->*spec.pTable = pTable;
   pTable->setObjectName(spec.pszName);
+  pTable->setAccessibleName(spec.nNumber == TableSpec::kAppFiles
+                                ? QString("Files of the app")
+                                : QString(Categories()[static_cast<size_t>(spec.nNumber)].pszLabel));
   pTable->setAttribute(Qt::WA_MouseTracking);
   pTable->setColumnCount(static_cast<int>(spec.columns.size()));
   QStringList titles;
