@@ -72,7 +72,7 @@ void DRUI::btnRecovery() {
   thread.start(QThread::InheritPriority);
   dialog.exec();
   // The dialog closes when the worker is done; its last steps need no more than a moment.
-  while (!thread.wait(0)) m_handOver.ServeFor(1);
+  while (!thread.wait(0) || !thread.HasEnded()) m_handOver.ServeFor(1);
 }
 
 void DRUI::_RecoveryProcess(void* pWindow, int&) {

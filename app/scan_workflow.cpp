@@ -45,7 +45,7 @@ void DRUI::btnSlotScan() {
   dialog.exec();
   thread.exit(0);
   // The worker's last act was the signal that closed the dialog; it ends in a moment.
-  while (!thread.wait(0)) m_handOver.ServeFor(1);
+  while (!thread.wait(0) || !thread.HasEnded()) m_handOver.ServeFor(1);
   RefreshSelectFileInfo();
 }
 

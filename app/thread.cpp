@@ -8,4 +8,5 @@ void CMyThread::SetFunc(Function pfnFunction, void* pContext) {
 void CMyThread::run() {
   int nResult = 0;
   if (m_pfnFunction) m_pfnFunction(m_pContext, nResult);
+  m_bEnded = true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include <QThread>
+#include <atomic>
 
 /// A thread that runs one function. Owned by who starts it; the function's result goes nowhere.
 class CMyThread : public QThread {
@@ -11,6 +12,9 @@ class CMyThread : public QThread {
   /// What to run. Comes before start.
   void SetFunc(Function pfnFunction, void* pContext);
 
+  /// True once the function has returned; what it did is visible to who sees that.
+  bool HasEnded() const { return m_bEnded; }
+
  signals:
   void ProcessCallBack(int nProgress);  ///< nothing emits it
 
@@ -20,4 +24,5 @@ class CMyThread : public QThread {
  private:
   Function m_pfnFunction = nullptr;
   void* m_pContext = nullptr;
+  std::atomic<bool> m_bEnded{false};
 };

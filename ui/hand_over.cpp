@@ -11,8 +11,7 @@ void HandOver::Run(const std::function<void()>& step) {
   std::unique_lock<std::mutex> lock(m_mutex);
   m_pStep = &step;
   m_changed.notify_all();
-  QMetaObject::invokeMethod(
-      this, [this] { ServePending(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(this, "ServePending", Qt::QueuedConnection);
   m_changed.wait(lock, [this] { return m_pStep == nullptr; });
 }
 
@@ -24,14 +23,13 @@ void HandOver::ServeFor(unsigned int nMilliseconds) {
   ServePending();
 }
 
-bool HandOver::ServePending() {
+void HandOver::ServePending() {
   std::unique_lock<std::mutex> lock(m_mutex);
   const std::function<void()>* pStep = m_pStep;
-  if (!pStep) return false;  // served already, while the main thread blocked
+  if (!pStep) return;  // served already, while the main thread blocked
   lock.unlock();
   (*pStep)();
   lock.lock();
   m_pStep = nullptr;
   m_changed.notify_all();
-  return true;
 }

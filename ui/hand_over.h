@@ -20,7 +20,8 @@ class HandOver : public QObject {
   void ServeFor(unsigned int nMilliseconds);
 
  private:
-  bool ServePending();
+  /// Runs the step that waits; none when it was served already.
+  Q_INVOKABLE void ServePending();
 
   std::mutex m_mutex;
   std::condition_variable m_changed;
