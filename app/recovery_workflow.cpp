@@ -11,47 +11,36 @@
 
 namespace {
 
-/// What the six file categories differ by: where their stretch of the bar begins, how far their files carry
-/// it (in hundredths of a percent) and the mark at their end.
-struct FileStep {
-  CategoryNumber nNumber;
-  int nPercent;
-  int nNumerator;
-  int nEndMark;
-};
-
-// In the order of the recovery, which isn't that of the tree.
-constexpr FileStep kFileSteps[] = {
-    {kCameraRoll, 0, 2000, 2000},           {kPhotoStream, 20, 2000, 4000},
-    {kAppPhotos, 40, 1000, 5000},           {kAppVideos, 50, 2000, 7000},
-    {kWhatsAppAttachments, 70, 1000, 8000}, {kMessageAttachments, 80, 1000, 9000},
-};
-
 constexpr int kEndPercent = 1000;  // whatever stands before it, the bar is full
 constexpr int kEndProgress = 10000;
 
-struct FileRecord {
-  std::string strName;
-  std::u16string wstrPath;
+/// A category whose ticked rows go into one page, one by one.
+struct PageStep {
+  CategoryNumber nNumber;
+  void (*pfnAdd)(CRecovery& recovery, const QVariant& hidden);
+  void (*pfnSave)(CRecovery& recovery);
+  int nProgress;            // of the report at its end, in hundredths of a percent
+  const char* pszReported;  // the path in that report, below the destination
 };
 
-/// The record of a row. Throws std::out_of_range for a row beyond the list, as a map that outlived its scan
-/// may hold.
-FileRecord RecordOf(const BackupRecords& records, CategoryNumber nNumber, U32 nRow) {
-  const auto of = [nRow](const auto& list) {
-    return FileRecord{list.at(nRow).strFileName, list.at(nRow).wstrFilePath};
-  };
-  switch (nNumber) {
-    case kCameraRoll:
-      return of(records.m_vecCamera);
-    case kPhotoStream:
-      return of(records.m_vecPhotoStream);
-    case kWhatsAppAttachments:
-      return of(records.m_vecWhatsAppAttachment);
-    default:
-      return of(records.m_vecMessageAttachment);
-  }
+template <typename Record, void (CRecovery::*kAdd)(const Record*)>
+void AddRow(CRecovery& recovery, const QVariant& hidden) {
+  const auto record = hidden.value<Record>();
+  (recovery.*kAdd)(&record);
 }
+
+constexpr PageStep kPageSteps[] = {
+    {kContacts, AddRow<__PERSON_CONTENT__, &CRecovery::RecoveryContacts>,
+     [](CRecovery& recovery) {
+       recovery.SaveContactsCsv();
+       recovery.SaveContacts();
+     },
+     9200, "/Contacts/Contacts.html"},
+    {kCallHistory, AddRow<__CALLHISTORY__, &CRecovery::RecoveryCallHistory>,
+     [](CRecovery& recovery) { recovery.SaveCallHistory(); }, 9300, "/CallHistory/CallHistory.html"},
+    {kNotes, AddRow<__NOTES__, &CRecovery::RecoveryNotes>, [](CRecovery& recovery) { recovery.SaveNotes(); },
+     9500, "/Notes/Notes.html"},
+};
 
 int Share(size_t nDone, int nNumerator, size_t nTotal) {
   return static_cast<int>(nDone * static_cast<size_t>(nNumerator) / nTotal);
@@ -104,34 +93,33 @@ void DRUI::RecoveryProcess() {
 void DRUI::RecoverFiles() {
   BackupFileCopier copier(m_strSelectDir, FromNarrow(m_backupFile.GetBackupFolder()));
   // The window reports every file as done; a copy that failed isn't noticed, and a cancel stops nothing.
-  const auto copy = [&](const QString& qstrFolder, const std::string& strName,
-                        const std::u16string& wstrSource, int nProgress, int nPercent) {
-    const WrittenFile file = copier.Copy(qstrFolder, strName, wstrSource);
-    RecoveryCallBack(nProgress, nPercent, 0, ToWide(file.qstrPath).c_str());
+  const auto copy = [&](const QString& qstrFolder, const FileToCopy& file, int nProgress, int nPercent) {
+    const WrittenFile written = copier.Copy(qstrFolder, file.strName, file.wstrPath);
+    RecoveryCallBack(nProgress, nPercent, 0, ToWide(written.qstrPath).c_str());
   };
-  for (const FileStep& step : kFileSteps) {
+  for (const FileStep& step : FileSteps()) {
     const TableSpec& spec = TableSpec::Of(step.nNumber);
-    const QString qstrFolder = Categories()[step.nNumber].pszFolder;
+    const Category& category = Categories()[step.nNumber];
+    const QString qstrFolder = category.pszFolder;
     size_t nDone = 0;
     if (!spec.IsAppTable()) {
       const SelectionMap& selection = this->*spec.pSelection;
-      for (const auto& [nRow, nBytes] : selection) {
-        const FileRecord record = RecordOf(m_records, step.nNumber, nRow);
-        copy(qstrFolder, record.strName, record.wstrPath, Share(++nDone, step.nNumerator, selection.size()),
+      // A map that outlived its scan may hold a row beyond the list: that ends the program.
+      for (const auto& [nRow, nBytes] : selection)
+        copy(qstrFolder, category.pfnFile(m_records, nRow), Share(++nDone, step.nNumerator, selection.size()),
              step.nPercent);
-      }
     } else {
       const AppSelectionMap& selection = this->*spec.pAppSelection;
-      const AppFileMap& apps = m_records.*spec.pApps;
+      const AppFileMap& apps = m_records.*category.pApps;
       for (const auto& [qstrApp, rows] : selection) {
-        const int nProgress =
-            Share(++nDone, step.nNumerator, selection.size());  // one for all files of an app
+        // One value for all files of an app.
+        const int nProgress = Share(++nDone, step.nNumerator, selection.size());
         const auto it = apps.find(ToNarrow(qstrApp));
         if (it == apps.end()) continue;
         for (const auto& [nRow, nBytes] : rows) {
           const _IPHONE_APP_FILE_INFO_& file = it->second.at(nRow);
-          copy(qstrFolder + FromNarrow(file.strAppName) + '/', file.strFileName, file.wstrFilePath, nProgress,
-               step.nPercent);
+          copy(qstrFolder + FromNarrow(file.strAppName) + '/', {file.strFileName, file.wstrFilePath},
+               nProgress, step.nPercent);
         }
       }
     }
@@ -173,30 +161,15 @@ void DRUI::RecoverDocuments(CRecovery& recovery) {
     report(9100, "/Message/sms.csv");
   }
   recovery.SaveMessage();
-  if (!m_mapSelContacts.empty()) {
-    for (const QVariant& hidden : HiddenData(m_pContactsTable, m_mapSelContacts)) {
-      const auto person = hidden.value<__PERSON_CONTENT__>();
-      if (hidden.isValid()) recovery.RecoveryContacts(&person);
+  for (const PageStep& step : kPageSteps) {
+    const TableSpec& spec = TableSpec::Of(step.nNumber);
+    const SelectionMap& selection = this->*spec.pSelection;
+    if (selection.empty()) continue;
+    for (const QVariant& hidden : HiddenData(this->*spec.pTable, selection)) {
+      if (hidden.isValid()) step.pfnAdd(recovery, hidden);
     }
-    recovery.SaveContactsCsv();
-    recovery.SaveContacts();
-    report(9200, "/Contacts/Contacts.html");
-  }
-  if (!m_mapSelCallHistory.empty()) {
-    for (const QVariant& hidden : HiddenData(m_pCallHistoryTable, m_mapSelCallHistory)) {
-      const auto call = hidden.value<__CALLHISTORY__>();
-      if (hidden.isValid()) recovery.RecoveryCallHistory(&call);
-    }
-    recovery.SaveCallHistory();
-    report(9300, "/CallHistory/CallHistory.html");
-  }
-  if (!m_mapSelNotes.empty()) {
-    for (const QVariant& hidden : HiddenData(m_pNotesTable, m_mapSelNotes)) {
-      const auto note = hidden.value<__NOTES__>();
-      if (hidden.isValid()) recovery.RecoveryNotes(&note);
-    }
-    recovery.SaveNotes();
-    report(9500, "/Notes/Notes.html");
+    step.pfnSave(recovery);
+    report(step.nProgress, step.pszReported);
   }
   // Chats go by the row numbers of the ticked messages, so that without one of those none is written.
   if (!m_mapSelWhatsapp.empty()) {

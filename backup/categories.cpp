@@ -4,24 +4,49 @@
 
 namespace {
 
+/// The file of a row of one of the lists.
+template <auto kList>
+FileToCopy FileOf(const BackupRecords& records, size_t nRow) {
+  const auto& file = (records.*kList).at(nRow);
+  return {file.strFileName, file.wstrFilePath};
+}
+
+using Records = BackupRecords;
+
 constexpr std::array<Category, kCategoryCount> kCategories = {{
-    {kCameraRoll, "Camera Roll", "/Camera Roll/",
-     [](const BackupRecords& r) { return r.m_vecCamera.size(); }},
+    {kCameraRoll, "Camera Roll", "/Camera Roll/", [](const Records& r) { return r.m_vecCamera.size(); },
+     FileOf<&Records::m_vecCamera>, nullptr},
     {kPhotoStream, "Photo Stream", "/Photo Stream/",
-     [](const BackupRecords& r) { return r.m_vecPhotoStream.size(); }},
+     [](const Records& r) { return r.m_vecPhotoStream.size(); }, FileOf<&Records::m_vecPhotoStream>, nullptr},
     {kAppPhotos, "App Photos", "/App Photos/",
-     [](const BackupRecords& r) { return static_cast<size_t>(r.m_nAppPhotoCount); }},
+     [](const Records& r) { return static_cast<size_t>(r.m_nAppPhotoCount); }, nullptr,
+     &Records::m_mapAppPhotoFiles},
     {kAppVideos, "App Videos", "/App Video/",  // the folder's name differs from the label, and so below
-     [](const BackupRecords& r) { return static_cast<size_t>(r.m_nAppVideoCount); }},
-    {kMessages, "Message", nullptr, [](const BackupRecords& r) { return r.m_mapMessage.size(); }},
+     [](const Records& r) { return static_cast<size_t>(r.m_nAppVideoCount); }, nullptr,
+     &Records::m_mapAppVideoFiles},
+    {kMessages, "Message", nullptr, [](const Records& r) { return r.m_mapMessage.size(); }, nullptr, nullptr},
     {kMessageAttachments, "Messages Attachments", "/Message Attachments/",
-     [](const BackupRecords& r) { return r.m_vecMessageAttachment.size(); }},
-    {kContacts, "Contacts", nullptr, [](const BackupRecords& r) { return r.m_vecContact.size(); }},
-    {kCallHistory, "Call History", nullptr, [](const BackupRecords& r) { return r.m_vecCall.size(); }},
-    {kNotes, "Notes", nullptr, [](const BackupRecords& r) { return r.m_vecNote.size(); }},
-    {kWhatsApp, "WhatsApp", nullptr, [](const BackupRecords& r) { return r.m_mapWhatsApp.size(); }},
+     [](const Records& r) { return r.m_vecMessageAttachment.size(); },
+     FileOf<&Records::m_vecMessageAttachment>, nullptr},
+    {kContacts, "Contacts", nullptr, [](const Records& r) { return r.m_vecContact.size(); }, nullptr,
+     nullptr},
+    {kCallHistory, "Call History", nullptr, [](const Records& r) { return r.m_vecCall.size(); }, nullptr,
+     nullptr},
+    {kNotes, "Notes", nullptr, [](const Records& r) { return r.m_vecNote.size(); }, nullptr, nullptr},
+    {kWhatsApp, "WhatsApp", nullptr, [](const Records& r) { return r.m_mapWhatsApp.size(); }, nullptr,
+     nullptr},
     {kWhatsAppAttachments, "WhatsApp Attachments", "/WhatsApp Attachments/",
-     [](const BackupRecords& r) { return r.m_vecWhatsAppAttachment.size(); }},
+     [](const Records& r) { return r.m_vecWhatsAppAttachment.size(); },
+     FileOf<&Records::m_vecWhatsAppAttachment>, nullptr},
+}};
+
+constexpr std::array<FileStep, 6> kFileSteps = {{
+    {kCameraRoll, 0, 2000, 2000},
+    {kPhotoStream, 20, 2000, 4000},
+    {kAppPhotos, 40, 1000, 5000},
+    {kAppVideos, 50, 2000, 7000},
+    {kWhatsAppAttachments, 70, 1000, 8000},
+    {kMessageAttachments, 80, 1000, 9000},
 }};
 
 /// One question to the parser, and the categories that its answer fills.
@@ -40,7 +65,6 @@ int ReadAppFiles(IPhoneRecoveryParse& parser, BackupRecords& records) {
 
 const std::vector<WalkStep>& WalkSteps() {
   using Parser = IPhoneRecoveryParse;
-  using Records = BackupRecords;
   static const std::vector<WalkStep> steps = {
       {[](Parser& p, Records& r) { return p.GetCameraFilePath(r.m_vecCamera, r.m_vecPhotoStream); },
        {kCameraRoll, kPhotoStream}},
@@ -62,6 +86,10 @@ const std::vector<WalkStep>& WalkSteps() {
 
 const std::array<Category, kCategoryCount>& Categories() {
   return kCategories;
+}
+
+const std::array<FileStep, 6>& FileSteps() {
+  return kFileSteps;
 }
 
 std::string CategoryLabel(const Category& category, size_t nCount) {

@@ -7,10 +7,6 @@
 
 namespace {
 
-// The order in which the window recovers files, which isn't that of the tree.
-constexpr std::array kFileOrder = {kCameraRoll, kPhotoStream,         kAppPhotos,
-                                   kAppVideos,  kWhatsAppAttachments, kMessageAttachments};
-
 class FileRecovery {
  public:
   FileRecovery(const Options& options, OpenBackup& backup, RecoveryReport& report)
@@ -18,38 +14,24 @@ class FileRecovery {
         m_records(backup.records),
         m_report(report) {}
 
-  void CopyCategory(CategoryNumber nNumber) {
-    const QString qstrFolder = Categories()[nNumber].pszFolder;
-    switch (nNumber) {
-      case kCameraRoll:
-        return CopyList(m_records.m_vecCamera, qstrFolder);
-      case kPhotoStream:
-        return CopyList(m_records.m_vecPhotoStream, qstrFolder);
-      case kAppPhotos:
-        return CopyApps(m_records.m_mapAppPhotoFiles, qstrFolder);
-      case kAppVideos:
-        return CopyApps(m_records.m_mapAppVideoFiles, qstrFolder);
-      case kWhatsAppAttachments:
-        return CopyList(m_records.m_vecWhatsAppAttachment, qstrFolder);
-      case kMessageAttachments:
-        return CopyList(m_records.m_vecMessageAttachment, qstrFolder);
-      default:
-        return;
+  void CopyCategory(const Category& category) {
+    const QString qstrFolder = category.pszFolder;
+    if (category.pApps) {
+      for (const auto& [strApp, files] : m_records.*category.pApps) {
+        for (const _IPHONE_APP_FILE_INFO_& file : files)
+          Copy(qstrFolder + FromNarrow(strApp) + '/', {file.strFileName, file.wstrFilePath});
+      }
+      return;
     }
+    for (size_t nRow = 0; nRow < category.pfnCount(m_records); ++nRow)
+      Copy(qstrFolder, category.pfnFile(m_records, nRow));
   }
 
  private:
-  template <typename File>
-  void CopyList(const std::vector<File>& files, const QString& qstrFolder) {
-    for (const File& file : files) {
-      if (StopSignal() != 0) return;
-      m_report.Add(m_copier.Copy(qstrFolder, file.strFileName, file.wstrFilePath));
-      m_report.Advance();
-    }
-  }
-
-  void CopyApps(const AppFileMap& apps, const QString& qstrFolder) {
-    for (const auto& [strApp, files] : apps) CopyList(files, qstrFolder + FromNarrow(strApp) + '/');
+  void Copy(const QString& qstrFolder, const FileToCopy& file) {
+    if (StopSignal() != 0) return;
+    m_report.Add(m_copier.Copy(qstrFolder, file.strName, file.wstrPath));
+    m_report.Advance();
   }
 
   BackupFileCopier m_copier;
@@ -99,8 +81,8 @@ bool WantsDocuments(const Options& options) {
 
 void RecoverFiles(const Options& options, OpenBackup& backup, RecoveryReport& report) {
   FileRecovery recovery(options, backup, report);
-  for (CategoryNumber nNumber : kFileOrder) {
-    if (IsWanted(options, nNumber)) recovery.CopyCategory(nNumber);
+  for (const FileStep& step : FileSteps()) {
+    if (IsWanted(options, step.nNumber)) recovery.CopyCategory(Categories()[step.nNumber]);
   }
 }
 

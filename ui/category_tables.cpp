@@ -3,15 +3,26 @@
 #include <QHeaderView>
 #include <QVBoxLayout>
 
+#include "common/text.h"
 #include "ui/styles.h"
 
 namespace {
 
 constexpr int kRowHeight = 30;
 
+constexpr char kFileIcon[] = ":/image/FileIcon/image.png";
+constexpr QSize kPictureSize(750, 300);
+constexpr QSize kAttachmentSize(700, 200);
+constexpr QSize kLeastTextSize(200, 300);
+
 template <typename Record>
 U32 SizeOf(const QVariant& hidden) {
   return hidden.value<Record>().uFileSize;
+}
+
+template <typename Record>
+QString PathOf(const QVariant& hidden) {
+  return FromWide(hidden.value<Record>().wstrFilePath);
 }
 
 }  // namespace
@@ -19,127 +30,85 @@ U32 SizeOf(const QVariant& hidden) {
 const std::array<TableSpec, kCategoryCount + 1>& TableSpec::All() {
   static const std::vector<Column> fileColumns = {{"Name", 400}, {"Size", 300}};
   static const std::vector<Column> appColumns = {{"App Name", 400}, {"Type", 300}};
+  const auto picture = [](const char* pszName, QLabel* DRUI::*pLabel, QSize labelSize, QSize pictureSize,
+                          QString (*pfnPath)(const QVariant&), QLabel* DRUI::*pCaption = nullptr) {
+    return TablePreview{pszName,   &DRUI::ShowPicture, pLabel,  nullptr,
+                        labelSize, pictureSize,        pfnPath, pCaption};
+  };
+  const auto text = [](const char* pszName, QLabel* DRUI::*pLabel, QString (*pfnText)(const QVariant&)) {
+    return TablePreview{pszName, &DRUI::ShowText, pLabel, nullptr, kLeastTextSize, QSize(), pfnText, nullptr};
+  };
+  const auto chat = [](const char* pszName, QWebView* DRUI::*pView,
+                       void (DRUI::*pfnShow)(const TablePreview&, const QVariant&)) {
+    return TablePreview{pszName, pfnShow, nullptr, pView, QSize(), QSize(), nullptr, nullptr};
+  };
   // The words of the headers are the system's own: "Data" and "Photo" stand where one might expect others.
   static const std::array<TableSpec, kCategoryCount + 1> specs = {{
-      {kCameraRoll, ":/image/photo.png", "m_pCameraTable", "cameraPage", &DRUI::m_pCameraTable, fileColumns,
-       QSize(300, 180), &DRUI::cameraTableItemPress, &DRUI::cameraTableItemSelectChanged, nullptr,
-       table_fill::Camera, &DRUI::m_mapSelCamera, SizeOf<_IPHONE_CAMERA_INFO_>, nullptr, nullptr, false},
-      {kPhotoStream, ":/image/photostream.png", "m_pPhotoStreamTable", "photoStreamPage",
-       &DRUI::m_pPhotoStreamTable, fileColumns, QSize(300, 225), &DRUI::photoStreamTableItemPress,
-       &DRUI::photoStreamTableItemSelectChanged, nullptr, table_fill::PhotoStream, &DRUI::m_mapSelPhotoStream,
-       SizeOf<_IPHONE_CAMERA_INFO_>, nullptr, nullptr, false},
-      {kAppPhotos, ":/image/appphoto.png", "m_pAppPhotosTable", "appPhotosPage", &DRUI::m_pAppPhotosTable,
-       appColumns, QSize(300, 225), &DRUI::appPhotosTableItemPress, &DRUI::appPhotosTableItemSelectChanged,
-       &DRUI::appPhotosTableItemSelectDoubleClick, table_fill::AppPhotos, nullptr, nullptr,
-       &DRUI::m_mapSelAppPhotos, &BackupRecords::m_mapAppPhotoFiles, false},
-      {kAppVideos, ":/image/video.png", "m_pAppVideosTable", "appVideosPage", &DRUI::m_pAppVideosTable,
-       appColumns, QSize(300, 225), &DRUI::appVideosTableItemPress, &DRUI::appVideosTableItemSelectChanged,
-       &DRUI::appVideosTableItemSelectDoubleClick, table_fill::AppVideos, nullptr, nullptr,
-       &DRUI::m_mapSelAppVideos, &BackupRecords::m_mapAppVideoFiles, false},
-      {kMessages,
-       ":/image/message.png",
-       "m_pMessageTable",
-       "messagePage",
-       &DRUI::m_pMessageTable,
-       {{"User Name", 120}, {"Phone Number", 150}, {"Data", 150}, {"Message", 280}},
-       QSize(700, 225),
-       &DRUI::messageTableItemPress,
-       &DRUI::messageTableItemSelectChanged,
-       nullptr,
-       table_fill::Messages,
-       &DRUI::m_mapSelMessage,
-       nullptr,
-       nullptr,
-       nullptr,
-       true},
-      {kMessageAttachments, ":/image/messageatta.png", "m_pMessAttachTable", "messAttachPage",
-       &DRUI::m_pMessAttachTable, fileColumns, QSize(500, 225), &DRUI::messageAttachTableItemPress,
-       &DRUI::messAttachTableItemSelectChanged, nullptr, table_fill::MessageAttachments,
-       &DRUI::m_mapSelMessAttach, SizeOf<_IPHONE_ATTACHMENTS_>, nullptr, nullptr, false},
-      {kContacts,
-       ":/image/contact.png",
-       "m_pContactsTable",
-       "contactsPage",
-       &DRUI::m_pContactsTable,
-       {{"Name", 150}, {"Company", 100}, {"Phone", 150}, {"Email", 100}, {"Home Page", 200}},
-       QSize(700, 225),
-       &DRUI::contactsTableItemPress,
-       &DRUI::contactsTableItemSelectChanged,
-       nullptr,
-       table_fill::Contacts,
-       &DRUI::m_mapSelContacts,
-       nullptr,
-       nullptr,
-       nullptr,
-       true},
-      {kCallHistory,
-       ":/image/phone.png",
-       "m_pCallHistoryTable",
-       "callHistoryPage",
-       &DRUI::m_pCallHistoryTable,
-       {{"Name", 150}, {"Photo", 150}, {"Data", 200}, {"Type", 150}, {"Duration", 200}},
-       QSize(500, 225),
-       &DRUI::callHistoryTableItemPress,
-       &DRUI::callHistoryTableItemSelectChanged,
-       nullptr,
-       table_fill::Calls,
-       &DRUI::m_mapSelCallHistory,
-       nullptr,
-       nullptr,
-       nullptr,
-       true},
-      {kNotes,
-       ":/image/note.png",
-       "m_pNotesTable",
-       "notesPage",
-       &DRUI::m_pNotesTable,
-       {{"Title", 150}, {"Date", 150}, {"Note", 350}},
-       QSize(650, 225),
-       &DRUI::notesTableItemPress,
-       &DRUI::notesTableItemSelectChanged,
-       nullptr,
-       table_fill::Notes,
-       &DRUI::m_mapSelNotes,
-       nullptr,
-       nullptr,
-       nullptr,
-       true},
-      {kWhatsApp,
-       ":/image/whatsapp.png",
-       "m_pWhatsappTable",
-       "whatsappPage",
-       &DRUI::m_pWhatsappTable,
-       {{"Chats", 300}, {"Name", 200}, {"Phone", 200}},
-       QSize(700, 225),
-       &DRUI::whatsappTableItemPress,
-       &DRUI::whatsappMessageTableItemSelectChanged,
-       nullptr,
-       table_fill::WhatsApp,
-       &DRUI::m_mapSelWhatsapp,
-       nullptr,
-       nullptr,
-       nullptr,
-       true},
-      {kWhatsAppAttachments, ":/image/whatsappatt.png", "m_pWhatsappAttachTable", "whatsappAttachPage",
-       &DRUI::m_pWhatsappAttachTable, fileColumns, QSize(500, 225), &DRUI::whatsappAttachTableItemPress,
-       &DRUI::whatsappMessAttachTableItemSelectChanged, nullptr, table_fill::WhatsAppAttachments,
-       &DRUI::m_mapSelWhatsappAttach, SizeOf<_WHATSAPP_ATTACHMENTS_>, nullptr, nullptr, false},
-      {kAppFiles,
-       nullptr,
-       "m_pAppsTable",
-       "appFilesPage",
-       &DRUI::m_pAppsTable,
-       {{"File Name", 400}, {"Size", 300}},
-       QSize(300, 225),
-       &DRUI::appsTableItemPress,
-       &DRUI::appsTableItemSelectChanged,
-       nullptr,
-       nullptr,
-       nullptr,
-       SizeOf<_IPHONE_APP_FILE_INFO_>,
-       nullptr,
-       nullptr,
-       false},
+      {kCameraRoll, ":/image/photo.png", ":/image/photo.png", "m_pCameraTable", "cameraPage",
+       &DRUI::m_pCameraTable, false, fileColumns, QSize(300, 180), &DRUI::cameraTableItemPress,
+       &DRUI::cameraTableItemSelectChanged, table_fill::Camera,
+       picture("m_pCameraPreview", &DRUI::m_pCameraPreview, QSize(750, 300), kPictureSize,
+               PathOf<_IPHONE_CAMERA_INFO_>),
+       &DRUI::m_mapSelCamera, SizeOf<_IPHONE_CAMERA_INFO_>},
+      {kPhotoStream, ":/image/photostream.png", ":/image/photostream.png", "m_pPhotoStreamTable",
+       "photoStreamPage", &DRUI::m_pPhotoStreamTable, false, fileColumns, QSize(300, 225),
+       &DRUI::photoStreamTableItemPress, &DRUI::photoStreamTableItemSelectChanged, table_fill::PhotoStream,
+       picture("m_pPhotoStreamPreview", &DRUI::m_pPhotoStreamPreview, QSize(750, 300), kPictureSize,
+               PathOf<_IPHONE_CAMERA_INFO_>),
+       &DRUI::m_mapSelPhotoStream, SizeOf<_IPHONE_CAMERA_INFO_>},
+      {kAppPhotos, ":/image/appphoto.png", ":/image/appphoto.png", "m_pAppPhotosTable", "appPhotosPage",
+       &DRUI::m_pAppPhotosTable, false, appColumns, QSize(300, 225), &DRUI::appPhotosTableItemPress,
+       &DRUI::appPhotosTableItemSelectChanged, table_fill::AppPhotos, TablePreview(), nullptr, nullptr,
+       &DRUI::m_mapSelAppPhotos, &DRUI::appPhotosTableItemSelectDoubleClick},
+      {kAppVideos, ":/image/video.png", ":/image/video.png", "m_pAppVideosTable", "appVideosPage",
+       &DRUI::m_pAppVideosTable, false, appColumns, QSize(300, 225), &DRUI::appVideosTableItemPress,
+       &DRUI::appVideosTableItemSelectChanged, table_fill::AppVideos, TablePreview(), nullptr, nullptr,
+       &DRUI::m_mapSelAppVideos, &DRUI::appVideosTableItemSelectDoubleClick},
+      {kMessages, ":/image/message.png", nullptr, "m_pMessageTable", "messagePage", &DRUI::m_pMessageTable,
+       true, std::vector<Column>{{"User Name", 120}, {"Phone Number", 150}, {"Data", 150}, {"Message", 280}},
+       QSize(700, 225), &DRUI::messageTableItemPress, &DRUI::messageTableItemSelectChanged,
+       table_fill::Messages, chat("m_pMessageWebView", &DRUI::m_pMessageWebView, &DRUI::ShowMessages),
+       &DRUI::m_mapSelMessage},
+      {kMessageAttachments, ":/image/messageatta.png", kFileIcon, "m_pMessAttachTable", "messAttachPage",
+       &DRUI::m_pMessAttachTable, false, fileColumns, QSize(500, 225), &DRUI::messageAttachTableItemPress,
+       &DRUI::messAttachTableItemSelectChanged, table_fill::MessageAttachments,
+       picture("m_pMessAttachPreview", &DRUI::m_pMessAttachPreview, QSize(720, 200), kAttachmentSize,
+               PathOf<_IPHONE_ATTACHMENTS_>),
+       &DRUI::m_mapSelMessAttach, SizeOf<_IPHONE_ATTACHMENTS_>},
+      {kContacts, ":/image/contact.png", ":/image/contact.png", "m_pContactsTable", "contactsPage",
+       &DRUI::m_pContactsTable, true,
+       std::vector<Column>{
+           {"Name", 150}, {"Company", 100}, {"Phone", 150}, {"Email", 100}, {"Home Page", 200}},
+       QSize(700, 225), &DRUI::contactsTableItemPress, &DRUI::contactsTableItemSelectChanged,
+       table_fill::Contacts, text("m_pContactText", &DRUI::m_pContactText, preview_text::Contact),
+       &DRUI::m_mapSelContacts},
+      {kCallHistory, ":/image/phone.png", ":/image/phone.png", "m_pCallHistoryTable", "callHistoryPage",
+       &DRUI::m_pCallHistoryTable, true,
+       std::vector<Column>{{"Name", 150}, {"Photo", 150}, {"Data", 200}, {"Type", 150}, {"Duration", 200}},
+       QSize(500, 225), &DRUI::callHistoryTableItemPress, &DRUI::callHistoryTableItemSelectChanged,
+       table_fill::Calls, TablePreview(), &DRUI::m_mapSelCallHistory},
+      {kNotes, ":/image/note.png", ":/image/note.png", "m_pNotesTable", "notesPage", &DRUI::m_pNotesTable,
+       true, std::vector<Column>{{"Title", 150}, {"Date", 150}, {"Note", 350}}, QSize(650, 225),
+       &DRUI::notesTableItemPress, &DRUI::notesTableItemSelectChanged, table_fill::Notes,
+       text("m_pNoteText", &DRUI::m_pNoteText, preview_text::Note), &DRUI::m_mapSelNotes},
+      {kWhatsApp, ":/image/whatsapp.png", kFileIcon, "m_pWhatsappTable", "whatsappPage",
+       &DRUI::m_pWhatsappTable, true, std::vector<Column>{{"Chats", 300}, {"Name", 200}, {"Phone", 200}},
+       QSize(700, 225), &DRUI::whatsappTableItemPress, &DRUI::whatsappMessageTableItemSelectChanged,
+       table_fill::WhatsApp, chat("m_pWhatsappWebView", &DRUI::m_pWhatsappWebView, &DRUI::ShowChat),
+       &DRUI::m_mapSelWhatsapp},
+      {kWhatsAppAttachments, ":/image/whatsappatt.png", kFileIcon, "m_pWhatsappAttachTable",
+       "whatsappAttachPage", &DRUI::m_pWhatsappAttachTable, false, fileColumns, QSize(500, 225),
+       &DRUI::whatsappAttachTableItemPress, &DRUI::whatsappMessAttachTableItemSelectChanged,
+       table_fill::WhatsAppAttachments,
+       picture("m_pWhatsappAttachPreview", &DRUI::m_pWhatsappAttachPreview, QSize(720, 200), kAttachmentSize,
+               PathOf<_WHATSAPP_ATTACHMENTS_>),
+       &DRUI::m_mapSelWhatsappAttach, SizeOf<_WHATSAPP_ATTACHMENTS_>},
+      {kAppFiles, nullptr, kFileIcon, "m_pAppsTable", "appFilesPage", &DRUI::m_pAppsTable, false,
+       std::vector<Column>{{"File Name", 400}, {"Size", 300}}, QSize(300, 225), &DRUI::appsTableItemPress,
+       &DRUI::appsTableItemSelectChanged, nullptr,
+       picture("m_pAppFilePreview", &DRUI::m_pAppFilePreview, QSize(750, 200), kPictureSize,
+               PathOf<_IPHONE_APP_FILE_INFO_>, &DRUI::m_pAppFileCaption),
+       nullptr, SizeOf<_IPHONE_APP_FILE_INFO_>},
   }};
   return specs;
 }

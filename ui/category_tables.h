@@ -11,6 +11,22 @@ class RowWriter;
 /// Puts the rows of a category into its table.
 using TableFiller = void (*)(RowWriter& writer, const BackupRecords& records);
 
+/// What shows the row in hand: a picture above the table, or a text or a chat beside it that stays out of
+/// sight.
+struct TablePreview {
+  const char* pszName = nullptr;  ///< object name; null where a table has none
+  void (DRUI::*pfnShow)(const TablePreview& preview, const QVariant& hidden) = nullptr;
+  QLabel* DRUI::*pLabel = nullptr;   ///< of a picture or a text
+  QWebView* DRUI::*pView = nullptr;  ///< of a chat
+  QSize labelSize;                   ///< fixed for a picture, the least for a text
+  QSize pictureSize;                 ///< wide pictures are scaled into it; empty for a text
+  /// Of a picture its path, of a text all that it says. Hidden data of another kind gives an empty record's.
+  QString (*pfnContent)(const QVariant& hidden) = nullptr;
+  QLabel* DRUI::*pCaption = nullptr;  ///< an empty label above the picture
+
+  bool IsPicture() const { return !pictureSize.isEmpty(); }
+};
+
 /// All that the tables of the data screen differ by. One row for each category, in tree order, and one for
 /// the table that lists the files of a single app.
 struct TableSpec {
@@ -22,20 +38,22 @@ struct TableSpec {
 
   int nNumber;              ///< of the category, or kAppFiles
   const char* pszNodeIcon;  ///< of the node in the tree; null for the list of an app's files
+  const char* pszRowIcon;   ///< of the rows of records that aren't deleted; null for none
   const char* pszName;      ///< object name of the table
   const char* pszPageName;  ///< object name of the page
   QTableWidget* DRUI::*pTable;
+  bool bHorizontalPage;
   std::vector<Column> columns;
   QSize minimumSize;
   void (DRUI::*pfnPress)(int nRow, int nColumn);
   void (DRUI::*pfnSelect)();
-  void (DRUI::*pfnDoubleClick)(int nRow, int nColumn);  ///< null but for the app tables
-  TableFiller pfnFill;
-  SelectionMap DRUI::*pSelection;          ///< null for the app tables
-  U32 (*pfnSize)(const QVariant& hidden);  ///< bytes of a row's record; null where ticks hold the row instead
-  AppSelectionMap DRUI::*pAppSelection;    ///< of the app tables
-  AppFileMap BackupRecords::*pApps;        ///< of the app tables
-  bool bHorizontalPage;
+  TableFiller pfnFill;  ///< null for the list of an app's files
+  TablePreview preview;
+  SelectionMap DRUI::*pSelection = nullptr;  ///< null for the app tables
+  U32 (*pfnSize)
+  (const QVariant& hidden) = nullptr;  ///< bytes of a record; null where ticks hold the row instead
+  AppSelectionMap DRUI::*pAppSelection = nullptr;                 ///< of the app tables
+  void (DRUI::*pfnDoubleClick)(int nRow, int nColumn) = nullptr;  ///< of the app tables
 
   bool IsAppTable() const { return pAppSelection != nullptr; }
 
@@ -60,3 +78,9 @@ void WhatsAppAttachments(RowWriter& writer, const BackupRecords& records);
 /// The files of one app.
 void AppFiles(RowWriter& writer, const std::vector<_IPHONE_APP_FILE_INFO_>& files);
 }  // namespace table_fill
+
+// What the texts beside the tables say of a record (ui/preview.cpp).
+namespace preview_text {
+QString Contact(const QVariant& hidden);
+QString Note(const QVariant& hidden);
+}  // namespace preview_text

@@ -22,7 +22,7 @@ QWidget* DRUI::CreatePage(const TableSpec& spec) {
       new QBoxLayout(spec.bHorizontalPage ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom, pPage);
   pLayout->setContentsMargins(0, 0, 2, 0);
   QTableWidget* pTable = CreateTable(spec);
-  AddPreview(spec, pLayout, pTable);
+  AddPreview(spec.preview, pLayout, pTable);
   return pPage;
 }
 

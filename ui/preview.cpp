@@ -15,10 +15,9 @@
 namespace {
 
 constexpr int kWidestUnscaled = 700;
-constexpr QSize kPictureSize(750, 300);
-constexpr QSize kAttachmentSize(700, 200);
 constexpr qint64 kMostPixels = 200LL * 1000 * 1000;  // of a picture that isn't decoded at a smaller size
 
+constexpr char kClearScript[] = "document.body.innerHTML=''";
 constexpr char kReceivedScript[] =
     "document.getElementById(\"content\").insertAdjacentHTML(\"beforeEnd\",\"<div style='overflow:hidden;'>"
     "<p class='triangle-left left'>%1</p></div>\")";
@@ -26,28 +25,25 @@ constexpr char kSentScript[] =
     "document.getElementById(\"content\").insertAdjacentHTML(\"beforeEnd\",\"<div style='overflow:hidden;'>"
     "<p class='triangle-right right'>%1</p></div>\")";
 
-QLabel* CreatePictureLabel(const char* pszName, int nWidth, int nHeight) {
+QLabel* CreatePictureLabel(const TablePreview& preview) {
   auto* pLabel = new QLabel;
-  pLabel->setObjectName(pszName);
   pLabel->setAccessibleName("Preview");
   pLabel->setAlignment(Qt::AlignCenter);
-  pLabel->setFixedSize(nWidth, nHeight);
+  pLabel->setFixedSize(preview.labelSize);
   return pLabel;
 }
 
-QLabel* CreateTextLabel(const char* pszName) {
+QLabel* CreateTextLabel(const TablePreview& preview) {
   auto* pLabel = new QLabel;
-  pLabel->setObjectName(pszName);
   pLabel->setTextFormat(Qt::PlainText);
   pLabel->setWordWrap(true);
   pLabel->setFont(TextFont(12, 50));
-  pLabel->setMinimumSize(200, 300);
+  pLabel->setMinimumSize(preview.labelSize);
   return pLabel;
 }
 
-QWebView* CreateChatView(const char* pszName) {
+QWebView* CreateChatView() {
   auto* pView = new QWebView;
-  pView->setObjectName(pszName);
   pView->setPage(new SealedPage(pView));
   QFile style("style.html");
   style.open(QIODevice::ReadOnly);
@@ -82,7 +78,10 @@ QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
   return pixmap;
 }
 
-QString ContactText(const __PERSON_CONTENT__& person) {
+}  // namespace
+
+QString preview_text::Contact(const QVariant& hidden) {
+  const auto person = hidden.value<__PERSON_CONTENT__>();
   std::string strText = person.strName + "\n" + person.strPhone;
   // A person with a company shows the phone once more in its place.
   if (!person.strCompany.empty()) strText += "\n" + person.strPhone;
@@ -92,117 +91,77 @@ QString ContactText(const __PERSON_CONTENT__& person) {
   return FromNarrow(strText);
 }
 
-}  // namespace
+QString preview_text::Note(const QVariant& hidden) {
+  const auto note = hidden.value<__NOTES__>();
+  return FromNarrow("Title:\n" + note.strTitle + "\nNote:\n" + note.strContent);
+}
 
-void DRUI::AddPreview(const TableSpec& spec, QBoxLayout* pLayout, QTableWidget* pTable) {
-  switch (spec.nNumber) {
-    case kCameraRoll:
-      pLayout->addWidget(m_pCameraPreview = CreatePictureLabel("m_pCameraPreview", 750, 300));
-      break;
-    case kPhotoStream:
-      pLayout->addWidget(m_pPhotoStreamPreview = CreatePictureLabel("m_pPhotoStreamPreview", 750, 300));
-      break;
-    case kMessageAttachments:
-      pLayout->addWidget(m_pMessAttachPreview = CreatePictureLabel("m_pMessAttachPreview", 720, 200));
-      break;
-    case kWhatsAppAttachments:
-      pLayout->addWidget(m_pWhatsappAttachPreview = CreatePictureLabel("m_pWhatsappAttachPreview", 720, 200));
-      break;
-    case TableSpec::kAppFiles:
-      pLayout->addWidget(m_pAppFileCaption = new QLabel);
-      m_pAppFileCaption->setObjectName("m_pAppFileCaption");
-      pLayout->addWidget(m_pAppFilePreview = CreatePictureLabel("m_pAppFilePreview", 750, 200));
-      break;
-    default:
-      break;
+void DRUI::AddPreview(const TablePreview& preview, QBoxLayout* pLayout, QTableWidget* pTable) {
+  if (!preview.pszName) return pLayout->addWidget(pTable);
+  QWidget* pPreview = nullptr;
+  if (preview.pView)
+    pPreview = this->*preview.pView = CreateChatView();
+  else
+    pPreview = this->*preview.pLabel =
+                   preview.IsPicture() ? CreatePictureLabel(preview) : CreateTextLabel(preview);
+  pPreview->setObjectName(preview.pszName);
+  if (preview.pCaption) {
+    pLayout->addWidget(this->*preview.pCaption = new QLabel);
+    (this->*preview.pCaption)->setObjectName("m_pAppFileCaption");
   }
-  pLayout->addWidget(pTable);
+  if (preview.IsPicture()) {
+    pLayout->addWidget(pPreview);
+    pLayout->addWidget(pTable);
+    return;
+  }
   // What stands beside a table is kept current and stays out of sight: the table takes the width.
-  QWidget* pHidden = nullptr;
-  switch (spec.nNumber) {
-    case kMessages:
-      pHidden = m_pMessageWebView = CreateChatView("m_pMessageWebView");
-      break;
-    case kWhatsApp:
-      pHidden = m_pWhatsappWebView = CreateChatView("m_pWhatsappWebView");
-      break;
-    case kContacts:
-      pHidden = m_pContactText = CreateTextLabel("m_pContactText");
-      break;
-    case kNotes:
-      pHidden = m_pNoteText = CreateTextLabel("m_pNoteText");
-      break;
-    default:
-      return;
-  }
-  pLayout->addWidget(pHidden);
-  pHidden->setVisible(false);
+  pLayout->addWidget(pTable);
+  pLayout->addWidget(pPreview);
+  pPreview->setVisible(false);
 }
 
-void DRUI::ShowPicture(QLabel* pLabel, const std::u16string& wstrPath, const QSize& size) {
-  const QPixmap pixmap = LoadPicture(FromWide(wstrPath), size);
+void DRUI::ShowPicture(const TablePreview& preview, const QVariant& hidden) {
+  QLabel* pLabel = this->*preview.pLabel;
   pLabel->setAlignment(Qt::AlignCenter);
-  pLabel->setPixmap(pixmap);
+  pLabel->setPixmap(LoadPicture(preview.pfnContent(hidden), preview.pictureSize));
 }
 
-void DRUI::ShowMessages(unsigned int nHandleId) {
-  RunScript(m_pMessageWebView, "document.body.innerHTML=''");
-  RunScript(m_pMessageWebView, "document.getElementById(\"content\").removeAttribute(\"disabled\")");
-  const auto it = m_records.m_mapMessage.find(nHandleId);
+void DRUI::ShowText(const TablePreview& preview, const QVariant& hidden) {
+  (this->*preview.pLabel)->setText(preview.pfnContent(hidden));
+}
+
+void DRUI::ShowMessages(const TablePreview& preview, const QVariant& hidden) {
+  QWebView* pView = this->*preview.pView;
+  RunScript(pView, kClearScript);
+  RunScript(pView, "document.getElementById(\"content\").removeAttribute(\"disabled\")");
+  const auto it = m_records.m_mapMessage.find(static_cast<unsigned int>(hidden.toInt()));
   if (it == m_records.m_mapMessage.end()) return;
   for (const __MESSAGE_INFO__& message : it->second) {
     const bool bReceived = message.nIsFromMe == 0;
-    AddBubble(m_pMessageWebView, bReceived,
+    AddBubble(pView, bReceived,
               FromNarrow(message.strDate + (bReceived ? message.strContactName : "Me") + "<br />" +
                          message.strText));
   }
 }
 
-void DRUI::ShowChat(unsigned int nChatId) {
+void DRUI::ShowChat(const TablePreview& preview, const QVariant& hidden) {
   // The view of the messages is cleared and not that of the chats, so that each chat adds to those before.
   // And each bubble holds all texts up to its own.
-  RunScript(m_pMessageWebView, "document.body.innerHTML=''");
-  const auto it = m_records.m_mapWhatsApp.find(nChatId);
+  RunScript(m_pMessageWebView, kClearScript);
+  const auto it = m_records.m_mapWhatsApp.find(hidden.toUInt());
   if (it == m_records.m_mapWhatsApp.end()) return;
   std::string strTexts;
   for (const __WHATSAPP_MESSAGE__& message : it->second) {
     strTexts += message.strContent;
-    AddBubble(m_pWhatsappWebView, message.nIsFromMe == 0, FromNarrow(strTexts));
+    AddBubble(this->*preview.pView, message.nIsFromMe == 0, FromNarrow(strTexts));
   }
 }
 
 void DRUI::tableItemClick(QTableWidgetItem* pItem) {
   if (!pItem) return;
-  const QVariant hidden = pItem->data(Qt::UserRole);
-  switch (m_nCurrentCategory) {
-    case kCameraRoll:
-      return ShowPicture(m_pCameraPreview, hidden.value<_IPHONE_CAMERA_INFO_>().wstrFilePath, kPictureSize);
-    case kPhotoStream:
-      return ShowPicture(m_pPhotoStreamPreview, hidden.value<_IPHONE_CAMERA_INFO_>().wstrFilePath,
-                         kPictureSize);
-    case kAppPhotos:
-    case kAppVideos:
-      return ShowPicture(m_pAppFilePreview, hidden.value<_IPHONE_APP_FILE_INFO_>().wstrFilePath,
-                         kPictureSize);
-    case kMessages:
-      return ShowMessages(static_cast<unsigned int>(hidden.toInt()));
-    case kMessageAttachments:
-      return ShowPicture(m_pMessAttachPreview, hidden.value<_IPHONE_ATTACHMENTS_>().wstrFilePath,
-                         kAttachmentSize);
-    case kContacts:
-      return m_pContactText->setText(ContactText(hidden.value<__PERSON_CONTENT__>()));
-    case kNotes: {
-      const auto note = hidden.value<__NOTES__>();
-      return m_pNoteText->setText(FromNarrow("Title:\n" + note.strTitle + "\nNote:\n" + note.strContent));
-    }
-    case kWhatsApp:
-      return ShowChat(hidden.toUInt());
-    case kWhatsAppAttachments:
-      return ShowPicture(m_pWhatsappAttachPreview, hidden.value<_WHATSAPP_ATTACHMENTS_>().wstrFilePath,
-                         kAttachmentSize);
-    default:
-      return;
-  }
+  const TableSpec& shown = TableSpec::Of(m_nCurrentCategory);
+  const TablePreview& preview = (shown.IsAppTable() ? TableSpec::Of(TableSpec::kAppFiles) : shown).preview;
+  if (preview.pfnShow) (this->*preview.pfnShow)(preview, pItem->data(Qt::UserRole));
 }
 
 void DRUI::ShowSelected(const QTableWidget* pTable) {
@@ -259,11 +218,11 @@ void DRUI::OpenAppFiles(CategoryNumber nNumber, CategoryNumber nPreviewNumber, i
   m_nCurrentCategory = nPreviewNumber;
   m_pAppsTable->setRowCount(0);
   m_pPageStack->setCurrentWidget(m_pAppsTable->parentWidget());
-  const AppFileMap& apps = m_records.*spec.pApps;
+  const AppFileMap& apps = m_records.*Categories()[spec.nNumber].pApps;
   const auto it = apps.find(ToNarrow(m_strPressedApp));
   if (it != apps.end()) {
     {
-      RowWriter writer(m_pAppsTable);
+      RowWriter writer(m_pAppsTable, TableSpec::Of(TableSpec::kAppFiles).pszRowIcon);
       table_fill::AppFiles(writer, it->second);
     }
     tableItemClick(m_pAppsTable->item(0, 0));

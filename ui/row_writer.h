@@ -11,12 +11,12 @@ class RowWriter {
   struct Row {
     QStringList cells;
     QVariant hidden;        ///< goes into Qt::UserRole of column 0
-    QString icon;           ///< resource of the icon of column 0; empty for none
-    bool bDeleted = false;  ///< the look of a deleted record, whatever the icon
+    bool bDeleted = false;  ///< the look and icon of a deleted record
     bool bTicked = false;   ///< gives the row a tick box, ticked
   };
 
-  explicit RowWriter(QTableWidget* pTable);
+  /// @param pszIcon resource of the icon of column 0; null for none.
+  RowWriter(QTableWidget* pTable, const char* pszIcon);
   ~RowWriter();
   RowWriter(const RowWriter&) = delete;
   RowWriter& operator=(const RowWriter&) = delete;
@@ -27,12 +27,9 @@ class RowWriter {
   void AddBlank() { ++m_nRow; }
 
  private:
-  const QIcon& Icon(const QString& qstrResource);
-
   QTableWidget* m_pTable;
   QFont m_font;
   int m_nRow = 0;
-  QString m_iconResource;  // the icon below; all live rows of a table share one
-  QIcon m_icon;
+  QIcon m_icon;  // null for none
   QIcon m_deletedIcon;
 };

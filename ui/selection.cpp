@@ -55,7 +55,7 @@ void DRUI::SetNodeState(int nState) {
 }
 
 void DRUI::SelectApp(const TableSpec& spec, const QString& qstrApp, SelectionMap& selection) const {
-  const AppFileMap& apps = m_records.*spec.pApps;
+  const AppFileMap& apps = m_records.*Categories()[spec.nNumber].pApps;
   const auto it = apps.find(ToNarrow(qstrApp));
   if (it == apps.end()) return;
   for (size_t i = 0; i < it->second.size(); ++i) selection[static_cast<U32>(i)] = it->second[i].uFileSize;

@@ -7,23 +7,21 @@
 
 namespace {
 
-constexpr char kFileIcon[] = ":/image/FileIcon/image.png";
 constexpr char kFolderText[] = "Folder";
 
 template <typename File>
-void AddFiles(RowWriter& writer, const std::vector<File>& files, const char* pszIcon) {
+void AddFiles(RowWriter& writer, const std::vector<File>& files) {
   writer.SetRowCount(files.size());
   for (const File& file : files)
     writer.Add({{FromNarrow(file.strFileName), FromNarrow(GetFileSizeString(file.uFileSize))},
-                QVariant::fromValue(file),
-                pszIcon});
+                QVariant::fromValue(file)});
 }
 
-void AddApps(RowWriter& writer, const AppFileMap& apps, const char* pszIcon) {
+void AddApps(RowWriter& writer, const AppFileMap& apps) {
   writer.SetRowCount(apps.size());
   for (const auto& [strApp, files] : apps) {
     const QString qstrApp = FromNarrow(strApp);
-    writer.Add({{qstrApp, kFolderText}, qstrApp, pszIcon});
+    writer.Add({{qstrApp, kFolderText}, qstrApp});
   }
 }
 
@@ -54,15 +52,14 @@ bool IsDeletedConversation(const Conversation& conversation) {
 
 /// A row for each conversation, which shows its first record.
 template <typename Map, typename Cells>
-void AddConversations(RowWriter& writer, const Map& conversations, const QString& qstrIcon, Cells cells) {
+void AddConversations(RowWriter& writer, const Map& conversations, Cells cells) {
   using Conversation = typename Map::value_type;
-  AddSplit(
-      writer, conversations, IsDeletedConversation<Conversation>,
-      [&](const Conversation& conversation, bool bDeleted) {
-        if (conversation.second.empty()) return writer.AddBlank();
-        const unsigned int nKey = conversation.first;
-        writer.Add({cells(conversation.second.front()), QVariant::fromValue(nKey), qstrIcon, bDeleted, true});
-      });
+  AddSplit(writer, conversations, IsDeletedConversation<Conversation>,
+           [&](const Conversation& conversation, bool bDeleted) {
+             if (conversation.second.empty()) return writer.AddBlank();
+             const unsigned int nKey = conversation.first;
+             writer.Add({cells(conversation.second.front()), QVariant::fromValue(nKey), bDeleted, true});
+           });
 }
 
 QString CallLength(const __CALLHISTORY__& call, bool bDeleted) {
@@ -74,42 +71,42 @@ QString CallLength(const __CALLHISTORY__& call, bool bDeleted) {
 }  // namespace
 
 void table_fill::Camera(RowWriter& writer, const BackupRecords& records) {
-  AddFiles(writer, records.m_vecCamera, ":/image/photo.png");
+  AddFiles(writer, records.m_vecCamera);
 }
 
 void table_fill::PhotoStream(RowWriter& writer, const BackupRecords& records) {
-  AddFiles(writer, records.m_vecPhotoStream, ":/image/photostream.png");
+  AddFiles(writer, records.m_vecPhotoStream);
 }
 
 void table_fill::AppPhotos(RowWriter& writer, const BackupRecords& records) {
-  AddApps(writer, records.m_mapAppPhotoFiles, ":/image/appphoto.png");
+  AddApps(writer, records.m_mapAppPhotoFiles);
 }
 
 void table_fill::AppVideos(RowWriter& writer, const BackupRecords& records) {
-  AddApps(writer, records.m_mapAppVideoFiles, ":/image/video.png");
+  AddApps(writer, records.m_mapAppVideoFiles);
 }
 
 void table_fill::AppFiles(RowWriter& writer, const std::vector<_IPHONE_APP_FILE_INFO_>& files) {
-  AddFiles(writer, files, kFileIcon);
+  AddFiles(writer, files);
 }
 
 void table_fill::MessageAttachments(RowWriter& writer, const BackupRecords& records) {
-  AddFiles(writer, records.m_vecMessageAttachment, kFileIcon);
+  AddFiles(writer, records.m_vecMessageAttachment);
 }
 
 void table_fill::WhatsAppAttachments(RowWriter& writer, const BackupRecords& records) {
-  AddFiles(writer, records.m_vecWhatsAppAttachment, kFileIcon);
+  AddFiles(writer, records.m_vecWhatsAppAttachment);
 }
 
 void table_fill::Messages(RowWriter& writer, const BackupRecords& records) {
-  AddConversations(writer, records.m_mapMessage, QString(), [](const __MESSAGE_INFO__& message) {
+  AddConversations(writer, records.m_mapMessage, [](const __MESSAGE_INFO__& message) {
     return QStringList{FromNarrow(message.strContactName), FromNarrow(message.strSender),
                        FromNarrow(message.strDate), FromNarrow(message.strText)};
   });
 }
 
 void table_fill::WhatsApp(RowWriter& writer, const BackupRecords& records) {
-  AddConversations(writer, records.m_mapWhatsApp, kFileIcon, [](const __WHATSAPP_MESSAGE__& message) {
+  AddConversations(writer, records.m_mapWhatsApp, [](const __WHATSAPP_MESSAGE__& message) {
     return QStringList{FromNarrow(message.strChatTitle),
                        FromNarrow(message.strChatName.empty() ? message.strName : message.strChatName),
                        FromNarrow(message.strChatPhone.empty() ? message.strPhone : message.strChatPhone)};
@@ -124,7 +121,6 @@ void table_fill::Contacts(RowWriter& writer, const BackupRecords& records) {
              writer.Add({{FromNarrow(person.strName), FromNarrow(person.strCompany),
                           FromNarrow(person.strPhone), FromNarrow(person.strEmail), FromNarrow(strLast)},
                          QVariant::fromValue(person),
-                         ":/image/contact.png",
                          bDeleted,
                          true});
            });
@@ -136,7 +132,6 @@ void table_fill::Calls(RowWriter& writer, const BackupRecords& records) {
              writer.Add({{FromNarrow(call.strName), FromNarrow(call.strAddress), FromNarrow(call.strDate),
                           call.nAnswered == 0 ? "Outgoing" : "Incoming", CallLength(call, bDeleted)},
                          QVariant::fromValue(call),
-                         ":/image/phone.png",
                          bDeleted,
                          true});
            });
@@ -146,13 +141,12 @@ void table_fill::Notes(RowWriter& writer, const BackupRecords& records) {
   AddSplit(writer, records.m_vecNote, IsDeletedRecord<__NOTES__>, [&](const __NOTES__& note, bool bDeleted) {
     writer.Add({{FromNarrow(note.strTitle), FromNarrow(note.strDate), FromNarrow(note.strContent)},
                 QVariant::fromValue(note),
-                ":/image/note.png",
                 bDeleted,
                 true});
   });
 }
 
 void DRUI::FillTable(const TableSpec& spec) {
-  RowWriter writer(this->*spec.pTable);
+  RowWriter writer(this->*spec.pTable, spec.pszRowIcon);
   spec.pfnFill(writer, m_records);
 }

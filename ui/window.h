@@ -22,6 +22,7 @@ class QAction;
 class QBoxLayout;
 class QWebView;
 class CRecovery;
+struct TablePreview;
 struct TableSpec;
 
 using U32 = quint32;
@@ -205,11 +206,12 @@ class DRUI : public QMainWindow {
   void SetNodeState(int nState);
 
   // Preview (ui/preview.cpp).
-  void AddPreview(const TableSpec& spec, QBoxLayout* pLayout, QTableWidget* pTable);
+  void AddPreview(const TablePreview& preview, QBoxLayout* pLayout, QTableWidget* pTable);
   void ShowSelected(const QTableWidget* pTable);
-  void ShowPicture(QLabel* pLabel, const std::u16string& wstrPath, const QSize& size);
-  void ShowMessages(unsigned int nHandleId);
-  void ShowChat(unsigned int nChatId);
+  void ShowPicture(const TablePreview& preview, const QVariant& hidden);
+  void ShowText(const TablePreview& preview, const QVariant& hidden);
+  void ShowMessages(const TablePreview& preview, const QVariant& hidden);
+  void ShowChat(const TablePreview& preview, const QVariant& hidden);
   void OpenAppFiles(CategoryNumber nNumber, CategoryNumber nPreviewNumber, int nRow);
 
   // The scan (app/scan_workflow.cpp), its decrypt tool (app/encrypted_backup.cpp) and the recovery
@@ -218,6 +220,7 @@ class DRUI : public QMainWindow {
   void ShowCategory(const Category& category);
   QString DecryptBackup();
   bool AskForPassword();
+  void DropDecryptProcess();
   void ShowInformation(const QString& qstrText);
   static void _RecoveryProcess(void* pWindow, int& nResult);
   void RecoveryProcess();
@@ -228,15 +231,15 @@ class DRUI : public QMainWindow {
 
   Ui_DRUIClass m_ui;
   HandOver m_handOver;
-  std::unique_ptr<QProcess> m_pDecryptProcess;
+  std::unique_ptr<QProcess> m_pDecryptProcess;  // of the check; that of a scan belongs to the worker
   QString m_strScanDir;
   QString m_strSelectDir;
   CIphoneBackupFile m_backupFile;
   __BACK_FILE_INFO__ m_curBackupInfo;
   std::unique_ptr<IPhoneRecoveryParse> m_pRecoveryParse;
   BackupRecords m_records;
-  QSemaphore m_scanBegun;  // released by the worker once it has cleared the flags of the scan before
-  int m_nLastScanProgress = -1;          // of the worker: the value that it reported last
+  QSemaphore m_scanBegun;        // released by the worker once it has cleared the flags of the scan before
+  int m_nLastScanProgress = -1;  // of the worker: the value that it reported last
   std::atomic<int> m_nDecryptStatus{0};  // 0, or -110 once the tool has refused the password
   qint64 m_nTotalFileCount = 0;  // entries of the backup's folder; 0 for one that was picked from the list
   QString m_strBackupPassword;
