@@ -38,7 +38,7 @@ const std::array<TableSpec, kCategoryCount + 1>& TableSpec::All() {
   const auto text = [](const char* pszName, QLabel* DRUI::*pLabel, QString (*pfnText)(const QVariant&)) {
     return TablePreview{pszName, &DRUI::ShowText, pLabel, nullptr, kLeastTextSize, QSize(), pfnText, nullptr};
   };
-  const auto chat = [](const char* pszName, QWebView* DRUI::*pView,
+  const auto chat = [](const char* pszName, ChatView* DRUI::*pView,
                        void (DRUI::*pfnShow)(const TablePreview&, const QVariant&)) {
     return TablePreview{pszName, pfnShow, nullptr, pView, QSize(), QSize(), nullptr, nullptr};
   };

@@ -17,7 +17,7 @@ struct TablePreview {
   const char* pszName = nullptr;  ///< object name; null where a table has none
   void (DRUI::*pfnShow)(const TablePreview& preview, const QVariant& hidden) = nullptr;
   QLabel* DRUI::*pLabel = nullptr;   ///< of a picture or a text
-  QWebView* DRUI::*pView = nullptr;  ///< of a chat
+  ChatView* DRUI::*pView = nullptr;  ///< of a chat
   QSize labelSize;                   ///< fixed for a picture, the least for a text
   QSize pictureSize;                 ///< wide pictures are scaled into it; empty for a text
   /// Of a picture its path, of a text all that it says. Hidden data of another kind gives an empty record's.
@@ -50,7 +50,7 @@ struct TableSpec {
   TableFiller pfnFill;  ///< null for the list of an app's files
   TablePreview preview;
   SelectionMap DRUI::*pSelection = nullptr;  ///< null for the app tables
-  U32 (*pfnSize)
+  U32(*pfnSize)
   (const QVariant& hidden) = nullptr;  ///< bytes of a record; null where ticks hold the row instead
   AppSelectionMap DRUI::*pAppSelection = nullptr;                 ///< of the app tables
   void (DRUI::*pfnDoubleClick)(int nRow, int nColumn) = nullptr;  ///< of the app tables

@@ -1,29 +1,24 @@
 // What stands beside or above a table and shows the row in hand, and the file list of an app.
 
 #include <QBoxLayout>
-#include <QFile>
+#include <QFileInfo>
 #include <QImageReader>
-#include <QtWebKitWidgets/QWebFrame>
-#include <QtWebKitWidgets/QWebView>
 
 #include "common/text.h"
 #include "ui/category_tables.h"
+#include "ui/chat_view.h"
 #include "ui/row_writer.h"
-#include "ui/sealed_page.h"
 #include "ui/styles.h"
 
 namespace {
 
 constexpr int kWidestUnscaled = 700;
-constexpr qint64 kMostPixels = 200LL * 1000 * 1000;  // of a picture that isn't decoded at a smaller size
-
-constexpr char kClearScript[] = "document.body.innerHTML=''";
-constexpr char kReceivedScript[] =
-    "document.getElementById(\"content\").insertAdjacentHTML(\"beforeEnd\",\"<div style='overflow:hidden;'>"
-    "<p class='triangle-left left'>%1</p></div>\")";
-constexpr char kSentScript[] =
-    "document.getElementById(\"content\").insertAdjacentHTML(\"beforeEnd\",\"<div style='overflow:hidden;'>"
-    "<p class='triangle-right right'>%1</p></div>\")";
+// Of a picture, as its head tells. Up to the first number it is decoded whole; above it at the size that is
+// needed, where its format can do that. Where not, nothing above the second number is shown, and nothing at
+// all above the third: memory and time stay bounded whatever a file claims.
+constexpr qint64 kMostPixelsWhole = 8LL * 1000 * 1000;
+constexpr qint64 kMostPixelsUnscaled = 50LL * 1000 * 1000;
+constexpr qint64 kMostPixels = 100LL * 1000 * 1000;
 
 QLabel* CreatePictureLabel(const TablePreview& preview) {
   auto* pLabel = new QLabel;
@@ -42,36 +37,20 @@ QLabel* CreateTextLabel(const TablePreview& preview) {
   return pLabel;
 }
 
-QWebView* CreateChatView() {
-  auto* pView = new QWebView;
-  pView->setPage(new SealedPage(pView));
-  QFile style("style.html");
-  style.open(QIODevice::ReadOnly);
-  pView->setHtml(QString::fromUtf8(style.readAll()), QUrl());
-  return pView;
-}
-
-void RunScript(QWebView* pView, const QString& qstrScript) {
-  pView->page()->mainFrame()->evaluateJavaScript(qstrScript);
-}
-
-/// The text goes into the script as it stands: one that ends the script's string loses its bubble.
-void AddBubble(QWebView* pView, bool bReceived, const QString& qstrText) {
-  RunScript(pView, QString(bReceived ? kReceivedScript : kSentScript).arg(qstrText));
-}
-
 /// A picture as the label shows it: as it is up to 700 wide, else scaled into a size. Null for what is no
-/// picture. Large ones are decoded no larger than needed, so that memory stays bounded.
+/// picture, or one too large.
 QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
-  if (qstrPath.isEmpty()) return QPixmap();  // the record of a row that has none
+  if (!QFileInfo(qstrPath).isFile()) return QPixmap();  // also the empty path of a row that has no record
   QImageReader reader(qstrPath);
   reader.setDecideFormatFromContent(true);
   const QSize full = reader.size();
-  const bool bScaled = full.width() > kWidestUnscaled;
-  if (bScaled && full.isValid()) reader.setScaledSize(full.scaled(size, Qt::KeepAspectRatio));
-  if (static_cast<qint64>(full.width()) * full.height() > kMostPixels &&
-      !reader.supportsOption(QImageIOHandler::ScaledSize))
-    return QPixmap();
+  // Drawings are programs of a kind: they name other files, and may take any time.
+  if (!full.isValid() || reader.format().startsWith("svg")) return QPixmap();
+  const qint64 nPixels = static_cast<qint64>(full.width()) * full.height();
+  const bool bScales = reader.supportsOption(QImageIOHandler::ScaledSize);
+  if (nPixels > (bScales ? kMostPixels : kMostPixelsUnscaled)) return QPixmap();
+  if (nPixels > kMostPixelsWhole && full.width() > kWidestUnscaled && bScales)
+    reader.setScaledSize(full.scaled(size, Qt::KeepAspectRatio));
   QPixmap pixmap = QPixmap::fromImageReader(&reader);
   if (pixmap.width() > kWidestUnscaled)
     pixmap = pixmap.scaled(size, Qt::KeepAspectRatio, Qt::FastTransformation);
@@ -100,7 +79,7 @@ void DRUI::AddPreview(const TablePreview& preview, QBoxLayout* pLayout, QTableWi
   if (!preview.pszName) return pLayout->addWidget(pTable);
   QWidget* pPreview = nullptr;
   if (preview.pView)
-    pPreview = this->*preview.pView = CreateChatView();
+    pPreview = this->*preview.pView = new ChatView("style.html");
   else
     pPreview = this->*preview.pLabel =
                    preview.IsPicture() ? CreatePictureLabel(preview) : CreateTextLabel(preview);
@@ -131,29 +110,29 @@ void DRUI::ShowText(const TablePreview& preview, const QVariant& hidden) {
 }
 
 void DRUI::ShowMessages(const TablePreview& preview, const QVariant& hidden) {
-  QWebView* pView = this->*preview.pView;
-  RunScript(pView, kClearScript);
-  RunScript(pView, "document.getElementById(\"content\").removeAttribute(\"disabled\")");
+  ChatView* pView = this->*preview.pView;
+  pView->Clear();
+  pView->Enable();
   const auto it = m_records.m_mapMessage.find(static_cast<unsigned int>(hidden.toInt()));
   if (it == m_records.m_mapMessage.end()) return;
   for (const __MESSAGE_INFO__& message : it->second) {
     const bool bReceived = message.nIsFromMe == 0;
-    AddBubble(pView, bReceived,
-              FromNarrow(message.strDate + (bReceived ? message.strContactName : "Me") + "<br />" +
-                         message.strText));
+    const std::string strText =
+        message.strDate + (bReceived ? message.strContactName : "Me") + "<br />" + message.strText;
+    if (!pView->AddBubble(bReceived, FromNarrow(strText))) return;
   }
 }
 
 void DRUI::ShowChat(const TablePreview& preview, const QVariant& hidden) {
   // The view of the messages is cleared and not that of the chats, so that each chat adds to those before.
   // And each bubble holds all texts up to its own.
-  RunScript(m_pMessageWebView, kClearScript);
+  m_pMessageWebView->Clear();
   const auto it = m_records.m_mapWhatsApp.find(hidden.toUInt());
   if (it == m_records.m_mapWhatsApp.end()) return;
-  std::string strTexts;
+  QString qstrTexts;
   for (const __WHATSAPP_MESSAGE__& message : it->second) {
-    strTexts += message.strContent;
-    AddBubble(this->*preview.pView, message.nIsFromMe == 0, FromNarrow(strTexts));
+    qstrTexts += FromNarrow(message.strContent);
+    if (!(this->*preview.pView)->AddBubble(message.nIsFromMe == 0, qstrTexts)) return;
   }
 }
 

@@ -3,8 +3,13 @@
 #include <QNetworkReply>
 #include <QTimer>
 #include <QtWebKit/QWebSettings>
+#include <QtWebKitWidgets/QWebFrame>
+#include <cstring>
 
 namespace {
+
+constexpr char kPolicy[] =
+    "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\">";
 
 /// The answer to every request: an error, and nothing else.
 class RefusedReply : public QNetworkReply {
@@ -40,17 +45,53 @@ SealedPage::SealedPage(QObject* pParent) : QWebPage(pParent) {
   setLinkDelegationPolicy(DelegateAllLinks);  // nobody listens: a click on a link goes nowhere
   QWebSettings* pSettings = settings();
   for (const QWebSettings::WebAttribute attribute :
-       {QWebSettings::PluginsEnabled, QWebSettings::JavaEnabled, QWebSettings::LocalStorageEnabled,
-        QWebSettings::OfflineStorageDatabaseEnabled, QWebSettings::OfflineWebApplicationCacheEnabled,
-        QWebSettings::DeveloperExtrasEnabled, QWebSettings::JavascriptCanOpenWindows,
-        QWebSettings::JavascriptCanCloseWindows, QWebSettings::JavascriptCanAccessClipboard,
-        QWebSettings::LocalContentCanAccessRemoteUrls, QWebSettings::LocalContentCanAccessFileUrls,
-        QWebSettings::DnsPrefetchEnabled, QWebSettings::HyperlinkAuditingEnabled,
-        QWebSettings::NotificationsEnabled, QWebSettings::WebGLEnabled})
+       {QWebSettings::JavascriptEnabled, QWebSettings::PluginsEnabled, QWebSettings::JavaEnabled,
+        QWebSettings::LocalStorageEnabled, QWebSettings::OfflineStorageDatabaseEnabled,
+        QWebSettings::OfflineWebApplicationCacheEnabled, QWebSettings::DeveloperExtrasEnabled,
+        QWebSettings::JavascriptCanOpenWindows, QWebSettings::JavascriptCanCloseWindows,
+        QWebSettings::JavascriptCanAccessClipboard, QWebSettings::LocalContentCanAccessRemoteUrls,
+        QWebSettings::LocalContentCanAccessFileUrls, QWebSettings::DnsPrefetchEnabled,
+        QWebSettings::HyperlinkAuditingEnabled, QWebSettings::NotificationsEnabled,
+        QWebSettings::WebGLEnabled})
     pSettings->setAttribute(attribute, false);
   pSettings->setAttribute(QWebSettings::PrivateBrowsingEnabled, true);
 }
 
+void SealedPage::SetContent(const QString& qstrHtml) {
+  // The policy has to stand in the head; before the first tag inside it, so that nothing comes before it.
+  QString qstrSealed = qstrHtml;
+  const int nHead = qstrSealed.indexOf("<head>", 0, Qt::CaseInsensitive);
+  qstrSealed.insert(nHead < 0 ? 0 : nHead + static_cast<int>(strlen("<head>")), kPolicy);
+  mainFrame()->setHtml(qstrSealed, QUrl());
+}
+
+QVariant SealedPage::Run(const QString& qstrScript) {
+  settings()->setAttribute(QWebSettings::JavascriptEnabled, true);
+  const QVariant result = mainFrame()->evaluateJavaScript(qstrScript);
+  settings()->setAttribute(QWebSettings::JavascriptEnabled, false);
+  return result;
+}
+
+bool SealedPage::StaysInString(const QString& qstrText) {
+  for (int i = 0; i < qstrText.size(); ++i) {
+    switch (qstrText[i].unicode()) {
+      case '\\':
+        ++i;  // with what it escapes
+        break;
+      case '"':
+      case '\n':
+      case '\r':
+      case 0x2028:  // the separators of lines and paragraphs end a string as well
+      case 0x2029:
+        return false;
+      default:
+        break;
+    }
+  }
+  return true;
+}
+
+// Asked for by engines that watch their scripts.
 bool SealedPage::shouldInterruptJavaScript() {
   return true;
 }

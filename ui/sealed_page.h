@@ -19,14 +19,25 @@ class SealedNetwork : public QNetworkAccessManager {
 };
 
 /// The page behind a chat view. The texts of strangers go into it as markup and into its scripts as they
-/// stand, in a program with administrator rights: so it reaches nothing, opens nothing, asks nothing, and a
-/// script that runs on is ended.
+/// stand, in a program with administrator rights: so it reaches nothing, opens nothing and asks nothing, and
+/// nobody's scripts run in it but the program's.
+///
+/// The engine has no means to end a script that runs on, so that none may begin: the page's policy forbids
+/// all that stand in markup, scripts are on during Run alone, and a text that would end its string in a
+/// script is told by StaysInString before the script is run.
 class SealedPage : public QWebPage {
   Q_OBJECT
 
  public:
   explicit SealedPage(QObject* pParent = nullptr);
   const SealedNetwork& GetNetwork() const { return m_network; }
+
+  /// Loads a page, under a policy that forbids all requests and all scripts in markup.
+  void SetContent(const QString& qstrHtml);
+  /// Runs a script of the program in the main frame. One that fails does so without a word.
+  QVariant Run(const QString& qstrScript);
+  /// True when a text can stand between double quotes in a script without ending the string.
+  static bool StaysInString(const QString& qstrText);
 
  public slots:
   bool shouldInterruptJavaScript();

@@ -7,6 +7,7 @@
 #include <QStackedLayout>
 #include <QTableWidget>
 #include <QTreeWidget>
+#include <array>
 #include <atomic>
 #include <map>
 #include <memory>
@@ -20,7 +21,8 @@
 
 class QAction;
 class QBoxLayout;
-class QWebView;
+class QCheckBox;
+class ChatView;
 class CRecovery;
 struct TablePreview;
 struct TableSpec;
@@ -171,6 +173,13 @@ class DRUI : public QMainWindow {
   void appPhotosTableItemSelectDoubleClick(int nRow, int nColumn);
   void appVideosTableItemSelectDoubleClick(int nRow, int nColumn);
 
+  // Of a set of six check boxes with one for all of them and a button, which no screen builds.
+
+  /// One of the six has changed: the box for all follows. @param nState not read.
+  void CheckBoxStatChange(int nState);
+  /// The box for all has changed: the button follows.
+  void CheckBoxAllStatChange(int nState);
+
  protected:
   void keyPressEvent(QKeyEvent* pEvent) override;
   bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
@@ -262,6 +271,12 @@ class DRUI : public QMainWindow {
   QTableWidgetItem* m_pCurrentAppItem = nullptr;  // of the data screen, null after it is built anew
   QTreeWidgetItem* m_pCurrentTreeItem = nullptr;  // the same
 
+  // The set of check boxes (ui/check_box_set.cpp). Null as long as no screen builds it.
+  std::array<QCheckBox*, 6> m_checkBoxes{};
+  QCheckBox* m_pCheckBoxAll = nullptr;
+  QPushButton* m_pCheckBoxButton = nullptr;
+  bool m_bPartFromSix = false;  // the six have made the box for all partly ticked, and not a click on it
+
   // Widgets. Their Qt parents own them.
   QPoint m_ptDrag;
   QStackedLayout* m_pScreenStack = nullptr;
@@ -294,6 +309,6 @@ class DRUI : public QMainWindow {
   QLabel* m_pWhatsappAttachPreview = nullptr;
   QLabel* m_pContactText = nullptr;
   QLabel* m_pNoteText = nullptr;
-  QWebView* m_pMessageWebView = nullptr;
-  QWebView* m_pWhatsappWebView = nullptr;
+  ChatView* m_pMessageWebView = nullptr;
+  ChatView* m_pWhatsappWebView = nullptr;
 };
