@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <vector>
 
 #include "common/status.h"
 #include "common/text.h"
@@ -25,6 +26,70 @@ int OpenRegularFile(const char* pszPath) {
   close(nDescriptor);
   errno = S_ISDIR(info.st_mode) ? EISDIR : ENXIO;
   return -1;
+}
+
+namespace {
+
+constexpr size_t kCopyBlock = 1 << 20;
+
+/// Writes a block whole. @return false with errno set.
+bool WriteAll(int nDescriptor, const char* pData, size_t nCount) {
+  while (nCount > 0) {
+    const ssize_t nWritten = write(nDescriptor, pData, nCount);
+    if (nWritten < 0 && errno == EINTR) continue;
+    if (nWritten < 0) return false;
+    pData += nWritten;
+    nCount -= static_cast<size_t>(nWritten);
+  }
+  return true;
+}
+
+/// Lets the system copy from one file to the other, as far as it can between these two.
+/// @return true when it copied all that there was.
+bool CopyInKernel([[maybe_unused]] int nSource, [[maybe_unused]] int nTarget) {
+#ifdef __linux__
+  bool bAny = false;
+  for (;;) {
+    const ssize_t nCopied = copy_file_range(nSource, nullptr, nTarget, nullptr, kCopyBlock * 1024, 0);
+    if (nCopied < 0) return false;
+    if (nCopied == 0) return bAny;  // files of some systems seem empty to it
+    bAny = true;
+  }
+#else
+  return false;
+#endif
+}
+
+CopyError CopyContent(int nSource, int nTarget) {
+  if (CopyInKernel(nSource, nTarget)) return {};
+  std::vector<char> block(kCopyBlock);
+  for (;;) {
+    const ssize_t nRead = read(nSource, block.data(), block.size());
+    if (nRead < 0 && errno == EINTR) continue;
+    if (nRead < 0) return {CopyError::kRead, errno};
+    if (nRead == 0) return {};
+    if (!WriteAll(nTarget, block.data(), static_cast<size_t>(nRead))) return {CopyError::kWrite, errno};
+  }
+}
+
+}  // namespace
+
+CopyError CopyRegularFile(const char* pszSource, const char* pszTarget, unsigned int nRights) {
+  const int nSource = OpenRegularFile(pszSource);
+  if (nSource == -1) return {CopyError::kOpen, errno};
+  const int nTarget = open(pszTarget, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+  if (nTarget == -1) {
+    const CopyError error{CopyError::kCreate, errno};
+    close(nSource);
+    return error;
+  }
+  CopyError error = CopyContent(nSource, nTarget);
+  // The rights come last, and a file system that knows none is no failure.
+  fchmod(nTarget, static_cast<mode_t>(nRights));
+  if (close(nTarget) != 0 && error.step == CopyError::kNone) error = {CopyError::kWrite, errno};
+  close(nSource);
+  if (error.step != CopyError::kNone) unlink(pszTarget);
+  return error;
 }
 
 int GetFileByteSize(const char16_t* pPath, long long& nSize) {

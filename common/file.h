@@ -20,6 +20,18 @@ FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode);
 /// else is none).
 int OpenRegularFile(const char* pszPath);
 
+/// Where the copying of a file failed, and why.
+struct CopyError {
+  enum Step { kNone, kOpen, kRead, kCreate, kWrite } step = kNone;
+  int nError = 0;  ///< the system's number
+};
+
+/// Copies a file to a path at which nothing stands yet, with the access rights given whatever the process's
+/// mask. A copy that fails leaves nothing behind. Nothing waits for the disk: the system writes in its own
+/// time, as after any other copying.
+/// @param pszSource, pszTarget narrow.
+CopyError CopyRegularFile(const char* pszSource, const char* pszTarget, unsigned int nRights);
+
 /// Size of a file in bytes.
 /// The path is taken through Latin-1, so that one with characters beyond ASCII isn't found on a UTF-8 file
 /// system. The low half of the size is widened with its sign; callers keep the low 32 bits.

@@ -1,12 +1,18 @@
 #include "export/file_copy.h"
 
-#include <sys/stat.h>
-
-#include <QFile>
 #include <cerrno>
 #include <cstring>
 
+#include "common/file.h"
 #include "common/text.h"
+
+namespace {
+constexpr unsigned int kRights = 0777;
+// By the step of a copy.
+constexpr const char* kFailures[] = {"", "The file in the backup can't be opened",
+                                     "The file in the backup can't be read", "The copy can't be made",
+                                     "The copy can't be written"};
+}  // namespace
 
 BackupFileCopier::BackupFileCopier(const QString& qstrDestination, const QString& qstrBackupRoot)
     : m_destination(qstrDestination, qstrBackupRoot) {}
@@ -18,19 +24,19 @@ WrittenFile BackupFileCopier::Copy(const QString& qstrFolder, const std::string&
   // looked for.
   result.qstrPath = m_destination.Root() + qstrFolder + FromNarrow(strName);
   const std::string strWanted = ToNarrow(result.qstrPath);
-  if (!m_destination.MakeFolder(qstrFolder, result.qstrReason)) return result;
+  if (qstrFolder != m_qstrLastFolder && !m_destination.MakeFolder(qstrFolder, result.qstrReason))
+    return result;
+  m_qstrLastFolder = qstrFolder;
   const std::string strPath = m_freeNames.Take(strWanted);
   result.qstrPath = FromNarrow(strPath);
-  QFile source(FromWide(wstrSource));
-  errno = 0;
-  if (!source.copy(result.qstrPath)) {
-    const int nError = errno;
-    result.qstrReason = source.errorString();
-    // Qt's own words tell which step failed, the system's why.
-    const QString qstrCause = QString::fromLocal8Bit(strerror(nError));
-    if (nError != 0 && !result.qstrReason.contains(qstrCause)) result.qstrReason += " (" + qstrCause + ")";
-    return result;
-  }
-  chmod(strPath.c_str(), 0777);
+  const std::string strSource = ToNarrow(FromWide(wstrSource));
+  CopyError error = CopyRegularFile(strSource.c_str(), strPath.c_str(), kRights);
+  // A folder may go while the recovery runs.
+  if (error.step == CopyError::kCreate && error.nError == ENOENT &&
+      m_destination.MakeFolder(qstrFolder, result.qstrReason))
+    error = CopyRegularFile(strSource.c_str(), strPath.c_str(), kRights);
+  if (error.step != CopyError::kNone && result.qstrReason.isEmpty())
+    result.qstrReason =
+        QString("%1 (%2)").arg(kFailures[error.step], QString::fromLocal8Bit(strerror(error.nError)));
   return result;
 }

@@ -23,5 +23,6 @@ class BackupFileCopier {
 
  private:
   FreeNames m_freeNames;
+  QString m_qstrLastFolder;  // made for the file before
   Destination m_destination;
 };

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "common/text.h"
 #include "tests/support.h"
 
@@ -98,6 +100,27 @@ TEST_F(FileCopy, AnotherRecoveryIntoTheFolderGoesOnCounting) {
   Copy("a.JPG", "second");
 
   EXPECT_THAT(NamesIn(Roll()), ElementsAre("a(1).JPG", "a.JPG"));
+}
+
+TEST_F(FileCopy, AFolderThatGoesMeanwhileIsMadeAgain) {
+  Copy("a.JPG", "first");
+  std::filesystem::remove_all(m_folder.Path("out"));
+
+  EXPECT_TRUE(Copy("b.JPG", "second").Succeeded());
+
+  EXPECT_THAT(NamesIn(Roll()), ElementsAre("b.JPG"));
+}
+
+TEST_F(FileCopy, WhereItCannotBeMadeAgainTheReasonIsTold) {
+  Copy("a.JPG", "first");
+  std::filesystem::remove_all(m_folder.Path("out"));
+  m_folder.Write("out", "a file in its place");
+
+  const WrittenFile result = Copy("b.JPG", "second");
+
+  EXPECT_FALSE(result.Succeeded());
+  EXPECT_NE("", ToNarrow(result.qstrReason));
+  EXPECT_EQ("a file in its place", ReadFile(m_folder.Path("out")));
 }
 
 TEST_F(FileCopy, NameOfAnotherFolderIsFree) {

@@ -1,0 +1,136 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <fstream>
+
+#include "common/file.h"
+#include "tests/support.h"
+
+namespace {
+
+class CopyFile : public testing::Test {
+ protected:
+  CopyFile() : m_strSource(m_folder.Path("source")), m_strTarget(m_folder.Path("target")) {}
+
+  CopyError Copy(const std::string& strSource) {
+    return CopyRegularFile(strSource.c_str(), m_strTarget.c_str(), 0777);
+  }
+  void WriteSource(const std::string& strContent) {
+    std::ofstream(m_strSource, std::ios::binary) << strContent;
+  }
+  bool TargetExists() const {
+    struct stat info;
+    return lstat(m_strTarget.c_str(), &info) == 0;
+  }
+  static std::string Content(const std::string& strPath) {
+    std::ifstream file(strPath, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  TemporaryFolder m_folder;
+  std::string m_strSource;
+  std::string m_strTarget;
+};
+
+TEST_F(CopyFile, HoldsWhatTheSourceHolds) {
+  std::string strContent(3'000'001, 'x');
+  for (size_t i = 0; i < strContent.size(); ++i) strContent[i] = static_cast<char>(i * 7 + i / 251);
+  WriteSource(strContent);
+
+  const CopyError error = Copy(m_strSource);
+
+  EXPECT_EQ(CopyError::kNone, error.step);
+  EXPECT_TRUE(strContent == Content(m_strTarget));
+}
+
+TEST_F(CopyFile, AnEmptySourceGivesAnEmptyFile) {
+  WriteSource("");
+
+  EXPECT_EQ(CopyError::kNone, Copy(m_strSource).step);
+  EXPECT_TRUE(TargetExists());
+  EXPECT_EQ("", Content(m_strTarget));
+}
+
+TEST_F(CopyFile, HasItsRightsWhateverTheMask) {
+  WriteSource("x");
+  const mode_t nOldMask = umask(077);
+
+  Copy(m_strSource);
+
+  umask(nOldMask);
+  struct stat info;
+  ASSERT_EQ(0, stat(m_strTarget.c_str(), &info));
+  EXPECT_EQ(0777u, info.st_mode & 07777);
+}
+
+TEST_F(CopyFile, WhatSeemsEmptyToTheSystemIsReadToItsEnd) {
+  // Its size is told as nought.
+  const CopyError error = Copy("/proc/self/status");
+
+  EXPECT_EQ(CopyError::kNone, error.step);
+  EXPECT_NE(std::string::npos, Content(m_strTarget).find("Pid:"));
+}
+
+TEST_F(CopyFile, NothingIsWrittenOverWhatStandsThere) {
+  WriteSource("new");
+  std::ofstream(m_strTarget) << "old";
+
+  const CopyError error = Copy(m_strSource);
+
+  EXPECT_EQ(CopyError::kCreate, error.step);
+  EXPECT_EQ(EEXIST, error.nError);
+  EXPECT_EQ("old", Content(m_strTarget));
+}
+
+TEST_F(CopyFile, NorThroughALinkThatLeadsNowhere) {
+  WriteSource("new");
+  const std::string strElsewhere = m_folder.Path("elsewhere");
+  ASSERT_EQ(0, symlink(strElsewhere.c_str(), m_strTarget.c_str()));
+
+  EXPECT_EQ(CopyError::kCreate, Copy(m_strSource).step);
+
+  struct stat info;
+  EXPECT_NE(0, lstat(strElsewhere.c_str(), &info));
+}
+
+TEST_F(CopyFile, WithoutASourceNothingIsMade) {
+  const CopyError error = Copy(m_strSource);
+
+  EXPECT_EQ(CopyError::kOpen, error.step);
+  EXPECT_EQ(ENOENT, error.nError);
+  EXPECT_FALSE(TargetExists());
+}
+
+TEST_F(CopyFile, AFolderOrAPipeIsNoSource) {
+  const std::string strPipe = m_folder.Path("pipe");
+  ASSERT_EQ(0, mkfifo(strPipe.c_str(), 0600));
+
+  EXPECT_EQ(EISDIR, Copy(m_folder.Path("")).nError);
+  EXPECT_EQ(ENXIO, Copy(strPipe).nError);
+  EXPECT_FALSE(TargetExists());
+}
+
+TEST_F(CopyFile, ACopyThatBreaksOffLeavesNothing) {
+  WriteSource(std::string(2'000'000, 'x'));
+  // The system allows this process no larger files for a moment.
+  const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
+  rlimit oldLimit;
+  getrlimit(RLIMIT_FSIZE, &oldLimit);
+  rlimit limit = oldLimit;
+  limit.rlim_cur = 1'000'000;
+  setrlimit(RLIMIT_FSIZE, &limit);
+
+  const CopyError error = Copy(m_strSource);
+
+  setrlimit(RLIMIT_FSIZE, &oldLimit);
+  signal(SIGXFSZ, oldHandler);
+  EXPECT_EQ(CopyError::kWrite, error.step);
+  EXPECT_EQ(EFBIG, error.nError);
+  EXPECT_FALSE(TargetExists());
+}
+
+}  // namespace
