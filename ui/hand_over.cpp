@@ -11,7 +11,8 @@ void HandOver::Run(const std::function<void()>& step) {
   std::unique_lock<std::mutex> lock(m_mutex);
   m_pStep = &step;
   m_changed.notify_all();
-  QMetaObject::invokeMethod(this, "ServePending", Qt::QueuedConnection);
+  m_nStep = (m_nStep + 1) & 0xFFFF;
+  QMetaObject::invokeMethod(this, "ServePending", Qt::QueuedConnection, Q_ARG(int, m_nStep));
   m_changed.wait(lock, [this] { return m_pStep == nullptr; });
 }
 
@@ -20,10 +21,18 @@ void HandOver::ServeFor(unsigned int nMilliseconds) {
     std::unique_lock<std::mutex> lock(m_mutex);
     m_changed.wait_for(lock, std::chrono::milliseconds(nMilliseconds), [this] { return m_pStep != nullptr; });
   }
-  ServePending();
+  Serve();
 }
 
-void HandOver::ServePending() {
+void HandOver::ServePending(int nStep) {
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (nStep != m_nStep) return;
+  }
+  Serve();
+}
+
+void HandOver::Serve() {
   std::unique_lock<std::mutex> lock(m_mutex);
   const std::function<void()>* pStep = m_pStep;
   if (!pStep) return;  // served already, while the main thread blocked

@@ -20,10 +20,13 @@ class HandOver : public QObject {
   void ServeFor(unsigned int nMilliseconds);
 
  private:
-  /// Runs the step that waits; none when it was served already.
-  Q_INVOKABLE void ServePending();
+  /// Runs the step that waits, if it is still this one. The event of a step that was served early stays in
+  /// the queue, and must not serve a later step ahead of what was posted before that.
+  Q_INVOKABLE void ServePending(int nStep);
+  void Serve();
 
   std::mutex m_mutex;
   std::condition_variable m_changed;
   const std::function<void()>* m_pStep = nullptr;  // of the worker that waits; null when there is none
+  int m_nStep = 0;                                 // its number
 };

@@ -96,6 +96,32 @@ TEST(HandOver, ServesEachStepOnceWhenTheEventLoopFollows) {
   EXPECT_EQ(1, nSteps);
 }
 
+TEST(HandOver, AStepServedEarlyBringsNoLaterOneForward) {
+  // The event of the first step is still in the queue when the second one comes.
+  for (int nRound = 0; nRound < 50; ++nRound) {
+    HandOver handOver;
+    std::atomic<bool> bFirst{false};
+    std::atomic<bool> bPosted{false};
+    std::atomic<bool> bReturned{false};
+    std::string strOrder;
+    std::thread worker([&] {
+      handOver.Run([&] { bFirst = true; });
+      QMetaObject::invokeMethod(
+          &handOver, [&] { strOrder += "posted "; }, Qt::QueuedConnection);
+      bPosted = true;
+      handOver.Run([&] { strOrder += "second"; });
+      bReturned = true;
+    });
+
+    while (!bFirst) handOver.ServeFor(10);
+    while (!bPosted) std::this_thread::yield();
+    EXPECT_TRUE(WaitFor([&] { return bReturned.load(); }));
+    worker.join();
+
+    ASSERT_EQ("posted second", strOrder);
+  }
+}
+
 TEST(HandOver, BlockingServesNothingButSteps) {
   HandOver handOver;
   bool bEvent = false;
