@@ -20,6 +20,8 @@ namespace {
 constexpr int kWidth = 500;
 constexpr int kHeight = 250;
 constexpr unsigned int kWaitStep = 100;  // milliseconds
+constexpr unsigned int kFlagWaitStep = 1;
+constexpr int kFlagWaits = 1000;
 constexpr char kWaitText[] = "Scanning takes a while, please wait...";
 constexpr char kFinished[] = "Finished";
 
@@ -157,7 +159,10 @@ void SCANUI::RecoveryCallBackSlot(int nProgress, int nPercent, int nErrorCode, Q
   } else if (nPercent == 1000) {
     m_pTextLabel->setText(QString("  Process: %1%\n  File recovery complete").arg(nValue));
   }
-  // The worker sets the flag itself at its end, so that with the last report it means that all is done.
+  // The worker sets the flag itself right after its last report, so that with it the flag means that all is
+  // done. This slot may be quicker than the worker: it waits for it a moment.
+  for (int i = 0; nPercent == 1000 && !m_pWindow->m_bCancelRecovery && i < kFlagWaits; ++i)
+    rsb_msleep(kFlagWaitStep);
   if (m_pWindow->m_bCancelRecovery && nPercent == 1000) {
     m_bIsFinished = true;
     if (m_pCancelButton) m_pCancelButton->setText(kFinished);
