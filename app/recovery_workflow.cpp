@@ -52,7 +52,10 @@ void DRUI::btnRecovery() {
   m_strSelectDir.clear();
   m_strSelectDir =
       QFileDialog::getExistingDirectory(this, QString(), m_strSelectDir, QFileDialog::ShowDirsOnly);
-  if (m_strSelectDir.isNull()) return;
+  if (!m_strSelectDir.isNull()) RunRecovery();
+}
+
+void DRUI::RunRecovery() {
   SCANUI dialog;
   dialog.SetSaveDir(m_strSelectDir);
   dialog.InitSlot(this, SCANUI::kRecovery);

@@ -231,6 +231,7 @@ class DRUI : public QMainWindow {
   bool AskForPassword();
   void DropDecryptProcess();
   void ShowInformation(const QString& qstrText);
+  void RunRecovery();
   static void _RecoveryProcess(void* pWindow, int& nResult);
   void RecoveryProcess();
   void RecoverFiles();
