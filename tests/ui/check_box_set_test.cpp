@@ -92,7 +92,8 @@ TEST_F(CheckBoxSet, WithoutAnyBoxNothingHappens) {
   Window().CheckBoxAllStatChange(Qt::PartiallyChecked);
   Window().CheckBoxAllStatChange(Qt::Checked);
 
-  ExpectButton(false);
+  EXPECT_FALSE(m_button.isEnabled());
+  EXPECT_EQ("", m_button.styleSheet());
 }
 
 }  // namespace

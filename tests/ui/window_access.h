@@ -1,4 +1,6 @@
 #pragma once
+#include <stdexcept>
+
 #include "ui/window.h"
 
 /// What tests see of a window's state.
@@ -7,6 +9,10 @@ class WindowAccess {
   static BackupRecords& Records(DRUI& window) { return window.m_records; }
   static const __BACK_FILE_INFO__& ChosenBackup(const DRUI& window) { return window.m_curBackupInfo; }
   static IPhoneRecoveryParse* Parser(DRUI& window) { return window.m_pRecoveryParse.get(); }
+  static qint64 TotalFileCount(const DRUI& window) { return window.m_nTotalFileCount; }
+  static QString BackupPassword(const DRUI& window) { return window.m_strBackupPassword; }
+  static int DecryptStatus(const DRUI& window) { return window.m_nDecryptStatus; }
+  static QProcess* DecryptProcess(const DRUI& window) { return window.m_pDecryptProcess.get(); }
   static int CurrentCategory(const DRUI& window) { return window.m_nCurrentCategory; }
   static QTreeWidgetItem* CurrentTreeItem(const DRUI& window) { return window.m_pCurrentTreeItem; }
   static QStackedLayout* ScreenStack(const DRUI& window) { return window.m_pScreenStack; }
@@ -16,4 +22,43 @@ class WindowAccess {
   static QPushButton* MenuButton(const DRUI& window) { return window.m_pMenuButton; }
   static QTreeWidget* Tree(const DRUI& window) { return window.m_pCategoryTree; }
   static std::map<U32, U32>& CameraSelection(DRUI& window) { return window.m_mapSelCamera; }
+  static QLabel* SelectInfoLabel(const DRUI& window) { return window.m_pSelectInfoLabel; }
+  static QPushButton* RecoveryButton(const DRUI& window) { return window.m_pRecoveryButton; }
+  static int PressedCategory(const DRUI& window) { return window.m_nPressedCategory; }
+  static QString PressedApp(const DRUI& window) { return window.m_strPressedApp; }
+  static QTableWidgetItem* CurrentAppItem(const DRUI& window) { return window.m_pCurrentAppItem; }
+
+  /// Ticked rows of a category other than the two of apps. Named here once more, and not taken from the
+  /// program's own table of categories, so that a wrong row of that table shows.
+  static std::map<U32, U32>& Selection(DRUI& window, int nCategory) {
+    switch (nCategory) {
+      case 0:
+        return window.m_mapSelCamera;
+      case 1:
+        return window.m_mapSelPhotoStream;
+      case 4:
+        return window.m_mapSelMessage;
+      case 5:
+        return window.m_mapSelMessAttach;
+      case 6:
+        return window.m_mapSelContacts;
+      case 7:
+        return window.m_mapSelCallHistory;
+      case 8:
+        return window.m_mapSelNotes;
+      case 9:
+        return window.m_mapSelWhatsapp;
+      case 10:
+        return window.m_mapSelWhatsappAttach;
+      default:
+        throw std::out_of_range("no category of rows");
+    }
+  }
+  /// Ticked files of the apps of category 2 or 3.
+  static std::map<QString, std::map<U32, U32>>& AppSelection(DRUI& window, int nCategory) {
+    return nCategory == 2 ? window.m_mapSelAppPhotos : window.m_mapSelAppVideos;
+  }
+  static std::array<QCheckBox*, 6>& CheckBoxes(DRUI& window) { return window.m_checkBoxes; }
+  static QCheckBox*& CheckBoxAll(DRUI& window) { return window.m_pCheckBoxAll; }
+  static QPushButton*& CheckBoxButton(DRUI& window) { return window.m_pCheckBoxButton; }
 };

@@ -2,6 +2,19 @@
 
 #include <QTest>
 
+namespace {
+
+/// Middle of the tick box of a cell.
+QPoint BoxOf(const QAbstractItemView* pView, const QRect& cell) {
+  QStyleOptionViewItem option;
+  option.initFrom(pView);
+  option.rect = cell;
+  option.features = QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
+  return pView->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, pView).center();
+}
+
+}  // namespace
+
 WindowTest::WindowTest() {
   m_folder.MakeFolder("backups");
   SetPlaces(m_folder.Path("backups"), m_folder.Path("work"));
@@ -40,6 +53,17 @@ void WindowTest::ClickRow(QTableWidget* pTable, int nRow, int nColumn) {
 void WindowTest::ClickNode(int nCategory) {
   QTreeWidget* pTree = WindowAccess::Tree(*m_pWindow);
   Click(pTree->viewport(), pTree->visualItemRect(Node(nCategory)).center());
+}
+
+void WindowTest::ClickRowBox(QTableWidget* pTable, int nRow, int nColumn) {
+  const QTableWidgetItem* pItem = pTable->item(nRow, nColumn);
+  ASSERT_NE(nullptr, pItem);
+  Click(pTable->viewport(), BoxOf(pTable, pTable->visualItemRect(pItem)));
+}
+
+void WindowTest::ClickNodeBox(int nCategory) {
+  QTreeWidget* pTree = WindowAccess::Tree(*m_pWindow);
+  Click(pTree->viewport(), BoxOf(pTree, pTree->visualItemRect(Node(nCategory))));
 }
 
 void WindowTest::ScanBackup(int nRow) {

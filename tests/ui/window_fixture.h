@@ -42,6 +42,9 @@ class WindowTest : public testing::Test {
   /// Clicks as a user does.
   void ClickRow(QTableWidget* pTable, int nRow, int nColumn = 0);
   void ClickNode(int nCategory);
+  /// The same on tick boxes. A cell without one takes the click where its box would be.
+  void ClickRowBox(QTableWidget* pTable, int nRow, int nColumn = 0);
+  void ClickNodeBox(int nCategory);
   /// Picks a row of the list of backups, presses "Scan" and waits for the end.
   void ScanBackup(int nRow = 0);
 
