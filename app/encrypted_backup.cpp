@@ -3,11 +3,13 @@
 
 #include <unistd.h>
 
-#include <QCoreApplication>
 #include <QFileDialog>
+#include <QSemaphore>
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "app/password_dialog.h"
 #include "backup/discovery.h"
@@ -31,11 +33,19 @@ QString DecryptedFolder() {
 }
 
 QString ToolCommand(const __BACK_FILE_INFO__& info, const QString& qstrPassword, bool bCheck) {
-  QString qstrCommand = "\"" + QCoreApplication::applicationDirPath() + "/Velmora Orvandel\" \"" +
+  QString qstrCommand = "\"" + FromNarrow(ProgramFolder()) + "Velmora Orvandel\" \"" +
                         FromNarrow(info.strBackupPath) + "\" \"" + DecryptedFolder() + "\" " + qstrPassword;
   if (bCheck) qstrCommand += " CheckPasswd";
   return qstrCommand;
 }
+
+/// What the worker of a scan and the main thread tell each other of a run of the tool. Lines of it may be
+/// served after the scan, which a cancel has kept waiting.
+struct ToolRun {
+  std::atomic<bool> bKill{false};  ///< set by the main thread: a line calls for it
+  std::atomic<bool> bOver{false};  ///< set by the worker: further lines mean nothing
+  QSemaphore allServed;            ///< released by the main thread behind the last line
+};
 
 void StartTool(QProcess& process, const QString& qstrCommand) {
   process.setProcessChannelMode(QProcess::MergedChannels);
@@ -81,7 +91,7 @@ bool DRUI::AskForPassword() {
       ShowInformation("The password can't be empty, please try again.");
       continue;
     }
-    if (m_pDecryptProcess) m_pDecryptProcess->kill();
+    DropDecryptProcess();
     m_nDecryptStatus = kStatusOk;
     m_pDecryptProcess = std::make_unique<QProcess>(this);
     QProcess* pProcess = m_pDecryptProcess.get();
@@ -107,8 +117,10 @@ bool DRUI::CheckPasswordRecieve(const QByteArray& line) {
     m_nDecryptStatus = kStatusWrongPassword;
     return true;
   }
+  if (!line.contains(kCount)) return false;
   // The first sign of progress proves the password.
-  return line.contains(kCount);
+  m_nDecryptStatus = kStatusOk;
+  return true;
 }
 
 bool DRUI::DecryptDataRecieve(const QByteArray& line) {
@@ -121,13 +133,20 @@ bool DRUI::DecryptDataRecieve(const QByteArray& line) {
   if (m_bCancelScan) return true;
   // A backup from the list was never counted: the bar then stays where it is.
   if (m_nTotalFileCount <= 0) return false;
-  const qint64 nDone = strtoll(line.constData() + nCount + strlen(kCount), nullptr, 10);
-  emit ScanProcessCallBack(
-      static_cast<int>(std::min(nDone, m_nTotalFileCount) * kToolProgress / m_nTotalFileCount + 1));
+  const qint64 nTold = strtoll(line.constData() + nCount + strlen(kCount), nullptr, 10);
+  // No number may run over, whatever its sign: one that came out as 100 would close the dialog.
+  const qint64 nDone = std::clamp(nTold, -m_nTotalFileCount, m_nTotalFileCount);
+  emit ScanProcessCallBack(static_cast<int>(nDone * kToolProgress / m_nTotalFileCount + 1));
   return false;
 }
 
+void DRUI::DropDecryptProcess() {
+  if (m_pDecryptProcess) m_pDecryptProcess->kill();
+  m_pDecryptProcess.reset();
+}
+
 QString DRUI::DecryptBackup() {
+  m_handOver.Run([this] { DropDecryptProcess(); });
   m_nDecryptStatus = kStatusOk;
   const QString qstrFolder = DecryptedFolder();
   std::vector<std::string> old;
@@ -137,15 +156,14 @@ QString DRUI::DecryptBackup() {
   // The process belongs to this worker, its lines to the main thread, whose queue brings them to the window.
   // While the main thread waits for a cancelled scan it takes none, so that nothing kills the tool then.
   QProcess process;
-  const auto pKill =
-      std::make_shared<std::atomic<bool>>(false);  // lines may be served after this function's end
-  connect(&process, &QProcess::readyRead, &process, [this, &process, pKill] {
+  const auto pRun = std::make_shared<ToolRun>();
+  connect(&process, &QProcess::readyRead, &process, [this, &process, pRun] {
     while (process.canReadLine()) {
       const QByteArray line = process.readLine();
       QMetaObject::invokeMethod(
           this,
-          [this, line, pKill] {
-            if (DecryptDataRecieve(line)) *pKill = true;
+          [this, line, pRun] {
+            if (!pRun->bOver && DecryptDataRecieve(line)) pRun->bKill = true;
           },
           Qt::QueuedConnection);
     }
@@ -153,8 +171,13 @@ QString DRUI::DecryptBackup() {
   StartTool(process, ToolCommand(m_curBackupInfo, m_strBackupPassword, false));
   while (process.state() != QProcess::NotRunning) {
     process.waitForFinished(kPollStep);
-    if (*pKill) process.kill();
+    if (pRun->bKill) process.kill();
   }
-  m_handOver.Run([] {});  // lines that still stand in the queue come before this step
+  // Lines that still stand in the queue come first, unless a cancel keeps the main thread from serving it.
+  QMetaObject::invokeMethod(
+      this, [pRun] { pRun->allServed.release(); }, Qt::QueuedConnection);
+  while (!pRun->allServed.tryAcquire(1, kPollStep) && !m_bCancelScan) {
+  }
+  pRun->bOver = true;
   return qstrFolder;
 }

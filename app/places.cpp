@@ -1,8 +1,15 @@
 #include "common/places.h"
 
+#include <QCoreApplication>
+
+#include "common/text.h"
+
 std::string BackupRoot() {
   return kSystemBackupRoot;
 }
 std::string WorkFolder() {
   return kSystemWorkFolder;
+}
+std::string ProgramFolder() {
+  return ToNarrow(QCoreApplication::applicationDirPath()) + "/";
 }

@@ -94,6 +94,10 @@ std::string WorkFolder() {
   return ToNarrow(folder.path()) + "/";
 }
 
+std::string ProgramFolder() {
+  return ToNarrow(QCoreApplication::applicationDirPath()) + "/";
+}
+
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
   if (argc != 3) {

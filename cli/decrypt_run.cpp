@@ -2,7 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -63,7 +62,7 @@ int DecryptRun::Run(const Options& options, ProgressBar& bar) {
   }
   const qint64 nTotal = std::max<qint64>(CountBackupFiles(ToNarrow(options.qstrBackup)), 1);
   QProcess process;
-  const QString qstrTool = QCoreApplication::applicationDirPath() + "/Velmora Orvandel";
+  const QString qstrTool = FromNarrow(ProgramFolder() + "Velmora Orvandel");
   process.start(qstrTool, {options.qstrBackup, m_qstrFolder, QString::fromUtf8(password)});
   password.fill('\0');
   if (!process.waitForStarted()) {
@@ -83,7 +82,8 @@ int DecryptRun::Run(const Options& options, ProgressBar& bar) {
     PrintError(options.qstrBackup + ": wrong password");
     return kExitPassword;
   }
-  // A tool that has told why single files failed leaves the others; one that wrote none leaves nothing to read.
+  // A tool that has told why single files failed leaves the others; one that wrote none leaves nothing to
+  // read.
   if (process.exitCode() == 0 || !QDir(m_qstrFolder).isEmpty(QDir::Files)) return kExitDone;
   PrintError(options.qstrBackup + ": the backup could not be decrypted");
   return kExitNotWritten;

@@ -1,5 +1,6 @@
 #include "common/places.h"
 
+#include <QCoreApplication>
 #include <QTemporaryDir>
 
 #include "cli/places.h"
@@ -27,4 +28,8 @@ std::string WorkFolder() {
   static const QTemporaryDir folder("/var/tmp/orvandel-XXXXXX");
   // Without one, a place that can't hold anything: what needs the folder fails on its own terms.
   return folder.isValid() ? ToNarrow(folder.path()) + "/" : "/dev/null/";
+}
+
+std::string ProgramFolder() {
+  return ToNarrow(QCoreApplication::applicationDirPath()) + "/";
 }

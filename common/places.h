@@ -1,15 +1,18 @@
 #pragma once
 #include <string>
 
-// Where the system's fixed folders are. This header only declares them: each executable defines both
-// functions (the program with the machine-wide folders, the command line with a private folder, the tests
-// with a temporary one), so that no other code knows a path and none reads the environment for it.
+// Where the system's fixed folders are. This header only declares them: each executable defines the functions
+// (the program with the machine-wide folders, the command line with a private folder, the tests with a
+// temporary one), so that no other code knows a path and none reads the environment for it.
 
 /// The folder whose sub-folders are the backups. Narrow, with a trailing "/".
 std::string BackupRoot();
 
 /// The folder for temporary files. Narrow, with a trailing "/". It need not exist.
 std::string WorkFolder();
+
+/// Where the program's own files lie: the decrypt tool. Narrow, with a trailing "/".
+std::string ProgramFolder();
 
 /// The folder inside the work folder that receives decrypted files.
 constexpr char kDecryptFolderName[] = "VelmoraiTunesExBackupPath";

@@ -44,6 +44,9 @@ std::string BackupRoot() {
 std::string WorkFolder() {
   return {};
 }
+std::string ProgramFolder() {
+  return {};
+}
 
 int main(int argc, char** argv) {
   if (argc == 2 && strcmp(argv[1], "--help") == 0) {

@@ -1,7 +1,7 @@
 #include "common/places.h"
 
-// No target looks for backups or decrypts anything: neither folder exists, so that one that did would find
-// nothing.
+// No target looks for backups or decrypts anything: none of the folders exists, so that one that did would
+// find nothing.
 
 std::string BackupRoot() {
   return "/nonexistent/backups/";
@@ -9,4 +9,8 @@ std::string BackupRoot() {
 
 std::string WorkFolder() {
   return "/nonexistent/work/";
+}
+
+std::string ProgramFolder() {
+  return "/nonexistent/program/";
 }

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QSettings>
 #include <filesystem>
 #include <memory>
 #include <mutex>
@@ -18,6 +20,7 @@ namespace {
 struct Places {
   std::string strBackupRoot;
   std::string strWorkFolder;
+  std::string strProgramFolder;
 };
 
 Places g_places;
@@ -65,7 +68,8 @@ void HandleQtMessage(QtMsgType type, const QMessageLogContext& context, const QS
 
 class TestWatcher : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo&) override {
-    g_places = {g_pProcessFolder->Path("backups/"), g_pProcessFolder->Path("work/")};
+    g_places = {g_pProcessFolder->Path("backups/"), g_pProcessFolder->Path("work/"),
+                WithSlash(QFile::encodeName(QCoreApplication::applicationDirPath()).toStdString())};
     std::lock_guard<std::mutex> lock(g_warningMutex);
     g_announced.clear();
   }
@@ -89,6 +93,10 @@ std::string BackupRoot() {
 
 std::string WorkFolder() {
   return g_places.strWorkFolder;
+}
+
+std::string ProgramFolder() {
+  return g_places.strProgramFolder;
 }
 
 TemporaryFolder::TemporaryFolder() : m_strPath(QFile::encodeName(m_folder.path()).toStdString()) {
@@ -141,7 +149,12 @@ std::vector<std::string> NamesIn(const std::string& strFolder) {
 }
 
 void SetPlaces(const std::string& strBackupRoot, const std::string& strWorkFolder) {
-  g_places = {WithSlash(strBackupRoot), WithSlash(strWorkFolder)};
+  g_places.strBackupRoot = WithSlash(strBackupRoot);
+  g_places.strWorkFolder = WithSlash(strWorkFolder);
+}
+
+void SetProgramFolder(const std::string& strFolder) {
+  g_places.strProgramFolder = WithSlash(strFolder);
 }
 
 ProblemRecorder::ProblemRecorder() {
@@ -172,6 +185,9 @@ void ExpectQtWarning(const char* pszPattern) {
 
 void InstallTestEnvironment() {
   g_pProcessFolder = std::make_unique<TemporaryFolder>();
+  // File dialogs remember where they have been.
+  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                     QFile::decodeName(g_pProcessFolder->Path("settings").c_str()));
   g_pfnQtHandler = qInstallMessageHandler(HandleQtMessage);
   testing::UnitTest::GetInstance()->listeners().Append(new TestWatcher);
 }

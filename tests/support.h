@@ -42,6 +42,10 @@ bool Exists(const std::string& strPath);
 /// Names of everything in a folder, hidden entries too, sorted.
 std::vector<std::string> NamesIn(const std::string& strFolder);
 
+/// Says what ProgramFolder answers, to the end of the test. Gets a trailing "/" if it lacks it. Without it,
+/// it is the folder of the test's executable, where the real decrypt tool lies.
+void SetProgramFolder(const std::string& strFolder);
+
 /// Says what BackupRoot and WorkFolder answer, to the end of the test. Both get a trailing "/" if they lack
 /// it. Without it, both lie inside a temporary folder of the process.
 void SetPlaces(const std::string& strBackupRoot, const std::string& strWorkFolder);
