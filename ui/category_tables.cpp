@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "common/text.h"
+#include "ui/key_ticks.h"
 #include "ui/styles.h"
 
 namespace {
@@ -114,7 +115,7 @@ const std::array<TableSpec, kCategoryCount + 1>& TableSpec::All() {
 }
 
 QTableWidget* DRUI::CreateTable(const TableSpec& spec) {
-  auto* pTable = new QTableWidget;
+  auto* pTable = new KeyTickTable;
   this->*spec.pTable = pTable;
   pTable->setObjectName(spec.pszName);
   pTable->setAccessibleName(spec.nNumber == TableSpec::kAppFiles

@@ -4,6 +4,7 @@
 
 #include "common/text.h"
 #include "ui/category_tables.h"
+#include "ui/key_ticks.h"
 #include "ui/styles.h"
 
 namespace {
@@ -21,7 +22,7 @@ const Category* CategoryOfLabel(const QString& qstrLabel) {
 }  // namespace
 
 QTreeWidget* DRUI::CreateTree() {
-  m_pCategoryTree = new QTreeWidget(this);
+  m_pCategoryTree = new KeyTickTree(this);
   m_pCategoryTree->setObjectName("m_pCategoryTree");
   m_pCategoryTree->setAccessibleName("Categories");
   m_pCategoryTree->setColumnCount(1);

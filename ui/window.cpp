@@ -34,8 +34,7 @@ DRUI::DRUI(QWidget* pParent, Qt::WindowFlags flags)
 
 DRUI::~DRUI() {
   // Before anything that its last lines could still reach.
-  if (m_pDecryptProcess) m_pDecryptProcess->kill();
-  m_pDecryptProcess.reset();
+  DropDecryptProcess();
 }
 
 void DRUI::Init() {
