@@ -32,6 +32,9 @@ CDetail::CDetail(QDialog*, Qt::WindowFlags flags) : QDialog(nullptr, flags) {
   m_pTable->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   m_pTable->verticalHeader()->setMinimumSectionSize(kRowHeight);
   m_pTable->verticalHeader()->setDefaultSectionSize(kRowHeight);
+  // A long path is cut in its middle, so that the file's name is seen.
+  m_pTable->setWordWrap(false);
+  m_pTable->setTextElideMode(Qt::ElideMiddle);
   m_pTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
   m_pTable->setSelectionBehavior(QAbstractItemView::SelectRows);
   m_pTable->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -55,7 +58,9 @@ void CDetail::AddTableItem(const QString& qstrName, int nStatus) {
   auto* pStatus = new QTableWidgetItem(bSuccess ? "Success" : "Failed");
   if (!bSuccess) pStatus->setForeground(QColor(255, 0, 0));
   ++(bSuccess ? m_nSuccess : m_nFailed);
-  m_pTable->setItem(nRow, 0, new QTableWidgetItem(qstrName));
+  auto* pName = new QTableWidgetItem(qstrName);
+  pName->setToolTip(qstrName);
+  m_pTable->setItem(nRow, 0, pName);
   m_pTable->setItem(nRow, 1, pStatus);
   // One line break behind the title now, where the first text has two.
   m_pTextLabel->setText(

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -67,6 +68,50 @@ void ScanFirstBackup(DRUI& window) {
   QObject::disconnect(&window, &DRUI::ScanProcessCallBack, &window, nullptr);
 }
 
+void UntickFirstFile(DRUI& window) {
+  auto* pTable = window.findChild<QTableWidget*>("m_pAppsTable");
+  const QRect cell = pTable->visualItemRect(pTable->item(0, 0));
+  Click(pTable->viewport(), QPoint(cell.left() + 12, cell.center().y()));
+}
+
+/// Types a folder into the folder dialog on top.
+void ChooseFolder(const QString& qstrFolder) {
+  QWidget* pDialog = QApplication::activeModalWidget();
+  Save(pDialog, "folder-dialog");
+  auto* pEdit = pDialog ? pDialog->findChild<QLineEdit*>("fileNameEdit") : nullptr;
+  if (!pEdit) return;
+  pEdit->selectAll();
+  QTest::keyClicks(pEdit, qstrFolder);
+  QTest::keyClick(pEdit, Qt::Key_Return);
+}
+
+/// Recovers all that is ticked, with a look at the dialog on the way, at its end, and at the list of files.
+void SaveRecovery(DRUI& window) {
+  const QTemporaryDir destination;
+  QTimer::singleShot(300, [&] { ChooseFolder(destination.path()); });
+  bool bTaken = false;
+  QObject::connect(&window, qOverload<int, int, int, QString>(&DRUI::RecoveryCallBack), &window,
+                   [&](int, int nPercent) {
+                     if (bTaken || nPercent != 40) return;
+                     bTaken = true;
+                     Save(QApplication::activeModalWidget(), "recovering");
+                   });
+  QTimer end;
+  QObject::connect(&end, &QTimer::timeout, [&] {
+    QWidget* pDialog = QApplication::activeModalWidget();
+    auto* pButton = pDialog ? pDialog->findChild<QPushButton*>("Cancel") : nullptr;
+    if (!pButton || pButton->text() != "Finished") return;
+    end.stop();
+    Save(pDialog, "recovered");
+    SaveNextDialog("recovery-detail", "OK");
+    pDialog->findChild<QPushButton*>("Detail")->click();
+    pButton->click();
+  });
+  end.start(50);
+  Click(window.findChild<QPushButton*>("m_pRecoveryButton"), QPoint(20, 20));
+  QObject::disconnect(&window, qOverload<int, int, int, QString>(&DRUI::RecoveryCallBack), &window, nullptr);
+}
+
 void SavePages(DRUI& window) {
   auto* pTree = window.findChild<QTreeWidget*>("m_pCategoryTree");
   for (int i = 0; i < pTree->topLevelItemCount(); ++i) {
@@ -74,12 +119,14 @@ void SavePages(DRUI& window) {
     Click(pTree->viewport(), pTree->visualItemRect(pTree->topLevelItem(i)).center());
     Save(&window, QString("%1-%2").arg(i, 2, 10, QChar('0')).arg(spec.pszPageName));
     auto* pTable = window.findChild<QTableWidget*>(spec.pszName);
-    if (spec.pfnDoubleClick && pTable->rowCount() > 0) {
-      const QPoint place = pTable->visualItemRect(pTable->item(pTable->rowCount() - 1, 1)).center();
-      Click(pTable->viewport(), place);
-      QTest::mouseDClick(pTable->viewport(), Qt::LeftButton, Qt::NoModifier, place);
-      Save(&window, QString("%1-%2-files").arg(i, 2, 10, QChar('0')).arg(spec.pszPageName));
-    }
+    if (pTable->rowCount() == 0) continue;
+    const QPoint place = pTable->visualItemRect(pTable->item(pTable->rowCount() > 1 ? 1 : 0, 0)).center();
+    Click(pTable->viewport(), place);
+    Save(&window, QString("%1-%2-row").arg(i, 2, 10, QChar('0')).arg(spec.pszPageName));
+    if (!spec.pfnDoubleClick) continue;
+    QTest::mouseDClick(pTable->viewport(), Qt::LeftButton, Qt::NoModifier, place);
+    UntickFirstFile(window);
+    Save(&window, QString("%1-%2-files").arg(i, 2, 10, QChar('0')).arg(spec.pszPageName));
   }
 }
 
@@ -116,6 +163,7 @@ int main(int argc, char** argv) {
   if (g_nFailed != 0) return 1;
   Save(&window, "scanned");
   SavePages(window);
+  SaveRecovery(window);
   SaveNextDialog("question", "NO");
   Click(window.findChild<QPushButton*>("homeButton"), QPoint(20, 20));
   return g_nFailed == 0 ? 0 : 1;
