@@ -7,6 +7,24 @@
 #include "ui/drag.h"
 #include "ui/styles.h"
 
+namespace {
+
+constexpr double kSmallestText = 8;  // points
+
+/// Takes a smaller font where letters are too wide for a label's place: where a point has more pixels, say.
+void ShrinkToFit(QLabel* pLabel) {
+  QFont font = pLabel->font();
+  const auto fits = [&] {
+    const QRect needed =
+        QFontMetrics(font).boundingRect(QRect(QPoint(), pLabel->size()), Qt::TextWordWrap, pLabel->text());
+    return needed.height() <= pLabel->height() && needed.width() <= pLabel->width();
+  };
+  while (font.pointSizeF() > kSmallestText && !fits()) font.setPointSizeF(font.pointSizeF() - 0.5);
+  pLabel->setFont(font);
+}
+
+}  // namespace
+
 CPasswordUI::CPasswordUI(QDialog*, Qt::WindowFlags flags) : QDialog(nullptr, flags) {
   InitResources();
   m_ui.setupUi(this);
@@ -26,8 +44,10 @@ void CPasswordUI::InitDialog() {
   auto* pText = new QLabel(
       "The selected iTunes Backup File is encrypted. Please enter the password to unlock it.", pPanel);
   pText->setObjectName("passwordText");
+  pText->setFont(font());
   pText->setWordWrap(true);
   pText->setGeometry(20, 30, width() - 40, 25);
+  ShrinkToFit(pText);
   QPalette palette = pText->palette();
   palette.setColor(QPalette::WindowText, Qt::black);
   pText->setPalette(palette);
