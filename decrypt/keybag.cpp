@@ -1,11 +1,16 @@
 #include "decrypt/keybag.h"
 
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
+#include <string>
 
 namespace {
 
 constexpr uint32_t kUnderPassword = 2;  // bit of a class's WRAP: wrapped under the password's key
+// Of the password's derivation: ten times those of any device, some half a minute. A keybag made to ask for
+// more would only keep the tool busy.
+constexpr uint32_t kMostRounds = 100 * 1000 * 1000;
 constexpr size_t kItemHead = 8;         // tag and length
 constexpr size_t kClassNumberSize = 4;  // in front of a wrapped key elsewhere
 
@@ -70,8 +75,12 @@ Keybag::Keybag(const Bytes& data) {
     }
   }
   keepClass();
-  if (m_salt.empty() || nRounds == 0 || nRounds > INT32_MAX || nStrongRounds > INT32_MAX)
+  if (m_salt.empty() || nRounds == 0)
     throw std::runtime_error("the keybag is damaged: it doesn't tell how the password becomes a key");
+  if (std::max(nRounds, nStrongRounds) > kMostRounds)
+    throw std::runtime_error("the keybag is damaged: it asks for " +
+                             std::to_string(std::max(nRounds, nStrongRounds)) +
+                             " rounds to make a key, more than any device");
 }
 
 Secret Keybag::PasswordKey(const Secret& password) const {

@@ -142,6 +142,17 @@ TEST(KeybagOfPublishedValues, OpensForNewBackups) {
   EXPECT_EQ(TextOfBytes(SomeKey(99)), FileKeyOf(keybag, 4, FromHex(kNewClassKey)));
 }
 
+TEST(Keybag, ThatAsksForMoreRoundsThanAnyDeviceIsDamaged) {
+  const std::string strClass = ClassOf(4, FromHexText(kNewWrapped));
+  const std::string strStrong = Item("DPSL", FromHexText(kNewStrongSalt));
+  for (const std::string& strData :
+       {Head(FromHexText(kNewSalt), 100000001) + strClass, Head(FromHexText(kNewSalt), 0x80000000) + strClass,
+        Head(FromHexText(kNewSalt), 10000) + Item("DPIC", 100000001) + strStrong + strClass,
+        Head(FromHexText(kNewSalt), 10000) + Item("DPIC", 0xFFFFFFFF) + strStrong + strClass})
+    EXPECT_THROW(Keybag{ToBytes(strData)}, std::runtime_error);
+  EXPECT_NO_THROW(Keybag{ToBytes(Head(FromHexText(kNewSalt), 100000000) + strClass)});
+}
+
 TEST(Keybag, GivesKeysOfEachClassUnderThePassword) {
   Keybag keybag(ToBytes(WholeKeybag()));
 
