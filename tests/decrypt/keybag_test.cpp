@@ -258,10 +258,10 @@ INSTANTIATE_TEST_SUITE_P(
         DamageCase{"EmptySalt", [] { return Head(""); }, "how the password becomes a key"},
         DamageCase{"NoRounds", [] { return Item("SALT", kSalt); }, "how the password becomes a key"},
         DamageCase{"ZeroRounds", [] { return Head(kSalt, 0); }, "how the password becomes a key"},
-        DamageCase{"TooManyRounds", [] { return Head(kSalt, 0x80000000); }, "how the password becomes a key"},
+        DamageCase{"TooManyRounds", [] { return Head(kSalt, 0x80000000); }, "more than any device"},
         DamageCase{"TooManyFirstRounds",
                    [] { return Head() + Item("DPSL", kSalt) + Item("DPIC", 0xFFFFFFFF); },
-                   "how the password becomes a key"},
+                   "more than any device"},
         DamageCase{"Text", [] { return std::string("<?xml version=\"1.0\"?>"); }, "runs beyond its end"}),
     NameOf);
 

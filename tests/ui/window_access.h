@@ -61,4 +61,6 @@ class WindowAccess {
   static std::array<QCheckBox*, 6>& CheckBoxes(DRUI& window) { return window.m_checkBoxes; }
   static QCheckBox*& CheckBoxAll(DRUI& window) { return window.m_pCheckBoxAll; }
   static QPushButton*& CheckBoxButton(DRUI& window) { return window.m_pCheckBoxButton; }
+  /// Where the last recovery goes; null when no folder was chosen.
+  static QString RecoveryFolder(const DRUI& window) { return window.m_strSelectDir; }
 };
