@@ -1,6 +1,7 @@
 #include "ui/chat_view.h"
 
 #include <QFile>
+#include <QRegularExpression>
 
 #include "ui/sealed_page.h"
 
@@ -13,14 +14,31 @@ constexpr char kSentScript[] =
     "document.getElementById(\"content\").insertAdjacentHTML(\"beforeEnd\",\"<div style='overflow:hidden;'>"
     "<p class='triangle-right right'>%1</p></div>\")";
 
+/// True for a text with an element that has a name, or with an escape of the script that may hide one.
+bool MayHoldNames(const QString& qstrText) {
+  static const QRegularExpression name("<[^>]*(id|name)\\s*=", QRegularExpression::CaseInsensitiveOption);
+  return qstrText.contains('\\') || qstrText.contains(name);
+}
+
 }  // namespace
 
 ChatView::ChatView(const char* pszStyleFile, QWidget* pParent)
     : QWebView(pParent), m_pPage(new SealedPage(this)) {
   setPage(m_pPage);
+  m_pPage->SetLaidOut(false);
   QFile style(pszStyleFile);
-  style.open(QIODevice::ReadOnly);
-  m_pPage->SetContent(QString::fromUtf8(style.readAll()));
+  m_pPage->SetContent(style.open(QIODevice::ReadOnly) ? QString::fromUtf8(style.readAll()) : QString());
+}
+
+// Out of sight nothing is laid out: markup can be made to take minutes for it.
+void ChatView::showEvent(QShowEvent* pEvent) {
+  m_pPage->SetLaidOut(true);
+  QWebView::showEvent(pEvent);
+}
+
+void ChatView::hideEvent(QHideEvent* pEvent) {
+  QWebView::hideEvent(pEvent);
+  m_pPage->SetLaidOut(false);
 }
 
 void ChatView::Clear() {
@@ -33,9 +51,11 @@ void ChatView::Enable() {
 }
 
 bool ChatView::AddBubble(bool bReceived, const QString& qstrText) {
-  m_nContent += qstrText.size() + kBubbleCost;
+  const bool bNames = MayHoldNames(qstrText);
+  m_nContent += qstrText.size() + kBubbleCost + (bNames ? kNamesCost : 0);
   if (m_nContent > kMostContent) return false;
-  if (SealedPage::StaysInString(qstrText))
-    m_pPage->Run(QString(bReceived ? kReceivedScript : kSentScript).arg(qstrText));
+  if (!SealedPage::StaysInString(qstrText)) return true;
+  m_pPage->Run(QString(bReceived ? kReceivedScript : kSentScript).arg(qstrText));
+  if (bNames) m_pPage->RemoveNames();
   return true;
 }

@@ -25,6 +25,11 @@ class ChatView : public QWebView {
   /// all texts before their own, so that a long one would take memory and time without an end.
   static constexpr qint64 kMostContent = 32LL * 1024 * 1024;
   static constexpr qint64 kBubbleCost = 1000;
+  static constexpr qint64 kNamesCost = 50000;  ///< of a bubble whose elements may have names, on top
+
+ protected:
+  void showEvent(QShowEvent* pEvent) override;
+  void hideEvent(QHideEvent* pEvent) override;
 
  private:
   SealedPage* m_pPage;

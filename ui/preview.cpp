@@ -1,6 +1,7 @@
 // What stands beside or above a table and shows the row in hand, and the file list of an app.
 
 #include <QBoxLayout>
+#include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 
@@ -13,12 +14,24 @@
 namespace {
 
 constexpr int kWidestUnscaled = 700;
-// Of a picture, as its head tells. Up to the first number it is decoded whole; above it at the size that is
-// needed, where its format can do that. Where not, nothing above the second number is shown, and nothing at
-// all above the third: memory and time stay bounded whatever a file claims.
+// Of a picture, as its head tells. Up to the first number it is decoded whole. Above it a JPEG is decoded at
+// the size that is needed, up to the second; its kind alone does that as it reads. Another kind is decoded
+// whole up to the third, half of it where pixels are deep. Nothing is shown beyond: memory and time stay
+// bounded whatever a file claims.
 constexpr qint64 kMostPixelsWhole = 8LL * 1000 * 1000;
-constexpr qint64 kMostPixelsUnscaled = 50LL * 1000 * 1000;
-constexpr qint64 kMostPixels = 100LL * 1000 * 1000;
+constexpr qint64 kMostPixelsScaled = 100LL * 1000 * 1000;
+constexpr qint64 kMostPixels = 50LL * 1000 * 1000;
+constexpr qint64 kMostBytesOfIcon = 1 << 20;
+
+/// True for what says nothing of its size in its head: a drawing, which is a program of a kind, names other
+/// files and may take any time; and an icon with a picture of another kind inside.
+bool HidesItsSize(const QString& qstrPath, const QByteArray& format) {
+  if (format.startsWith("svg")) return true;
+  if (format != "ico" && format != "cur") return false;
+  QFile file(qstrPath);
+  return file.size() > kMostBytesOfIcon || !file.open(QIODevice::ReadOnly) ||
+         file.read(kMostBytesOfIcon).contains("\x89PNG");
+}
 
 QLabel* CreatePictureLabel(const TablePreview& preview) {
   auto* pLabel = new QLabel;
@@ -43,14 +56,15 @@ QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
   if (!QFileInfo(qstrPath).isFile()) return QPixmap();  // also the empty path of a row that has no record
   QImageReader reader(qstrPath);
   reader.setDecideFormatFromContent(true);
+  if (!reader.canRead()) return QPixmap();
+  const QByteArray format = reader.format();
   const QSize full = reader.size();
-  // Drawings are programs of a kind: they name other files, and may take any time.
-  if (!full.isValid() || reader.format().startsWith("svg")) return QPixmap();
+  if (!full.isValid() || HidesItsSize(qstrPath, format)) return QPixmap();
+  const bool bScales = format == "jpeg" && full.width() > kWidestUnscaled;
+  const bool bDeep = QImage::toPixelFormat(reader.imageFormat()).bitsPerPixel() > 32;
   const qint64 nPixels = static_cast<qint64>(full.width()) * full.height();
-  const bool bScales = reader.supportsOption(QImageIOHandler::ScaledSize);
-  if (nPixels > (bScales ? kMostPixels : kMostPixelsUnscaled)) return QPixmap();
-  if (nPixels > kMostPixelsWhole && full.width() > kWidestUnscaled && bScales)
-    reader.setScaledSize(full.scaled(size, Qt::KeepAspectRatio));
+  if (nPixels * (bDeep ? 2 : 1) > (bScales ? kMostPixelsScaled : kMostPixels)) return QPixmap();
+  if (bScales && nPixels > kMostPixelsWhole) reader.setScaledSize(full.scaled(size, Qt::KeepAspectRatio));
   QPixmap pixmap = QPixmap::fromImageReader(&reader);
   if (pixmap.width() > kWidestUnscaled)
     pixmap = pixmap.scaled(size, Qt::KeepAspectRatio, Qt::FastTransformation);

@@ -2,6 +2,7 @@
 
 #include <QNetworkReply>
 #include <QTimer>
+#include <QtWebKit/QWebElement>
 #include <QtWebKit/QWebSettings>
 #include <QtWebKitWidgets/QWebFrame>
 #include <cstring>
@@ -40,8 +41,8 @@ QNetworkReply* SealedNetwork::createRequest(Operation operation, const QNetworkR
   return new RefusedReply(request, operation, this);
 }
 
-SealedPage::SealedPage(QObject* pParent) : QWebPage(pParent) {
-  setNetworkAccessManager(&m_network);
+SealedPage::SealedPage(QObject* pParent) : QWebPage(pParent), m_pNetwork(new SealedNetwork(this)) {
+  setNetworkAccessManager(m_pNetwork);
   setLinkDelegationPolicy(DelegateAllLinks);  // nobody listens: a click on a link goes nowhere
   QWebSettings* pSettings = settings();
   for (const QWebSettings::WebAttribute attribute :
@@ -62,7 +63,9 @@ void SealedPage::SetContent(const QString& qstrHtml) {
   QString qstrSealed = qstrHtml;
   const int nHead = qstrSealed.indexOf("<head>", 0, Qt::CaseInsensitive);
   qstrSealed.insert(nHead < 0 ? 0 : nHead + static_cast<int>(strlen("<head>")), kPolicy);
+  m_bLoading = true;
   mainFrame()->setHtml(qstrSealed, QUrl());
+  m_bLoading = false;
 }
 
 QVariant SealedPage::Run(const QString& qstrScript) {
@@ -70,6 +73,23 @@ QVariant SealedPage::Run(const QString& qstrScript) {
   const QVariant result = mainFrame()->evaluateJavaScript(qstrScript);
   settings()->setAttribute(QWebSettings::JavascriptEnabled, false);
   return result;
+}
+
+void SealedPage::SetLaidOut(bool bLaidOut) {
+  // A sheet of the user's goes above all that a page says. The engine knows it by this beginning alone.
+  QUrl sheet;
+  if (!bLaidOut)
+    sheet =
+        QUrl("data:text/css;charset=utf-8;base64," + QByteArray("html{display:none!important}").toBase64());
+  settings()->setUserStyleSheetUrl(sheet);
+}
+
+void SealedPage::RemoveNames() {
+  const QWebElement root = mainFrame()->documentElement();
+  for (QWebElement element : root.findAll("body [name]")) element.removeAttribute("name");
+  for (QWebElement element : root.findAll("body object[id], body applet[id], body embed[id], body img[id], "
+                                          "body form[id], body iframe[id]"))
+    element.removeAttribute("id");
 }
 
 bool SealedPage::StaysInString(const QString& qstrText) {
@@ -96,8 +116,8 @@ bool SealedPage::shouldInterruptJavaScript() {
   return true;
 }
 
-bool SealedPage::acceptNavigationRequest(QWebFrame*, const QNetworkRequest& request, NavigationType) {
-  return request.url() == QUrl("about:blank");  // what the program's own setHtml loads
+bool SealedPage::acceptNavigationRequest(QWebFrame*, const QNetworkRequest&, NavigationType) {
+  return m_bLoading;
 }
 
 QWebPage* SealedPage::createWindow(WebWindowType) {
@@ -122,4 +142,12 @@ void SealedPage::javaScriptConsoleMessage(const QString&, int, const QString&) {
 
 QString SealedPage::chooseFile(QWebFrame*, const QString&) {
   return QString();
+}
+
+bool SealedPage::supportsExtension(Extension) const {
+  return false;
+}
+
+bool SealedPage::extension(Extension, const ExtensionOption*, ExtensionReturn*) {
+  return false;
 }

@@ -30,14 +30,23 @@ class SealedPage : public QWebPage {
 
  public:
   explicit SealedPage(QObject* pParent = nullptr);
-  const SealedNetwork& GetNetwork() const { return m_network; }
+  const SealedNetwork& GetNetwork() const { return *m_pNetwork; }
 
   /// Loads a page, under a policy that forbids all requests and all scripts in markup.
   void SetContent(const QString& qstrHtml);
   /// Runs a script of the program in the main frame. One that fails does so without a word.
   QVariant Run(const QString& qstrScript);
+  /// Whether the page is styled and laid out at all. What scripts see of its elements is the same.
+  void SetLaidOut(bool bLaidOut);
+  /// Takes the names from all elements below the body: scripts that look something up would meet them
+  /// instead.
+  void RemoveNames();
   /// True when a text can stand between double quotes in a script without ending the string.
   static bool StaysInString(const QString& qstrText);
+
+  /// None: one of the engine's own asks for several files by a dialog.
+  bool supportsExtension(Extension extension) const override;
+  bool extension(Extension extension, const ExtensionOption* pOption, ExtensionReturn* pOutput) override;
 
  public slots:
   bool shouldInterruptJavaScript();
@@ -56,5 +65,6 @@ class SealedPage : public QWebPage {
   QString chooseFile(QWebFrame* pFrame, const QString& oldFile) override;
 
  private:
-  SealedNetwork m_network;
+  bool m_bLoading = false;    // the program's own page is being loaded; nothing else may be
+  SealedNetwork* m_pNetwork;  // a child, so that it outlives the engine, which may ask to the last
 };
