@@ -1,0 +1,119 @@
+#include "tests/app/end_to_end_fixture.h"
+
+#include <unistd.h>
+
+#include <QFile>
+#include <QStandardPaths>
+
+#include "tests/ui/modal.h"
+
+namespace {
+
+constexpr QSize kDisplay(1280, 900);
+constexpr QSize kWindow(1000, 680);
+constexpr QPoint kWindowPlace((kDisplay.width() - kWindow.width()) / 2,
+                              (kDisplay.height() - kWindow.height()) / 2);
+
+/// Makes a root of its own out of the machine's, with "/Library" from a folder of the test, and runs a
+/// command there. All of it goes with the process.
+constexpr char kScript[] =
+    "set -e\n"
+    "root=$1 library=$2; shift 2\n"
+    "mount -t tmpfs tmpfs \"$root\"\n"
+    "for entry in /*; do\n"
+    "  if [ -L \"$entry\" ]; then cp -P \"$entry\" \"$root$entry\"\n"
+    "  elif [ -d \"$entry\" ]; then mkdir \"$root$entry\"; mount --rbind \"$entry\" \"$root$entry\"; fi\n"
+    "done\n"
+    "mkdir \"$root/Library\"\n"
+    "mount --bind \"$library\" \"$root/Library\"\n"
+    "exec chroot \"$root\" \"$@\"\n";
+
+QStringList Unshare() {
+  return geteuid() == 0 ? QStringList{"-m", "--propagation", "private"}
+                        : QStringList{"-rm", "--propagation", "private"};
+}
+
+}  // namespace
+
+void EndToEnd::SetUp() {
+  for (const char* pszTool : {"Xvfb", "xdotool", "import", "unshare", "chroot"}) {
+    if (QStandardPaths::findExecutable(pszTool).isEmpty()) GTEST_SKIP() << pszTool << " isn't there";
+  }
+  if (QFile::exists("/Library")) GTEST_SKIP() << "/Library is there on this machine";
+  QProcess probe;
+  probe.start("unshare", Unshare() << "sh"
+                                   << "-c" << kScript << "sh" << Folder("root") << Folder("Library")
+                                   << "true");
+  if (!probe.waitForFinished(kLimit) || probe.exitStatus() != QProcess::NormalExit || probe.exitCode() != 0)
+    GTEST_SKIP() << "no file system of one's own here: " << probe.readAllStandardError().toStdString();
+  m_screen.start("Xvfb", {"-displayfd", "1", "-noreset", "-screen", "0",
+                          QString("%1x%2x24").arg(kDisplay.width()).arg(kDisplay.height())});
+  if (!WaitFor([&] { return m_screen.canReadLine(); })) GTEST_SKIP() << "Xvfb doesn't start";
+  m_display = "DISPLAY=:" + QString::fromLatin1(m_screen.readLine()).trimmed();
+}
+
+EndToEnd::~EndToEnd() {
+  m_program.kill();
+  m_program.waitForFinished(kLimit);
+  m_screen.terminate();  // it takes its lock and socket along
+  m_screen.waitForFinished(kLimit);
+}
+
+void EndToEnd::StartProgram() {
+  // File dialogs remember where they have been.
+  m_program.Start({"start"}, {m_display, "QT_QPA_PLATFORM=xcb", "XDG_CONFIG_HOME=" + Folder("settings")},
+                  QStringList{"unshare"} + Unshare() +
+                      QStringList{"sh", "-c", kScript, "sh", Folder("root"), Folder("Library")});
+}
+
+QString EndToEnd::Run(const QString& qstrTool, const QStringList& arguments) {
+  QProcess process;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert("DISPLAY", m_display.section('=', 1));
+  process.setProcessEnvironment(environment);
+  process.start(qstrTool, arguments);
+  EXPECT_TRUE(process.waitForFinished(kLimit)) << qstrTool.toStdString();
+  return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+QImage EndToEnd::Display() {
+  const QString qstrPath = QString::fromStdString(m_folder.Path("screen.png"));
+  Run("import", {"-silent", "-window", "root", qstrPath});
+  return QImage(qstrPath);
+}
+
+QImage EndToEnd::Screen() {
+  return Display().copy(QRect(kWindowPlace, kWindow));
+}
+
+bool EndToEnd::Shows(const QPoint& place, const QColor& colour) {
+  return WaitFor([&] { return Screen().pixelColor(place) == colour; }, kLimit);
+}
+
+void EndToEnd::ClickAt(const QPoint& place) {
+  ClickOnDisplay(kWindowPlace + place);
+}
+
+QRect EndToEnd::WindowOf(const QString& qstrTitle) {
+  const QStringList windows = Run("xdotool", {"search", "--onlyvisible", "--name", qstrTitle}).split('\n');
+  if (windows.first().isEmpty()) return QRect();
+  QRect rect;
+  for (const QString& qstrLine :
+       Run("xdotool", {"getwindowgeometry", "--shell", windows.first()}).split('\n')) {
+    const int nValue = qstrLine.section('=', 1).toInt();
+    if (qstrLine.startsWith("X=")) rect.moveLeft(nValue);
+    if (qstrLine.startsWith("Y=")) rect.moveTop(nValue);
+    if (qstrLine.startsWith("WIDTH=")) rect.setWidth(nValue);
+    if (qstrLine.startsWith("HEIGHT=")) rect.setHeight(nValue);
+  }
+  return rect;
+}
+
+QColor EndToEnd::PixelOf(const QPoint& place) {
+  return Display().pixelColor(place);
+}
+
+void EndToEnd::ClickOnDisplay(const QPoint& place) {
+  Run("xdotool",
+      {"mousemove", "--sync", QString::number(place.x()), QString::number(place.y()), "click", "1"});
+}
