@@ -96,7 +96,8 @@ bool SealedPage::StaysInString(const QString& qstrText) {
   for (int i = 0; i < qstrText.size(); ++i) {
     switch (qstrText[i].unicode()) {
       case '\\':
-        ++i;  // with what it escapes
+        // With what it escapes; a line break of two characters is one.
+        i += qstrText.midRef(i + 1, 2) == QLatin1String("\r\n") ? 2 : 1;
         break;
       case '"':
       case '\n':

@@ -298,7 +298,9 @@ void DRUI::RefreshSelectFileInfo() {
   }
   SetMainButtonEnabled(m_pRecoveryButton, nBytes != 0);
   // The singular stands for nothing at all; one item is "files" too.
-  m_pSelectInfoLabel->setText(QString(nCount == 0 ? "Select %1 in %2 file" : "Select %1 in %2 files")
-                                  .arg(FromNarrow(GetFileSizeString(nBytes)))
-                                  .arg(nCount));
+  const std::string strSize = GetFileSizeString(nBytes);
+  const int nFiles = static_cast<int>(nCount);
+  m_pSelectInfoLabel->setText(nFiles == 0
+                                  ? QString::asprintf("Select %s in %d file", strSize.c_str(), nFiles)
+                                  : QString::asprintf("Select %s in %d files", strSize.c_str(), nFiles));
 }
