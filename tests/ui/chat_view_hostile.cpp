@@ -21,8 +21,11 @@ WindowWatch::WindowWatch() {
 }
 
 bool WindowWatch::eventFilter(QObject* pWatched, QEvent* pEvent) {
+  // Objects of the engine's own come by, too, which are built without type information; none of them is
+  // shown.
+  if (pEvent->type() != QEvent::Show) return false;
   auto* pWidget = qobject_cast<QWidget*>(pWatched);
-  if (pEvent->type() == QEvent::Show && pWidget && pWidget->isWindow() && !qobject_cast<DRUI*>(pWidget)) {
+  if (pWidget && pWidget->isWindow() && !qobject_cast<DRUI*>(pWidget)) {
     m_shown.push_back(std::string(pWidget->metaObject()->className()) + " " +
                       pWidget->objectName().toStdString());
     if (auto* pDialog = qobject_cast<QDialog*>(pWidget)) QTimer::singleShot(0, pDialog, &QDialog::reject);

@@ -66,7 +66,7 @@ std::string Png(int nWidth, int nHeight, int nDepth, int nColourType, bool bInte
   const auto bytesOf = [nBits](qint64 nAcross, qint64 nDown) {
     return nAcross == 0 ? 0 : (1 + (nAcross * nBits + 7) / 8) * nDown;
   };
-  const qint64 w = nWidth, h = nHeight;
+  const qint64 w = bWhole ? nWidth : 0, h = bWhole ? nHeight : 0;
   const qint64 nBytes =
       !bInterlaced ? bytesOf(w, h)
                    : bytesOf((w + 7) / 8, (h + 7) / 8) + bytesOf((w + 3) / 8, (h + 7) / 8) +
