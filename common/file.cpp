@@ -48,13 +48,17 @@ bool WriteAll(int nDescriptor, const char* pData, size_t nCount) {
 /// @return true when it copied all that there was.
 bool CopyInKernel([[maybe_unused]] int nSource, [[maybe_unused]] int nTarget) {
 #ifdef __linux__
-  bool bAny = false;
-  for (;;) {
-    const ssize_t nCopied = copy_file_range(nSource, nullptr, nTarget, nullptr, kCopyBlock * 1024, 0);
-    if (nCopied < 0) return false;
-    if (nCopied == 0) return bAny;  // files of some systems seem empty to it
-    bAny = true;
+  struct stat info;
+  if (fstat(nSource, &info) != 0) return false;
+  off_t nLeft = info.st_size;
+  if (nLeft == 0) return false;  // files of some systems say so and aren't empty
+  while (nLeft > 0) {
+    const ssize_t nCopied =
+        copy_file_range(nSource, nullptr, nTarget, nullptr, static_cast<size_t>(nLeft), 0);
+    if (nCopied <= 0) return false;
+    nLeft -= nCopied;
   }
+  return true;
 #else
   return false;
 #endif
