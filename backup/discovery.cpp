@@ -21,9 +21,9 @@ namespace {
 
 using FilePointer = std::unique_ptr<FILE, decltype(&fclose)>;
 
-/// Null for what isn't there and for what is no file, such as a folder, which fopen would open.
+/// Null for what is missing and for what is not a regular file.
 FilePointer OpenForReading(const std::string& strPath) {
-  const int nDescriptor = OpenRegularFile(strPath.c_str());
+  const int nDescriptor = OpenBackupFile(strPath.c_str());
   return {nDescriptor == -1 ? nullptr : fdopen(nDescriptor, "r"), &fclose};
 }
 

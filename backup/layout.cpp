@@ -2,9 +2,18 @@
 
 #include "common/text.h"
 
+namespace {
+
+/// An identifier is a file name: it may not lead to another folder, and the system's paths end at a zero.
+bool IsFileName(const QString& qstrId) {
+  return !qstrId.contains('/') && !qstrId.contains(QChar('\0')) && qstrId != "." && qstrId != "..";
+}
+
+}  // namespace
+
 QString BackupLayout::PathOf(const std::string& strFileId) const {
   const QString qstrId = FromNarrow(strFileId);
-  if (qstrId.contains('/')) return QString();  // an identifier is a name: it may not lead out of the backup
+  if (!IsFileName(qstrId)) return QString();
   QString qstrPath;
   qstrPath.reserve(qstrRoot.size() + qstrId.size() + 4);
   qstrPath += qstrRoot;

@@ -9,7 +9,8 @@ struct BackupLayout {
   bool bHasManifestDb =
       false;  ///< a backup with "Manifest.db", which spreads its files over two-character folders
 
-  /// Path of the file with an identifier. It need not exist. Empty for an identifier with a "/".
+  /// Path of the file with an identifier. It need not exist. Empty for an identifier that can't be
+  /// a file name: ".", "..", or one with a "/" or a zero character.
   QString PathOf(const std::string& strFileId) const;
 };
 

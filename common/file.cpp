@@ -7,25 +7,95 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <vector>
 
 #include "common/status.h"
 #include "common/text.h"
 
 FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode) {
-  // The mode has always reached fopen as its first letter alone; what the files hold depends on it.
+  // Only the first letter of the mode reaches fopen. Required for output compatibility.
   const char szMode[2] = {pMode ? static_cast<char>(*pMode) : '\0', '\0'};
   return fopen(Unicode2Ansi(pPath).c_str(), szMode);
 }
 
-int OpenRegularFile(const char* pszPath) {
-  const int nDescriptor = open(pszPath, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+namespace {
+
+constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW;
+// Of the folders that spread the files of a backup by the first two UTF-16 units of their identifiers.
+constexpr size_t kLongestShard = 6;  // bytes
+
+/// Opens without following a link at the last step of the path.
+/// @param nFolder what a relative path starts from.
+int OpenNoFollow(int nFolder, const char* pszPath, int nFlags) {
+  const int nDescriptor = openat(nFolder, pszPath, nFlags);
+#ifdef O_PATH
+  // A link that has to be a folder isn't one.
+  if (nDescriptor == -1 && errno == ENOTDIR && (nFlags & O_DIRECTORY)) {
+    struct stat info;
+    const bool bLink = fstatat(nFolder, pszPath, &info, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(info.st_mode);
+    errno = bLink ? ELOOP : ENOTDIR;
+  }
+#endif
+  return nDescriptor;
+}
+
+/// Opens a file through its folder, so that no link that takes the folder's place meanwhile is followed.
+int OpenInFolder(const std::string& strFolder, const char* pszName) {
+#ifdef O_PATH
+  constexpr int kFolderFlags = O_PATH | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW;
+#else
+  constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW;
+#endif
+  const int nFolder = OpenNoFollow(AT_FDCWD, strFolder.c_str(), kFolderFlags);
+  if (nFolder == -1) return -1;
+  const int nDescriptor = openat(nFolder, pszName, kReadFlags);
+  const int nError = errno;
+  close(nFolder);
+  errno = nError;
+  return nDescriptor;
+}
+
+/// The length of the folder part of "root/ab/abcdef", where the folder belongs to the backup; else 0.
+size_t ShardFolderLength(const char* pszPath) {
+  const char* pszName = strrchr(pszPath, '/');
+  if (!pszName) return 0;
+  const char* pszShard = pszName;
+  while (pszShard != pszPath && pszShard[-1] != '/') --pszShard;
+  const auto nLength = static_cast<size_t>(pszName - pszShard);
+  const bool bShard = nLength > 0 && nLength <= kLongestShard && pszShard != pszPath &&
+                      strncmp(pszShard, pszName + 1, nLength) == 0;
+  return bShard ? static_cast<size_t>(pszName - pszPath) : 0;
+}
+
+}  // namespace
+
+int OpenBackupFile(const char* pszPath) {
+  const size_t nFolder = ShardFolderLength(pszPath);
+  const int nDescriptor = nFolder != 0 ? OpenInFolder(std::string(pszPath, nFolder), pszPath + nFolder + 1)
+                                       : OpenNoFollow(AT_FDCWD, pszPath, kReadFlags);
   if (nDescriptor == -1) return -1;
   struct stat info;
-  if (fstat(nDescriptor, &info) == 0 && S_ISREG(info.st_mode)) return nDescriptor;
+  int nError = 0;
+  if (fstat(nDescriptor, &info) != 0)
+    nError = errno;
+  else if (!S_ISREG(info.st_mode))
+    nError = S_ISDIR(info.st_mode) ? EISDIR : ENXIO;
+  if (nError == 0) return nDescriptor;
   close(nDescriptor);
-  errno = S_ISDIR(info.st_mode) ? EISDIR : ENXIO;
+  errno = nError;
   return -1;
+}
+
+std::string OpenFailure(int nError) {
+  if (nError == ELOOP) return "is a symbolic link, which is not followed";
+  if (nError == ENXIO) return "is not a regular file";
+  return strerror(nError);
+}
+
+bool EntryExists(const std::string& strPath) {
+  struct stat info;
+  return lstat(strPath.c_str(), &info) == 0;
 }
 
 namespace {
@@ -78,8 +148,8 @@ CopyError CopyContent(int nSource, int nTarget) {
 
 }  // namespace
 
-CopyError CopyRegularFile(const char* pszSource, const char* pszTarget, unsigned int nRights) {
-  const int nSource = OpenRegularFile(pszSource);
+CopyError CopyBackupFile(const char* pszSource, const char* pszTarget, unsigned int nRights) {
+  const int nSource = OpenBackupFile(pszSource);
   if (nSource == -1) return {CopyError::kOpen, errno};
   const int nTarget = open(pszTarget, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (nTarget == -1) {
@@ -99,7 +169,7 @@ CopyError CopyRegularFile(const char* pszSource, const char* pszTarget, unsigned
 int GetFileByteSize(const char16_t* pPath, long long& nSize) {
   std::string strPath;
   inner_uni2str(strPath, pPath);
-  const int nDescriptor = open(strPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  const int nDescriptor = OpenBackupFile(strPath.c_str());
   if (nDescriptor == -1) return errno;
   STRUCT_RSB_FILE_ATTR attr;
   const int nError = rsb_statH(nDescriptor, &attr) == 0 ? 0 : errno;

@@ -1,6 +1,7 @@
 #pragma once
 #include <cstdint>
 #include <cstdio>
+#include <string>
 
 /// The attributes of an open file, as far as the system reads them.
 struct STRUCT_RSB_FILE_ATTR {
@@ -15,10 +16,22 @@ struct STRUCT_RSB_FILE_ATTR {
 /// @return a stream as fopen gives it, or null with errno set.
 FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode);
 
-/// Opens a file for reading, and nothing but a file: a pipe in its place would be waited for without end.
-/// @param pszPath narrow. @return a descriptor, or -1 with errno set (EISDIR for a folder, ENXIO for what
-/// else is none).
-int OpenRegularFile(const char* pszPath);
+/// Opens a file of a backup for reading. It is the only way in which the system opens one: what is not a
+/// regular file is refused, since opening a FIFO could block forever, and so is a symbolic link, since it
+/// could lead to any file of the machine. Both the file and a two-character folder that it lies in count; the
+/// backup's own folder and its parents may be links.
+/// @param pszPath narrow. @return a descriptor, or -1 with errno set: EISDIR for a folder, ELOOP for a link,
+///                        ENXIO for anything else that is not a regular file.
+int OpenBackupFile(const char* pszPath);
+
+/// Why a file could not be opened or read, for people. @param nError as OpenBackupFile sets errno.
+std::string OpenFailure(int nError);
+
+/// True when there is an entry under a path, of any kind: a link without a target too.
+bool EntryExists(const std::string& strPath);
+
+/// The access rights of what a recovery copies: everybody may read and change it.
+constexpr unsigned int kRecoveredFileRights = 0777;
 
 /// Where the copying of a file failed, and why.
 struct CopyError {
@@ -26,11 +39,11 @@ struct CopyError {
   int nError = 0;  ///< the system's number
 };
 
-/// Copies a file to a path at which nothing stands yet, with the access rights given whatever the process's
-/// mask. A copy that fails leaves nothing behind. Nothing waits for the disk: the system writes in its own
-/// time, as after any other copying.
+/// Copies a file of a backup to a path that doesn't exist yet, with the access rights given, whatever the
+/// process's mask. A copy that fails leaves nothing behind, and what is in the way of a copy stays untouched.
+/// Doesn't sync: the system writes the data back when it likes to.
 /// @param pszSource, pszTarget narrow.
-CopyError CopyRegularFile(const char* pszSource, const char* pszTarget, unsigned int nRights);
+CopyError CopyBackupFile(const char* pszSource, const char* pszTarget, unsigned int nRights);
 
 /// Size of a file in bytes.
 /// The path is taken through Latin-1, so that one with characters beyond ASCII isn't found on a UTF-8 file

@@ -4,7 +4,8 @@
 
 namespace {
 std::atomic<ProblemHandler> g_pfnHandler{nullptr};
-}
+std::atomic<ProblemHandler> g_pfnLossHandler{nullptr};
+}  // namespace
 
 void SetProblemHandler(ProblemHandler pfnHandler) {
   g_pfnHandler = pfnHandler;
@@ -12,4 +13,13 @@ void SetProblemHandler(ProblemHandler pfnHandler) {
 
 void ReportProblem(const std::string& strFile, const std::string& strReason) {
   if (ProblemHandler pfnHandler = g_pfnHandler) pfnHandler(strFile, strReason);
+}
+
+void SetLossHandler(ProblemHandler pfnHandler) {
+  g_pfnLossHandler = pfnHandler;
+}
+
+void ReportLoss(const std::string& strFile, const std::string& strReason) {
+  ReportProblem(strFile, strReason);
+  if (ProblemHandler pfnHandler = g_pfnLossHandler) pfnHandler(strFile, strReason);
 }

@@ -1,13 +1,16 @@
 #include "common/store.h"
 
+#include <unistd.h>
+
 #include <QDir>
-#include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QUrl>
 #include <QVariant>
+#include <cerrno>
 
+#include "common/file.h"
 #include "common/problem.h"
 #include "common/text.h"
 
@@ -19,6 +22,20 @@ constexpr char kConnectOptions[] = "QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY";
 QString StoreUri(const QString& qstrPath) {
   const QString qstrAbsolute = QDir::isAbsolutePath(qstrPath) ? qstrPath : QDir::current().filePath(qstrPath);
   return "file://" + QString::fromLatin1(QUrl::toPercentEncoding(qstrAbsolute, "/")) + "?immutable=1";
+}
+
+/// Why SQLite must not or can't open a file; 0 for one that it may open.
+int RefusalOf(const std::string& strPath) {
+  const int nDescriptor = OpenBackupFile(strPath.c_str());
+  if (nDescriptor == -1) return errno;
+  close(nDescriptor);
+  return 0;
+}
+
+/// A sound store without the tables or columns that a statement names: stores differ by their age.
+bool IsStatementError(const QSqlError& error) {
+  static const QString qstrGenericError = QString::number(1);  // SQLITE_ERROR
+  return error.nativeErrorCode() == qstrGenericError;
 }
 
 std::string ErrorText(const QSqlError& error) {
@@ -40,16 +57,18 @@ StoreQuery::StoreQuery(const QString& qstrConnection, const QString& qstrDriver,
     database.setConnectOptions(kConnectOptions);
     database.setDatabaseName(StoreUri(qstrPath));
   }
-  // A folder or a pipe is never opened: the latter would be waited for without end.
-  const QFileInfo file(qstrPath);
-  const bool bNoFile = file.exists() && !file.isFile();
-  const bool bOpen = !bNoFile && database.open();
+  const int nRefusal = RefusalOf(strPath);
+  const bool bOpen = nRefusal == 0 && database.open();
   m_pQuery = std::make_unique<QSqlQuery>(database);
   m_pQuery->setForwardOnly(true);
   const bool bRuns = bOpen && m_pQuery->prepare(pszStatement) && m_pQuery->exec();
   // A store that isn't there is no problem: devices differ in what they hold.
-  if (bRuns || failure == Failure::Expected || !QFile::exists(qstrPath)) return;
-  ReportProblem(strPath, bNoFile ? "is no file" : ErrorText(bOpen ? m_pQuery->lastError() : database.lastError()));
+  if (bRuns || failure == Failure::Expected || nRefusal == ENOENT) return;
+  const QSqlError error = bOpen ? m_pQuery->lastError() : database.lastError();
+  if (nRefusal == 0 && IsStatementError(error))
+    ReportProblem(strPath, ErrorText(error));
+  else
+    ReportLoss(strPath, nRefusal != 0 ? OpenFailure(nRefusal) : ErrorText(error));
 }
 
 StoreQuery::~StoreQuery() {
@@ -64,7 +83,7 @@ bool StoreQuery::Next() {
   if (!m_pQuery->isActive()) return false;
   if (m_pQuery->next()) return true;
   if (m_failure == Failure::Reported && m_pQuery->lastError().isValid())
-    ReportProblem(m_strPath, ErrorText(m_pQuery->lastError()) + " (the rows before it were read)");
+    ReportLoss(m_strPath, ErrorText(m_pQuery->lastError()) + " (the rows before it were read)");
   return false;
 }
 

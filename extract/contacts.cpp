@@ -4,10 +4,10 @@
 
 #include <algorithm>
 
+#include "common/file.h"
 #include "common/status.h"
 #include "common/store.h"
 #include "extract/sorting.h"
-#include "extract/store_copy.h"
 
 namespace {
 
@@ -52,6 +52,6 @@ int CIPhoneContacts::GetContactsInfo(const std::string& strPath, std::vector<__P
 
 int CIPhoneContacts::SaveContactsCsvFile(const std::string& strSource, const std::string& strDestination,
                                          uint64_t) {
-  CopyStore(strSource, strDestination);
+  CopyBackupFile(strSource.c_str(), strDestination.c_str(), kRecoveredFileRights);
   return kStatusOk;
 }

@@ -32,11 +32,12 @@ const CFileTypeJudge::Row* CFileTypeJudge::FindRow(const void* pData, uint32_t n
 }
 
 int CFileTypeJudge::ParseFileBuf(const char* pszPath, std::string& strOutput) {
-  const int nDescriptor = OpenRegularFile(pszPath);
+  const int nDescriptor = OpenBackupFile(pszPath);
   if (nDescriptor == -1) {
     const int nError = errno;
-    if (nError != ENOENT) ReportProblem(pszPath, strerror(nError));
-    return nError == EISDIR || nError == ENXIO ? kStatusShortRead : nError;  // it is there, and no file
+    if (nError != ENOENT) ReportLoss(pszPath, OpenFailure(nError));
+    // Something that is not a file is there: it has no type, and isn't missing.
+    return nError == EISDIR || nError == ENXIO || nError == ELOOP ? kStatusShortRead : nError;
   }
   unsigned char head[kHeadSize];
   uint32_t nRead = 0;
@@ -46,7 +47,7 @@ int CFileTypeJudge::ParseFileBuf(const char* pszPath, std::string& strOutput) {
   close(nDescriptor);
   if (nStatus != kStatusOk) {
     // A file that merely is too short gets no type; that is the rule, and small thumbnails stay out by it.
-    if (nError != 0) ReportProblem(pszPath, strerror(nError));
+    if (nError != 0) ReportLoss(pszPath, strerror(nError));
     return kStatusShortRead;
   }
   if (const Row* pRow = FindRow(head, kHeadSize))

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <numeric>
 
+#include "common/file.h"
 #include "common/status.h"
 #include "common/store.h"
 #include "extract/name_matching.h"
-#include "extract/store_copy.h"
 
 namespace {
 
@@ -150,6 +150,6 @@ void CIPhoneMessage::MatchNames(const std::string& strContactsPath,
 
 int CIPhoneMessage::SaveSMSCsvFile(const std::string& strSource, const std::string& strDestination,
                                    uint64_t) {
-  CopyStore(strSource, strDestination);
+  CopyBackupFile(strSource.c_str(), strDestination.c_str(), kRecoveredFileRights);
   return kStatusOk;
 }

@@ -17,7 +17,7 @@ class CopyFile : public testing::Test {
   CopyFile() : m_strSource(m_folder.Path("source")), m_strTarget(m_folder.Path("target")) {}
 
   CopyError Copy(const std::string& strSource) {
-    return CopyRegularFile(strSource.c_str(), m_strTarget.c_str(), 0777);
+    return CopyBackupFile(strSource.c_str(), m_strTarget.c_str(), 0777);
   }
   void WriteSource(const std::string& strContent) {
     std::ofstream(m_strSource, std::ios::binary) << strContent;

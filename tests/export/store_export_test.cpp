@@ -70,7 +70,7 @@ TEST_P(StoreExport, CopyIsEqualAndOpenToAllAndTheSourceStays) {
   EXPECT_EQ(before, TreeState(m_folder.Path("backup")));
 }
 
-TEST_P(StoreExport, FileThatIsThereKeepsItsBytesAndIsOpenedToAll) {
+TEST_P(StoreExport, FileThatIsThereKeepsItsBytesAndItsRights) {
   const std::string strSource = m_folder.Write("store", "new");
   m_folder.Write("copy.db", "old");
   chmod(Target().c_str(), 0600);
@@ -80,7 +80,7 @@ TEST_P(StoreExport, FileThatIsThereKeepsItsBytesAndIsOpenedToAll) {
 
   EXPECT_EQ(0, nStatus);
   EXPECT_EQ("old", ReadFile(Target()));
-  EXPECT_EQ(0777u, ModeOf(Target()));
+  EXPECT_EQ(0600u, ModeOf(Target()));
 }
 
 TEST_P(StoreExport, MissingSourceGivesNoCopyAndNoError) {
