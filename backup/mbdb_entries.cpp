@@ -1,12 +1,11 @@
 #include "backup/mbdb_entries.h"
 
-#include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <vector>
 
 #include "backup/manifest.h"
 #include "common/file.h"
@@ -17,7 +16,8 @@
 namespace {
 
 constexpr char kMagic[4] = {'m', 'b', 'd', 'b'};
-constexpr long long kHeaderSize = 6;  // magic and a version that isn't inspected
+constexpr size_t kHeaderSize = 6;     // magic and a version that isn't inspected
+constexpr size_t kWindow = 1 << 20;   // bytes read at a time; a longer entry makes it grow
 constexpr long long kBlockSize = 40;  // the part of an entry with a fixed size
 
 uint32_t BigEndian(const unsigned char* p, int nBytes) {
@@ -104,42 +104,69 @@ void ReadEntry(const unsigned char* pData, long long* pOffset, long long nSize, 
   }
 }
 
-/// The whole file, or null, with errno set, when it can't be read or there is no memory for it.
-struct Buffer {
-  std::unique_ptr<unsigned char, decltype(&free)> pBytes{nullptr, &free};
-  long long nSize = 0;
+/// An open manifest whose bytes behind the header are read piece by piece: as many at a time as an entry
+/// needs, whatever the file's size.
+class ManifestWindow {
+ public:
+  explicit ManifestWindow(int nDescriptor) : m_nDescriptor(nDescriptor) { More(); }
+  ~ManifestWindow() { close(m_nDescriptor); }
+  ManifestWindow(const ManifestWindow&) = delete;
+  ManifestWindow& operator=(const ManifestWindow&) = delete;
+
+  const unsigned char* Data() const { return m_bytes.data(); }
+  long long Size() const { return static_cast<long long>(m_bytes.size()); }
+  /// The reading has come to the end of the file, or to what can't be read.
+  bool AtEnd() const { return m_bAtEnd; }
+  /// Why the reading ended before the end of the file; 0 for the end.
+  int Error() const { return m_nError; }
+
+  /// Drops the first bytes and reads on. Each call that drops nothing doubles the window.
+  void Advance(long long nBytes) {
+    m_bytes.erase(m_bytes.begin(), m_bytes.begin() + nBytes);
+    More();
+  }
+
+ private:
+  void More() {
+    size_t nFilled = m_bytes.size();
+    m_bytes.resize(std::max(kWindow, nFilled * 2));
+    while (nFilled < m_bytes.size() && !m_bAtEnd) {
+      const ssize_t nRead = read(m_nDescriptor, m_bytes.data() + nFilled, m_bytes.size() - nFilled);
+      if (nRead < 0 && errno == EINTR) continue;
+      if (nRead < 0) m_nError = errno;
+      if (nRead <= 0) m_bAtEnd = true;
+      if (nRead > 0) nFilled += static_cast<size_t>(nRead);
+    }
+    m_bytes.resize(nFilled);
+  }
+
+  int m_nDescriptor;
+  std::vector<unsigned char> m_bytes;
+  bool m_bAtEnd = false;
+  int m_nError = 0;
 };
 
-Buffer ReadWhole(FILE* pFile) {
-  Buffer buffer;
-  struct stat attributes;
-  if (fstat(fileno(pFile), &attributes) != 0) return buffer;
-  if (S_ISDIR(attributes.st_mode)) {
-    errno = EISDIR;
-    return buffer;
-  }
-  if (fseeko(pFile, 0, SEEK_END) != 0) return buffer;
-  const off_t nSize = ftello(pFile);
-  rewind(pFile);
-  if (nSize < 0) return buffer;
-  buffer.pBytes.reset(static_cast<unsigned char*>(malloc(static_cast<size_t>(nSize) + 1)));
-  if (buffer.pBytes)
-    buffer.nSize = static_cast<long long>(fread(buffer.pBytes.get(), 1, static_cast<size_t>(nSize), pFile));
-  return buffer;
-}
-
-void VisitEntries(const std::string& strPath, const unsigned char* pData, long long nSize,
+void VisitEntries(const std::string& strPath, ManifestWindow& window,
                   const std::function<void(const fileinfo&)>& visit) {
   fileinfo info;
   long long nOffset = 0;
-  while (nOffset < nSize) {
-    ReadEntry(pData, &nOffset, nSize, info);
-    if (nOffset > nSize) {
-      ReportProblem(strPath, "cut short: its last entry isn't whole (the entries before it were read)");
-      return;
+  while (nOffset < window.Size() || !window.AtEnd()) {
+    const long long nStart = nOffset;
+    ReadEntry(window.Data(), &nOffset, window.Size(), info);
+    if (nOffset <= window.Size()) {
+      visit(info);
+    } else if (!window.AtEnd()) {
+      window.Advance(nStart);
+      nOffset = 0;
+    } else {
+      const bool bCut = nStart < window.Size() && window.Error() == 0;
+      if (bCut)
+        ReportLoss(strPath, "cut short: its last entry isn't whole (the entries before it were read)");
+      break;
     }
-    visit(info);
   }
+  if (window.Error() != 0)
+    ReportLoss(strPath, std::string(strerror(window.Error())) + " (the entries before that were read)");
 }
 
 }  // namespace
@@ -158,25 +185,21 @@ std::string gethash(const unsigned char* pData, long long* pOffset, long long nS
 int VisitBinaryManifest(const char16_t* pPath, const std::function<void(const fileinfo&)>& visit) {
   if (!pPath) return kStatusMissing;
   const std::string strPath = Unicode2Ansi(pPath);
-  struct stat attributes;
-  const bool bNoFile = stat(strPath.c_str(), &attributes) == 0 && !S_ISREG(attributes.st_mode);
-  std::unique_ptr<FILE, decltype(&fclose)> pFile(bNoFile ? nullptr : _wfopen(pPath, L"rb"), &fclose);
-  if (bNoFile) errno = EISDIR;
-  if (!pFile) {
-    ReportProblem(strPath, strerror(errno));
+  const int nDescriptor = OpenBackupFile(strPath.c_str());
+  if (nDescriptor == -1) {
+    ReportLoss(strPath, OpenFailure(errno));
     return kStatusMissing;
   }
-  const Buffer buffer = ReadWhole(pFile.get());
-  if (!buffer.pBytes) {
-    ReportProblem(strPath, strerror(errno));
+  // The magic comes first: a file that is no manifest may have any size.
+  char head[kHeaderSize];
+  uint32_t nRead = 0;
+  ReadData(nDescriptor, head, sizeof head, nRead);
+  if (nRead < sizeof kMagic || memcmp(head, kMagic, sizeof kMagic) != 0) {
+    close(nDescriptor);
+    ReportLoss(strPath, "not a manifest: it doesn't begin with \"mbdb\"");
     return kStatusMissing;
   }
-  const unsigned char* pBytes = buffer.pBytes.get();
-  if (buffer.nSize < static_cast<long long>(sizeof kMagic) || memcmp(pBytes, kMagic, sizeof kMagic) != 0) {
-    ReportProblem(strPath, "not a manifest: it doesn't begin with \"mbdb\"");
-    return kStatusMissing;
-  }
-  if (buffer.nSize > kHeaderSize)
-    VisitEntries(strPath, pBytes + kHeaderSize, buffer.nSize - kHeaderSize, visit);
+  ManifestWindow window(nDescriptor);
+  VisitEntries(strPath, window, visit);
   return kStatusOk;
 }

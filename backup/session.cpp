@@ -31,6 +31,7 @@ CIphoneBackupFile::CIphoneBackupFile() : m_strWorkDir(WorkFolder()) {
 CIphoneBackupFile::~CIphoneBackupFile() = default;
 
 int CIphoneBackupFile::ClearTempDir() {
+  if (m_strWorkDir.empty()) return kStatusOk;  // without a work folder the names below are those of others
   std::vector<std::string> files;
   TraverseFile(m_strWorkDir + kDecryptFolderName + "/", files);
   for (const std::string& strFile : files) unlink(strFile.c_str());
@@ -86,12 +87,13 @@ int CIphoneBackupFile::Scan(const QString& qstrDecryptedFolder) {
 
   if (m_backupInfo.bEncrypted) {
     m_nProgressStep = kEncryptedStep;
-    TraverseFile(strDecryptedFolder, m_vecDecryptedFiles);
+    // ClearTempDir removes what is listed here, and no folder would list that of the whole machine.
+    if (!strDecryptedFolder.empty()) TraverseFile(strDecryptedFolder, m_vecDecryptedFiles);
   } else if (m_pfnCallback) {
     m_pfnCallback(m_pCallbackContext, m_nProgress);
   }
 
-  const int nStatus = ReadManifest();
+  const int nStatus = ReadManifest(strDecryptedFolder);
 
   if (!strDecryptedFolder.empty()) {
     m_strBackupPath = strDecryptedFolder;
@@ -101,7 +103,7 @@ int CIphoneBackupFile::Scan(const QString& qstrDecryptedFolder) {
   return nStatus;
 }
 
-int CIphoneBackupFile::ReadManifest() {
+int CIphoneBackupFile::ReadManifest(const std::string& strDecryptedFolder) {
   const char* pszName = m_bHasManifestDb ? "/Manifest.db" : "/Manifest.mbdb";
   if (!HasFile(m_strBackupPath, pszName)) {
     ReportProblem(m_strBackupPath, "has neither a \"Manifest.db\" nor a \"Manifest.mbdb\"");
@@ -109,8 +111,13 @@ int CIphoneBackupFile::ReadManifest() {
   }
   if (!m_bHasManifestDb)
     return process_mbdb_file(Ansi2Unicode((m_strBackupPath + pszName).c_str()).c_str(), m_vecManifest);
-  // The decrypt tool leaves the readable form of an encrypted manifest beside it.
+  // The decrypt tool leaves the readable form of an encrypted manifest beside it, or among the decrypted
+  // files when it was asked to leave the backup alone.
   static constexpr char kDecryptedName[] = "/Manifest.db-decypted";
-  if (HasFile(m_strBackupPath, kDecryptedName)) pszName = kDecryptedName;
-  return process_db_file(Ansi2Unicode((m_strBackupPath + pszName).c_str()).c_str(), m_vecManifest);
+  std::string strManifest = m_strBackupPath + pszName;
+  if (!strDecryptedFolder.empty() && HasFile(strDecryptedFolder, kDecryptedName))
+    strManifest = strDecryptedFolder + kDecryptedName;
+  else if (HasFile(m_strBackupPath, kDecryptedName))
+    strManifest = m_strBackupPath + kDecryptedName;
+  return process_db_file(Ansi2Unicode(strManifest.c_str()).c_str(), m_vecManifest);
 }

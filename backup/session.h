@@ -119,8 +119,9 @@ class CIphoneBackupFile {
   /// Narrow path of a store of the open backup.
   std::string StorePath(const char* pszStoreId) const;
   WalkProgress GetWalkProgress() const;
-  /// Fills the catalogue from the manifest in the backup's own folder. @return as Scan.
-  int ReadManifest();
+  /// Fills the catalogue from the manifest in the backup's own folder, or from the decrypted one.
+  /// @param strDecryptedFolder as of Scan. @return as Scan.
+  int ReadManifest(const std::string& strDecryptedFolder);
   /// Adds to the progress and reports it. @return the callback's answer, 0 without one.
   int Advance(int nShare);
 
