@@ -5,13 +5,14 @@
 
 #include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <stdexcept>
 
 #include "backup/mbdb_entries.h"
+#include "common/file.h"
+#include "common/status.h"
 #include "common/text.h"
+#include "decrypt/descriptor.h"
 #include "decrypt/property_list.h"
 
 namespace {
@@ -19,20 +20,33 @@ namespace {
 constexpr int kFileFlag = 1;  // of a row of the table Files
 constexpr uint16_t kKindMask = 0xF000;
 constexpr uint16_t kRegularFile = 0x8000;
+constexpr char kDecryptedManifest[] = "/Manifest.db-decypted";
+constexpr uint64_t kMostOfManifestList = 256 << 20;  // bytes of "Manifest.plist"; devices write some 100 KB
 
-bool Exists(const std::string& strPath) {
-  struct stat attributes;
-  return stat(strPath.c_str(), &attributes) == 0;
+/// Opens a file of the backup. Throws std::runtime_error with the reason.
+Descriptor Open(const std::string& strPath) {
+  const int nDescriptor = OpenBackupFile(strPath.c_str());
+  if (nDescriptor == -1) throw std::runtime_error(strPath + ": can't be opened: " + OpenFailure(errno));
+  return Descriptor(nDescriptor);
 }
 
-Bytes ReadFile(const std::string& strPath) {
+uint64_t SizeOf(const Descriptor& file, const std::string& strPath) {
   struct stat attributes;
-  errno = 0;
-  if (stat(strPath.c_str(), &attributes) == 0 && !S_ISREG(attributes.st_mode))
-    throw std::runtime_error(strPath + ": is no file");
-  std::ifstream file(strPath, std::ios::binary);
-  if (!file) throw std::runtime_error(strPath + ": can't be opened: " + strerror(errno));
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  if (fstat(file.Get(), &attributes) != 0)
+    throw std::runtime_error(strPath + ": can't be read: " + strerror(errno));
+  return static_cast<uint64_t>(attributes.st_size);
+}
+
+Bytes ReadWhole(const std::string& strPath) {
+  const Descriptor file = Open(strPath);
+  const uint64_t nSize = SizeOf(file, strPath);
+  if (nSize > kMostOfManifestList)
+    throw std::runtime_error(strPath + ": is too large: " + std::to_string(nSize) + " bytes");
+  Bytes bytes(static_cast<size_t>(nSize));
+  uint32_t nRead = 0;
+  if (ReadData(file.Get(), bytes.data(), static_cast<uint32_t>(nSize), nRead) != kStatusOk)
+    throw std::runtime_error(strPath + ": can't be read: " + strerror(errno != 0 ? errno : EIO));
+  return bytes;
 }
 
 /// An identifier is a file name of the backup and of the output: nothing else may come out of a manifest.
@@ -76,9 +90,9 @@ Statement Prepare(sqlite3* pDatabase, const std::string& strPath, const char* ps
 }  // namespace
 
 BackupFiles::BackupFiles(const std::string& strBackup)
-    : m_strBackup(strBackup), m_bHasManifestDb(Exists(strBackup + "/Manifest.db")) {
+    : m_strBackup(strBackup), m_bHasManifestDb(EntryExists(strBackup + "/Manifest.db")) {
   const std::string strPath = strBackup + "/Manifest.plist";
-  const Bytes bytes = ReadFile(strPath);
+  const Bytes bytes = ReadWhole(strPath);
   const PropertyList manifest(bytes.data(), bytes.size());
   if (!manifest.Root()) throw std::runtime_error(strPath + ": is no property list");
   if (!BooleanOf(Member(manifest.Root(), "IsEncrypted")))
@@ -88,17 +102,16 @@ BackupFiles::BackupFiles(const std::string& strBackup)
   m_manifestKey = DataOf(Member(manifest.Root(), "ManifestKey"));
 }
 
-void BackupFiles::OpenManifest(const Keybag& keybag) {
+void BackupFiles::OpenManifest(const Keybag& keybag, const std::string& strFolder) {
   m_strManifest = m_strBackup + (m_bHasManifestDb ? "/Manifest.db" : "/Manifest.mbdb");
-  if (!Exists(m_strManifest)) throw std::runtime_error(m_strManifest + ": is missing");
-  if (!m_bHasManifestDb || m_manifestKey.empty()) return;
-  const std::string strDecrypted = m_strBackup + "/Manifest.db-decypted";
+  if (!EntryExists(m_strManifest)) throw std::runtime_error(m_strManifest + ": is missing");
+  if (!m_bHasManifestDb) return;
+  const std::string strDecrypted = strFolder + kDecryptedManifest;
   try {
-    struct stat attributes;
-    stat(m_strManifest.c_str(), &attributes);
     // Never padded: its size is the size of the database.
-    WriteDecrypted(m_strManifest, strDecrypted, keybag.FileKey(m_manifestKey),
-                   static_cast<uint64_t>(attributes.st_size));
+    const uint64_t nSize = SizeOf(Open(m_strManifest), m_strManifest);
+    const Secret key = m_manifestKey.empty() ? Secret() : keybag.FileKey(m_manifestKey);
+    WriteDecrypted(m_strManifest, strDecrypted, key, nSize);
   } catch (const std::runtime_error& error) {
     throw std::runtime_error(m_strManifest + ": " + error.what());
   }

@@ -8,16 +8,17 @@
 /// The files of an encrypted backup, as its manifest lists them. Directories and links are passed over.
 class BackupFiles {
  public:
-  /// Reads "Manifest.plist". Throws std::runtime_error, with the reason, for a folder that is no encrypted
-  /// backup.
+  /// Reads "Manifest.plist". Throws std::runtime_error, with the reason, for a folder that isn't an
+  /// encrypted backup.
   explicit BackupFiles(const std::string& strBackup);
 
   /// The keybag of the backup, still locked.
   const Bytes& KeybagData() const { return m_keybag; }
 
-  /// Makes the manifest readable, once the keybag is unlocked: where it is encrypted, writes it decrypted as
-  /// "Manifest.db-decypted" beside it. Throws std::runtime_error with the reason.
-  void OpenManifest(const Keybag& keybag);
+  /// Makes the manifest readable, once the keybag is unlocked. A "Manifest.db", encrypted or not, comes out
+  /// as "Manifest.db-decypted": it replaces one of an earlier run, which would be read in its stead.
+  /// @param strFolder where that file goes. Throws std::runtime_error with the reason.
+  void OpenManifest(const Keybag& keybag, const std::string& strFolder);
 
   /// Number of files. After OpenManifest.
   uint64_t Count() const;

@@ -9,35 +9,18 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "common/file.h"
+#include "decrypt/descriptor.h"
+
 namespace {
 
 constexpr size_t kPieceSize = 256 * 1024;
 constexpr size_t kBlockSize = 16;
-constexpr int kMostParts = 100;  // of one file: left behind by runs that were killed, or written right now
+constexpr int kMostParts = 100;  // of one file: of killed runs, or being written by others
 
 [[noreturn]] void Fail(const std::string& strWhat) {
   throw std::runtime_error(strWhat + ": " + strerror(errno));
 }
-
-class Descriptor {
- public:
-  explicit Descriptor(int nDescriptor) : m_nDescriptor(nDescriptor) {}
-  ~Descriptor() {
-    if (m_nDescriptor != -1) close(m_nDescriptor);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int Get() const { return m_nDescriptor; }
-  /// Closes it. @return false when that fails, as a full disk may tell late.
-  bool Close() {
-    const int nDescriptor = m_nDescriptor;
-    m_nDescriptor = -1;
-    return close(nDescriptor) == 0;
-  }
-
- private:
-  int m_nDescriptor;
-};
 
 /// Fills the buffer as far as the file goes. @return the bytes read.
 size_t ReadPiece(int nDescriptor, unsigned char* pBuffer, size_t nSize) {
@@ -62,8 +45,8 @@ void WritePiece(int nDescriptor, const unsigned char* pBuffer, size_t nSize) {
   }
 }
 
-/// Makes a new file beside the target, its owner's alone. A manifest may list one identifier twice, and then
-/// two workers write it at a time. @param strPart receives its path. @return a descriptor.
+/// Makes a new file beside the target that only its owner can read. A manifest may list one identifier twice,
+/// and then two workers write it at a time. @param strPart receives its path. @return a descriptor.
 int MakePart(const std::string& strTarget, std::string& strPart) {
   for (int i = 1; i <= kMostParts; ++i) {
     strPart = strTarget + ".part" + (i > 1 ? std::to_string(i) : "");
@@ -113,11 +96,10 @@ uint64_t CopyContent(int nSource, int nTarget, CbcDecryptor* pDecryptor, uint64_
 
 void WriteDecrypted(const std::string& strSource, const std::string& strTarget, const Secret& key,
                     uint64_t nSize) {
-  // Without waiting for somebody to write, should it be a pipe.
-  const Descriptor source(open(strSource.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const Descriptor source(OpenBackupFile(strSource.c_str()));
   struct stat attributes;
-  if (source.Get() == -1 || fstat(source.Get(), &attributes) != 0) Fail("can't be opened");
-  if (!S_ISREG(attributes.st_mode)) throw std::runtime_error("is no file");
+  if (source.Get() == -1) throw std::runtime_error("can't be opened: " + OpenFailure(errno));
+  if (fstat(source.Get(), &attributes) != 0) Fail("can't be read");
 
   std::string strPart;
   Descriptor target(MakePart(strTarget, strPart));

@@ -1,6 +1,8 @@
-#include <openssl/crypto.h>
+#include <unistd.h>
 
 #include <QTextCodec>
+#include <algorithm>
+#include <clocale>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -12,27 +14,60 @@
 namespace {
 
 constexpr char kHelp[] =
-    "Usage: \"Velmora Orvandel\" BACKUP FOLDER PASSWORD [CheckPasswd]\n"
+    "Usage: \"Velmora Orvandel\" [options] BACKUP FOLDER PASSWORD [CheckPasswd]\n"
     "Decrypts an encrypted iOS backup into a folder, or with CheckPasswd only tries the password.\n"
+    "The manifest comes out as \"Manifest.db-decypted\" beside the encrypted one.\n"
     "Prints \"Count:\" and the number of files done as it goes, or \"Wrong password\".\n\n"
-    "  --help       shows this\n"
-    "  --version    shows the version\n\n"
+    "  --leave-backup      writes the manifest into FOLDER too, and nothing into BACKUP\n"
+    "  --password-stdin    takes the password from standard input, to its end, and not as an argument\n"
+    "  --help              shows this\n"
+    "  --version           shows the version\n\n"
     "Exit status: 0 done; 1 something could not be read or written; 2 wrong usage; 3 wrong password.";
 
 constexpr char kCheckMode[] = "CheckPasswd";
+constexpr size_t kLongestPassword = 64 * 1024;  // bytes
 
 void PrintProblem(const std::string& strFile, const std::string& strReason) {
   fprintf(stderr, "%s: %s\n", strFile.c_str(), strReason.c_str());
 }
 
 /// The caller leaves the password unquoted, so that one with blanks arrives in pieces.
-std::string JoinedPassword(char** ppFirst, int nCount) {
-  std::string strPassword;
+Secret JoinedPassword(char** ppFirst, int nCount) {
   size_t nSize = 0;
-  for (int i = 0; i < nCount; ++i) nSize += strlen(ppFirst[i]) + 1;
-  strPassword.reserve(nSize);  // growing would leave copies behind
-  for (int i = 0; i < nCount; ++i) strPassword.append(i == 0 ? "" : " ").append(ppFirst[i]);
-  return strPassword;
+  for (int i = 0; i < nCount; ++i) nSize += strlen(ppFirst[i]) + (i == 0 ? 0 : 1);
+  Secret password(nSize);
+  unsigned char* pEnd = password.Data();
+  for (int i = 0; i < nCount; ++i) {
+    if (i > 0) *pEnd++ = ' ';
+    pEnd = std::copy_n(ppFirst[i], strlen(ppFirst[i]), pEnd);
+  }
+  return password;
+}
+
+/// All of standard input, up to a length that no password has.
+Secret PasswordFromInput() {
+  Secret buffer(kLongestPassword);
+  size_t nSize = 0;
+  ssize_t nRead;
+  while (nSize < buffer.Size() &&
+         (nRead = read(STDIN_FILENO, buffer.Data() + nSize, buffer.Size() - nSize)) > 0)
+    nSize += static_cast<size_t>(nRead);
+  return Secret(buffer.Data(), nSize);
+}
+
+/// Takes the options in front of the first folder. @return how many there are; -1 for one that doesn't exist.
+int ReadOptions(int argc, char** argv, bool& bLeaveBackup, bool& bPasswordStdin) {
+  int nOptions = 0;
+  while (nOptions + 1 < argc && strncmp(argv[nOptions + 1], "--", 2) == 0) {
+    const char* pszOption = argv[++nOptions];
+    if (strcmp(pszOption, "--leave-backup") == 0)
+      bLeaveBackup = true;
+    else if (strcmp(pszOption, "--password-stdin") == 0)
+      bPasswordStdin = true;
+    else
+      return -1;
+  }
+  return nOptions;
 }
 
 }  // namespace
@@ -57,19 +92,26 @@ int main(int argc, char** argv) {
     puts("Velmora Orvandel decrypt tool " ORVANDEL_VERSION);
     return kToolDone;
   }
-  if (argc < 3) {
+  bool bLeaveBackup = false, bPasswordStdin = false;
+  const int nOptions = ReadOptions(argc, argv, bLeaveBackup, bPasswordStdin);
+  const int nCount = argc - nOptions;
+  if (nOptions < 0 || nCount < 3) {
     fputs(kHelp, stderr);
     fputc('\n', stderr);
     return kToolUsage;
   }
+  setlocale(LC_CTYPE, "");  // the encoding that a password may be in
   // Paths pass through as they are, whatever the locale.
   QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
   SetProblemHandler(PrintProblem);
-  const bool bCheck = argc >= 5 && strcmp(argv[argc - 1], kCheckMode) == 0;
-  std::string strPassword = JoinedPassword(argv + 3, argc - 3 - (bCheck ? 1 : 0));
-  const Secret password(strPassword.data(), strPassword.size());
-  OPENSSL_cleanse(strPassword.data(), strPassword.size());
-  // Nobody else needs to see them in the list of processes for longer than it takes.
-  for (int i = 3; i < argc; ++i) memset(argv[i], 0, strlen(argv[i]));
-  return bCheck ? CheckPassword(argv[1], password) : DecryptBackup(argv[1], argv[2], password);
+  char** ppArguments = argv + nOptions;
+  const int nBeforeCheck = bPasswordStdin ? 3 : 4;
+  const bool bCheck = nCount > nBeforeCheck && strcmp(ppArguments[nCount - 1], kCheckMode) == 0;
+  const Secret password =
+      bPasswordStdin ? PasswordFromInput() : JoinedPassword(ppArguments + 3, nCount - 3 - (bCheck ? 1 : 0));
+  // Shown in the list of processes for no longer than it takes.
+  for (int i = 3; i < nCount; ++i) memset(ppArguments[i], 0, strlen(ppArguments[i]));
+  const std::string strBackup = ppArguments[1], strFolder = ppArguments[2];
+  return bCheck ? CheckPassword(strBackup, password)
+                : DecryptBackup(strBackup, strFolder, bLeaveBackup ? strFolder : strBackup, password);
 }

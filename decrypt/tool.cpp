@@ -1,5 +1,7 @@
 #include "decrypt/tool.h"
 
+#include <langinfo.h>
+
 #include <atomic>
 #include <cstdio>
 #include <mutex>
@@ -7,6 +9,7 @@
 #include <stdexcept>
 
 #include "decrypt/backup_files.h"
+#include "decrypt/password.h"
 #include "decrypt/worker_pool.h"
 
 namespace {
@@ -18,12 +21,12 @@ void PrintWrongPassword() {
   fflush(stdout);
 }
 
-/// Tells what failed and why, a line each, from any thread.
+/// Reports one failure on a line of its own, from any thread.
 void PrintFailure(const std::string& strWhat) {
   fprintf(stderr, "%s\n", strWhat.c_str());
 }
 
-/// Counts files that are done and tells it at a steady pace.
+/// Counts files that are done and prints the count at a steady pace.
 class Progress {
  public:
   explicit Progress(uint64_t nTotal) : m_nStep(nTotal / kProgressLines + 1) {}
@@ -33,7 +36,7 @@ class Progress {
     if (++m_nDone % m_nStep == 0) Print();
   }
 
-  /// Tells the last number, unless it was told just now.
+  /// Prints the last count, unless it is printed already.
   void Finish() {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_nDone == 0 || m_nDone % m_nStep != 0) Print();
@@ -50,13 +53,15 @@ class Progress {
   uint64_t m_nDone = 0;
 };
 
-/// The keybag of a backup, unlocked; none when the password is wrong. An empty password is a wrong one,
-/// whatever the keybag says.
+/// The keybag of a backup, unlocked; none when the password is wrong in all of its forms. An empty password
+/// is a wrong one, whatever the keybag says.
 std::optional<Keybag> Unlocked(const std::string& strBackup, const Bytes& data, const Secret& password) {
   try {
     Keybag keybag(data);
-    if (password.IsEmpty() || !keybag.Unlock(password)) return std::nullopt;
-    return keybag;
+    for (const Secret& form : PasswordForms(password, nl_langinfo(CODESET))) {
+      if (keybag.Unlock(form)) return keybag;
+    }
+    return std::nullopt;
   } catch (const std::runtime_error& error) {
     throw std::runtime_error(strBackup + "/Manifest.plist: " + error.what());
   }
@@ -79,7 +84,8 @@ ToolStatus CheckPassword(const std::string& strBackup, const Secret& password) {
   return kToolDone;
 }
 
-ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFolder, const Secret& password) {
+ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFolder,
+                         const std::string& strManifestFolder, const Secret& password) {
   std::atomic<bool> bFailed{false};
   try {
     BackupFiles files(strBackup);
@@ -88,7 +94,7 @@ ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFol
       PrintWrongPassword();
       return kToolWrongPassword;
     }
-    files.OpenManifest(*keybag);
+    files.OpenManifest(*keybag, strManifestFolder);
     Progress progress(files.Count());
     WorkerPool pool([&](FileJob& job) {
       try {

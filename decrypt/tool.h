@@ -5,7 +5,7 @@
 
 enum ToolStatus {
   kToolDone = 0,
-  kToolFailed = 1,  ///< something could not be read or written; a line on standard error told each
+  kToolFailed = 1,  ///< something could not be read or written: one line on standard error for each
   kToolUsage = 2,
   kToolWrongPassword = 3,
 };
@@ -14,4 +14,6 @@ enum ToolStatus {
 ToolStatus CheckPassword(const std::string& strBackup, const Secret& password);
 
 /// Writes every file of the backup decrypted into a folder, flat, and prints lines with "Count:" as it goes.
-ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFolder, const Secret& password);
+/// @param strManifestFolder where "Manifest.db-decypted" goes.
+ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFolder,
+                         const std::string& strManifestFolder, const Secret& password);

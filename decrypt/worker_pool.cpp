@@ -1,17 +1,22 @@
 #include "decrypt/worker_pool.h"
 
-#include <algorithm>
+#include <system_error>
 
 namespace {
 constexpr size_t kMostWaiting = 256;
 }
 
-WorkerPool::WorkerPool(std::function<void(FileJob& job)> work) : m_work(std::move(work)) {
-  const unsigned int nThreads = std::max(1U, std::thread::hardware_concurrency());
-  for (unsigned int i = 0; i < nThreads; ++i) m_threads.emplace_back([this] { Run(); });
+WorkerPool::WorkerPool(std::function<void(FileJob& job)> work, unsigned int nThreads)
+    : m_work(std::move(work)) {
+  try {
+    for (unsigned int i = 0; i < nThreads; ++i) m_threads.emplace_back([this] { Run(); });
+  } catch (const std::system_error&) {
+    // The system grants no more threads: those that there are do the work, or Add does.
+  }
 }
 
 void WorkerPool::Add(FileJob&& job) {
+  if (m_threads.empty()) return m_work(job);
   std::unique_lock<std::mutex> lock(m_mutex);
   m_hasRoom.wait(lock, [this] { return m_waiting.size() < kMostWaiting; });
   m_waiting.push_back(std::move(job));

@@ -1,4 +1,5 @@
 #pragma once
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -8,17 +9,20 @@
 
 #include "decrypt/file_job.h"
 
-/// Runs jobs on all cores. Few of them wait at a time, so that a manifest of a million files isn't held
-/// twice.
+/// Runs jobs on all cores. The queue is short, so that a manifest of a million files isn't held twice.
 class WorkerPool {
  public:
+  /// Starts one thread for each core. Where the system grants fewer, fewer do the work; without any, Add does
+  /// it.
   /// @param work called for each job, on one of the workers; may not throw.
-  explicit WorkerPool(std::function<void(FileJob& job)> work);
+  /// @param nThreads how many to start; another number than that of the cores is for tests.
+  explicit WorkerPool(std::function<void(FileJob& job)> work,
+                      unsigned int nThreads = std::max(1U, std::thread::hardware_concurrency()));
   ~WorkerPool() { Finish(); }
   WorkerPool(const WorkerPool&) = delete;
   WorkerPool& operator=(const WorkerPool&) = delete;
 
-  /// Gives a job to the workers; waits while enough of them wait already.
+  /// Queues a job; blocks while the queue is full.
   void Add(FileJob&& job);
   /// Waits until all jobs are done. Nothing may be added afterwards.
   void Finish();

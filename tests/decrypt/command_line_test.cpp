@@ -110,7 +110,7 @@ class StandIn {
 };
 
 constexpr char kTellFolder[] =
-    "stat -c %a \"$(dirname \"$2\")\" >outer; stat -c %a \"$2\" >inner\necho \"$2\" >folder\n";
+    "stat -c %a \"$(dirname \"$4\")\" >outer; stat -c %a \"$4\" >inner\necho \"$4\" >folder\n";
 
 /// orvandel-cli on a terminal of its own.
 class TerminalRun {
@@ -222,14 +222,11 @@ TEST_P(EncryptedCommandOfAge, RecoversAsThePlainBackup) {
 
 TEST_P(EncryptedCommandOfAge, LeavesTheBackupAsItWas) {
   Write(GetParam());
-  auto before = TreeState(Backup());
+  const auto before = TreeState(Backup());
 
   RunCommand({"scan", Backup(), "-q", "--password-file", PasswordFile()});
 
-  auto after = TreeState(Backup());
-  before.erase("");  // a manifest came and went: the folder's own time has changed
-  after.erase("");
-  EXPECT_EQ(before, after);
+  EXPECT_EQ(before, TreeState(Backup()));
 }
 
 TEST_F(EncryptedCommand, TakesThePasswordWithoutItsLineEnd) {
@@ -336,7 +333,7 @@ TEST_F(EncryptedCommand, KeepsItsFolderPrivateAndTakesItAway) {
 TEST_F(EncryptedCommand, TakesItsFolderAwayWhenItIsStopped) {
   Write(kBackupAges[2]);
   for (const int nSignal : {SIGINT, SIGTERM}) {
-    const StandIn standIn("echo plain >\"$2/file\"; echo plain >\"$1/Manifest.db-decypted\"\n" +
+    const StandIn standIn("echo plain >\"$4/file\"; echo plain >\"$4/Manifest.db-decypted\"\n" +
                           std::string(kTellFolder) + "echo $$ >pid\nexec sleep 60\n");
     QProcess process;
     PrepareCommand(process, {"scan", Backup(), "-q", "--password-file", PasswordFile()});

@@ -189,14 +189,21 @@ TEST_F(WrittenFile, IsRefusedWithoutASource) {
 }
 
 TEST_F(WrittenFile, IsRefusedWhenTheSourceIsAFolder) {
-  EXPECT_EQ("is no file", RefusalOf(m_folder.MakeFolder("folder"), 4));
+  EXPECT_EQ("can't be opened: Is a directory", RefusalOf(m_folder.MakeFolder("folder"), 4));
 }
 
 TEST_F(WrittenFile, IsRefusedWhenTheSourceIsAPipe) {
   const std::string strPipe = m_folder.Path("pipe");
   ASSERT_EQ(0, mkfifo(strPipe.c_str(), 0600));
 
-  EXPECT_EQ("is no file", RefusalOf(strPipe, 4));
+  EXPECT_EQ("can't be opened: is not a regular file", RefusalOf(strPipe, 4));
+}
+
+TEST_F(WrittenFile, IsRefusedWhenTheSourceIsALink) {
+  const std::string strLink = m_folder.Path("link");
+  ASSERT_EQ(0, symlink(m_folder.Write("elsewhere", "text").c_str(), strLink.c_str()));
+
+  EXPECT_EQ("can't be opened: is a symbolic link, which is not followed", RefusalOf(strLink, 4));
 }
 
 TEST_F(WrittenFile, IsRefusedWithoutItsFolder) {

@@ -127,7 +127,7 @@ TEST_P(DecryptToolOfAge, LeavesTheBackupAsItWas) {
   Decrypt();
 
   auto after = TreeState(Backup());
-  if (GetParam().age == Encryption::Age::From102) {
+  if (GetParam().layout == BackupBuilder::Layout::Db) {
     EXPECT_EQ(1u, after.erase("/Manifest.db-decypted"));
     after[""] = before.at("");  // the folder's own time has changed with it
   }
@@ -176,12 +176,71 @@ TEST_F(DecryptTool, WritesAManifestAnewOverAnOldOne) {
   EXPECT_EQ("SQLite format 3", ReadFile(Backup() + "/Manifest.db-decypted").substr(0, 15));
 }
 
-TEST_F(DecryptTool, WritesNoManifestThatIsNotEncrypted) {
+TEST_F(DecryptTool, CopiesAManifestThatIsNotEncryptedOverAnOldOne) {
   WriteEncryptedBackup(Backup(), kIos10);
+  WriteFile(Backup() + "/Manifest.db-decypted", "of another backup");
 
   EXPECT_EQ(0, Decrypt().nExitStatus);
 
-  EXPECT_FALSE(Exists(Backup() + "/Manifest.db-decypted"));
+  EXPECT_TRUE(ReadFile(Backup() + "/Manifest.db") == ReadFile(Backup() + "/Manifest.db-decypted"));
+}
+
+TEST_P(DecryptToolOfAge, LeavesTheBackupAloneWhenItIsToldTo) {
+  WriteEncryptedBackup(Backup(), GetParam());
+  WriteFile(Backup() + "/Manifest.db-decypted", "of another run");
+  const auto before = TreeState(Backup());
+
+  const ToolResult result = RunTool({"--leave-backup", Backup(), Out(), kPassword});
+
+  EXPECT_EQ(0, result.nExitStatus);
+  EXPECT_EQ(before, TreeState(Backup()));
+  const bool bDatabase = GetParam().layout == BackupBuilder::Layout::Db;
+  EXPECT_EQ(bDatabase, Exists(Out() + "/Manifest.db-decypted"));
+}
+
+TEST_P(DecryptToolOfAge, FollowsNoLinkInTheBackup) {
+  const KnownBackup known = WriteEncryptedBackup(Backup(), GetParam());
+  const auto& [strId, strPath] = *known.paths.begin();
+  const std::string strElsewhere = m_folder.Path("elsewhere");
+  std::filesystem::rename(strPath, strElsewhere);
+  std::filesystem::create_symlink(strElsewhere, strPath);
+
+  const ToolResult result = Decrypt();
+
+  EXPECT_EQ(1, result.nExitStatus);
+  ASSERT_THAT(result.err, SizeIs(1));
+  EXPECT_EQ(strPath + ": can't be opened: is a symbolic link, which is not followed", result.err[0]);
+  EXPECT_FALSE(Exists(Out() + "/" + strId));
+}
+
+TEST_F(DecryptTool, FollowsNoLinkInPlaceOfItsManifests) {
+  for (const char* pszName : {"Manifest.plist", "Manifest.db"}) {
+    std::filesystem::remove_all(Backup());
+    WriteEncryptedBackup(Backup(), kBackupAges[2]);
+    std::filesystem::rename(Backup() + "/" + pszName, m_folder.Path("elsewhere"));
+    std::filesystem::create_symlink(m_folder.Path("elsewhere"), Backup() + "/" + pszName);
+
+    const ToolResult result = Decrypt();
+
+    EXPECT_EQ(1, result.nExitStatus) << pszName;
+    ASSERT_THAT(result.err, SizeIs(1)) << pszName;
+    EXPECT_THAT(result.err[0], HasSubstr("is a symbolic link")) << pszName;
+  }
+}
+
+TEST_F(DecryptTool, TakesAPasswordFromItsInput) {
+  WriteEncryptedBackup(Backup(), kBackupAges[2]);
+  QProcess process;
+  process.start(QString::fromStdString(ToolPath()),
+                {"--leave-backup", "--password-stdin", QString::fromStdString(Backup()),
+                 QString::fromStdString(Out())});
+  process.write(kPassword);
+  process.closeWriteChannel();
+
+  ASSERT_TRUE(process.waitForFinished());
+
+  EXPECT_EQ(0, process.exitCode());
+  EXPECT_TRUE(Exists(Out() + "/Manifest.db-decypted"));
 }
 
 TEST_F(DecryptTool, CopiesAFileWithoutAKey) {
@@ -333,7 +392,7 @@ TEST_F(DecryptTool, NamesAManifestListThatItCanNotUse) {
   ExpectFailure(Check(kPassword), "Manifest.plist", "the keybag is damaged: an item runs beyond its end");
   ASSERT_EQ(0, unlink((Backup() + "/Manifest.plist").c_str()));
   m_folder.MakeFolder("backup/Manifest.plist");
-  ExpectFailure(Check(kPassword), "Manifest.plist", "is no file");
+  ExpectFailure(Check(kPassword), "Manifest.plist", "Is a directory");
 }
 
 TEST_F(DecryptTool, NamesAManifestThatIsMissing) {

@@ -1,0 +1,24 @@
+#pragma once
+#include <unistd.h>
+
+#include <utility>
+
+/// An open file that is closed on destruction.
+class Descriptor {
+ public:
+  /// @param nDescriptor -1 for none.
+  explicit Descriptor(int nDescriptor) : m_nDescriptor(nDescriptor) {}
+  ~Descriptor() {
+    if (m_nDescriptor != -1) close(m_nDescriptor);
+  }
+  Descriptor(Descriptor&& other) noexcept : m_nDescriptor(std::exchange(other.m_nDescriptor, -1)) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int Get() const { return m_nDescriptor; }
+  /// Closes it. @return false when that fails: a full disk may show up only here.
+  bool Close() { return close(std::exchange(m_nDescriptor, -1)) == 0; }
+
+ private:
+  int m_nDescriptor;
+};

@@ -1,0 +1,48 @@
+#include "decrypt/worker_pool.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <fstream>
+
+namespace {
+
+constexpr int kJobs = 1000;
+
+/// Runs jobs through a pool. @return how many were done.
+int JobsDone(unsigned int nThreads) {
+  std::atomic<int> nDone{0};
+  WorkerPool pool([&](FileJob&) { ++nDone; }, nThreads);
+  for (int i = 0; i < kJobs; ++i) pool.Add(FileJob());
+  pool.Finish();
+  return nDone;
+}
+
+/// Leaves the process too little memory for the stack of a thread.
+bool LimitMemory() {
+  std::ifstream file("/proc/self/statm");
+  rlim_t nPages = 0;
+  file >> nPages;
+  const rlim_t nBytes = nPages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + (2 << 20);
+  const rlimit limit = {nBytes, nBytes};
+  return nPages != 0 && setrlimit(RLIMIT_AS, &limit) == 0;
+}
+
+}  // namespace
+
+TEST(WorkerPool, DoesAllJobsWithAnyNumberOfThreads) {
+  for (const unsigned int nThreads : {0u, 1u, 2u, 16u}) EXPECT_EQ(kJobs, JobsDone(nThreads)) << nThreads;
+}
+
+TEST(WorkerPool, DoesAllJobsWhenTheSystemGrantsNoThreads) {
+  const pid_t nChild = fork();
+  if (nChild == 0) _exit(!LimitMemory() ? 2 : JobsDone(16) == kJobs ? 0 : 1);
+  int nStatus = 0;
+  ASSERT_EQ(nChild, waitpid(nChild, &nStatus, 0));
+
+  EXPECT_TRUE(WIFEXITED(nStatus)) << "ended by signal " << WTERMSIG(nStatus);
+  EXPECT_EQ(0, WEXITSTATUS(nStatus));
+}
