@@ -1,11 +1,14 @@
 #include "cli/decrypt_run.h"
 
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
 
 #include "backup/discovery.h"
 #include "cli/exit_status.h"
@@ -13,6 +16,7 @@
 #include "cli/password.h"
 #include "cli/problems.h"
 #include "cli/stop_signal.h"
+#include "common/format.h"
 #include "common/places.h"
 #include "common/text.h"
 
@@ -21,7 +25,30 @@ namespace {
 constexpr int kPollStep = 100;     // milliseconds
 constexpr int kToolProgress = 10;  // percent of the bar that belong to the tool
 
-/// Goes over the whole lines that the tool has printed. @return true when one rejects the password.
+/// What the files of a backup take on the disk that they are decrypted to.
+struct Extent {
+  quint64 nFiles = 0;
+  quint64 nBytes = 0;
+};
+
+/// @param nBlock size of a block of that disk, in bytes.
+Extent ExtentOf(const std::string& strFolder, quint64 nBlock) {
+  namespace fs = std::filesystem;
+  Extent extent;
+  std::error_code error;
+  for (fs::recursive_directory_iterator it(strFolder, fs::directory_options::skip_permission_denied, error),
+       end;
+       !error && it != end; it.increment(error)) {
+    struct stat info;
+    if (lstat(it->path().c_str(), &info) != 0 || !S_ISREG(info.st_mode)) continue;
+    ++extent.nFiles;
+    extent.nBytes += (static_cast<quint64>(info.st_size) + nBlock - 1) / nBlock * nBlock;
+  }
+  return extent;
+}
+
+/// Goes over the whole lines that the tool has printed on standard output.
+/// @return true when one rejects the password.
 bool ReadLines(QProcess& process, qint64 nTotal, ProgressBar& bar) {
   bool bWrongPassword = false;
   process.setReadChannel(QProcess::StandardOutput);
@@ -33,42 +60,68 @@ bool ReadLines(QProcess& process, qint64 nTotal, ProgressBar& bar) {
       bar.Show(static_cast<int>(std::min(line.mid(nCount + 6).trimmed().toLongLong(), nTotal) *
                                 kToolProgress / nTotal));
   }
-  process.setReadChannel(QProcess::StandardError);
-  while (process.canReadLine()) {
-    bar.Clear();
-    PrintError(QString::fromLocal8Bit(process.readLine().trimmed()));
-  }
   return bWrongPassword;
 }
 
 }  // namespace
 
-DecryptRun::DecryptRun(const QString& qstrBackup)
-    : m_qstrFolder(FromNarrow(WorkFolder() + kDecryptFolderName)),
-      m_qstrDecryptedManifest(qstrBackup + "/Manifest.db-decypted"),
-      m_bHadManifest(QFile::exists(m_qstrDecryptedManifest)) {}
+DecryptRun::DecryptRun() : m_qstrFolder(FromNarrow(WorkFolder() + kDecryptFolderName)) {}
 
-DecryptRun::~DecryptRun() {
-  if (!m_bHadManifest) QFile::remove(m_qstrDecryptedManifest);
-  QFile::remove(m_qstrDecryptedManifest + ".part");  // of a tool that was ended in the middle
+int DecryptRun::CheckRoom(const Options& options) const {
+  struct statvfs disk;
+  if (options.bForce || statvfs(WorkFolder().c_str(), &disk) != 0) return kExitDone;
+  const Extent needed = ExtentOf(ToNarrow(options.qstrBackup), disk.f_frsize);
+  const quint64 nFree = static_cast<quint64>(disk.f_bavail) * disk.f_frsize;
+  const QString qstrPlace = FromNarrow(WorkFolder());
+  if (needed.nBytes > nFree) {
+    PrintError(QString("%1: decrypting it takes %2, and %3 has %4 free; --force tries it all the same")
+                   .arg(options.qstrBackup, FromNarrow(GetFileSizeString(static_cast<qint64>(needed.nBytes))),
+                        qstrPlace, FromNarrow(GetFileSizeString(static_cast<qint64>(nFree)))));
+    return kExitNotWritten;
+  }
+  // A file system without a table of files says that it has none.
+  if (disk.f_files != 0 && needed.nFiles > disk.f_favail) {
+    PrintError(
+        QString("%1: decrypting it takes %2 files, and %3 has room for %4; --force tries it all the same")
+            .arg(options.qstrBackup)
+            .arg(needed.nFiles)
+            .arg(qstrPlace)
+            .arg(static_cast<quint64>(disk.f_favail)));
+    return kExitNotWritten;
+  }
+  return kExitDone;
+}
+
+void DecryptRun::AddFailure(const Options& options, const QString& qstrLine) {
+  // "FILE: REASON", where the file lies in the backup; its path may hold the separator too.
+  const int nColon =
+      qstrLine.startsWith(options.qstrBackup + '/') ? qstrLine.indexOf(": ", options.qstrBackup.size()) : -1;
+  if (nColon < 0)
+    m_failures.push_back({QString(), qstrLine});
+  else
+    m_failures.push_back({qstrLine.left(nColon), qstrLine.mid(nColon + 2)});
 }
 
 int DecryptRun::Run(const Options& options, ProgressBar& bar) {
+  if (const int nStatus = CheckRoom(options)) return nStatus;
   QByteArray password;
   if (!ReadPassword(options, password)) return StopSignal() != 0 ? Interrupted() : kExitPassword;
   if (mkdir(ToNarrow(m_qstrFolder).c_str(), 0700) != 0) {
-    PrintError(m_qstrFolder + ": the folder for the decrypted files can't be made");
+    PrintError(QString("%1: the folder for the decrypted files can't be created (%2)")
+                   .arg(m_qstrFolder, QString::fromLocal8Bit(strerror(errno))));
     return kExitNotWritten;
   }
   const qint64 nTotal = std::max<qint64>(CountBackupFiles(ToNarrow(options.qstrBackup)), 1);
   QProcess process;
   const QString qstrTool = FromNarrow(ProgramFolder() + "Velmora Orvandel");
-  process.start(qstrTool, {options.qstrBackup, m_qstrFolder, QString::fromUtf8(password)});
-  password.fill('\0');
+  process.start(qstrTool, {"--leave-backup", "--password-stdin", options.qstrBackup, m_qstrFolder});
   if (!process.waitForStarted()) {
     PrintError(qstrTool + ": " + process.errorString());
     return kExitNotWritten;
   }
+  process.write(password);
+  process.closeWriteChannel();
+  password.fill('\0');
   bool bWrongPassword = false;
   while (process.state() != QProcess::NotRunning) {
     process.waitForFinished(kPollStep);
@@ -82,9 +135,17 @@ int DecryptRun::Run(const Options& options, ProgressBar& bar) {
     PrintError(options.qstrBackup + ": wrong password");
     return kExitPassword;
   }
-  // A tool that has told why single files failed leaves the others; one that wrote none leaves nothing to
-  // read.
-  if (process.exitCode() == 0 || !QDir(m_qstrFolder).isEmpty(QDir::Files)) return kExitDone;
+  for (const QByteArray& line : process.readAllStandardError().split('\n')) {
+    if (!line.isEmpty()) AddFailure(options, FromNarrow(line.toStdString()));
+  }
+  const bool bCrashed = process.exitStatus() != QProcess::NormalExit;
+  if (bCrashed) m_failures.push_back({QString(), "the decrypt tool ended early: files may be missing"});
+  if (!bCrashed && process.exitCode() != 0 && m_failures.empty())
+    m_failures.push_back({QString(), "the decrypt tool failed: files may be missing"});
+  if (m_failures.empty() || !QDir(m_qstrFolder).isEmpty(QDir::Files)) return kExitDone;
+  for (const Failure& failure : m_failures)
+    PrintError(failure.qstrFile.isEmpty() ? failure.qstrReason
+                                          : failure.qstrFile + ": " + failure.qstrReason);
   PrintError(options.qstrBackup + ": the backup could not be decrypted");
   return kExitNotWritten;
 }

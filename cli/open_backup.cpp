@@ -5,10 +5,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <memory>
+#include <unordered_map>
 
 #include "cli/exit_status.h"
 #include "cli/problems.h"
 #include "cli/stop_signal.h"
+#include "common/file.h"
 #include "common/status.h"
 #include "common/text.h"
 
@@ -45,6 +48,48 @@ void WarnOfOddities(const __BACK_FILE_INFO__& info) {
                "attachments are left out; a link to it with a plain name gives them all");
 }
 
+std::string LastStep(const std::string& strPath) {
+  return strPath.substr(strPath.rfind('/') + 1);
+}
+
+/// Names on the device by identifier, of the files wanted.
+class DeviceNames {
+ public:
+  explicit DeviceNames(const Catalogue& catalogue) : m_catalogue(catalogue) {}
+
+  /// The name on the device; the path itself for a file that the manifest doesn't list.
+  QString Of(const std::string& strPath) {
+    if (m_names.empty()) {
+      for (const __MBDB_FILE__& entry : m_catalogue) m_names.emplace(entry.strFileId, &entry.strFileName);
+    }
+    const auto it = m_names.find(LastStep(strPath));
+    return FromNarrow(it == m_names.end() ? strPath : *it->second);
+  }
+
+ private:
+  const Catalogue& m_catalogue;
+  std::unordered_map<std::string, const std::string*> m_names;  // made when the first is asked for
+};
+
+void NameFailures(OpenBackup& backup) {
+  DeviceNames names(backup.session.GetManifest());
+  for (const DecryptRun::Failure& failure : backup.decryptRun.Failures()) {
+    const QString qstrName =
+        failure.qstrFile.isEmpty() ? backup.qstrPath : names.Of(ToNarrow(failure.qstrFile));
+    PrintError(qstrName + ": " + failure.qstrReason);
+    // A file that the manifest lists and the backup lacks is passed over, as in a backup that isn't
+    // encrypted.
+    if (!failure.qstrFile.isEmpty() && !EntryExists(ToNarrow(failure.qstrFile))) continue;
+    backup.notDecrypted.push_back({qstrName, failure.qstrReason, {}, false});
+  }
+  if (!backup.notDecrypted.empty())
+    PrintError(QString("%1: %2 could not be decrypted; what they hold is missing from the result")
+                   .arg(backup.qstrPath)
+                   .arg(backup.notDecrypted.size() == 1
+                            ? QString("1 file")
+                            : QString("%1 files").arg(static_cast<qint64>(backup.notDecrypted.size()))));
+}
+
 }  // namespace
 
 int Interrupted() {
@@ -70,7 +115,18 @@ int ReadBackup(const Options& options, ProgressBar& bar, OpenBackup& backup) {
                                                                  RECOVERY_TYPE_LOCAL_BACKUP));
   pParser->InitCallback(&ProgressBar::Report, &bar);
   backup.nManifestStatus = pParser->Scan(qstrDecryptedFolder);
+  NameFailures(backup);
   WalkCategories(*pParser, backup.records, {});
   bar.Clear();
   return StopSignal() != 0 ? Interrupted() : kExitDone;
+}
+
+std::vector<WrittenFile> LostFiles(const OpenBackup& backup,
+                                   const std::function<bool(const std::string& strFileId)>& isWanted) {
+  DeviceNames names(backup.session.GetManifest());
+  std::vector<WrittenFile> lost;
+  for (const auto& [strFile, strReason] : Losses()) {
+    if (isWanted(LastStep(strFile))) lost.push_back({names.Of(strFile), FromNarrow(strReason), {}, false});
+  }
+  return lost;
 }

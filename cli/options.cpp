@@ -46,7 +46,7 @@ constexpr char kOverview[] =
     "  recover BACKUP DESTINATION    copies it into a folder\n\n"
     "'orvandel-cli COMMAND --help' tells more about each.\n\n"
     "Exit status: 0 done; 1 wrong usage; 2 not a backup, or not there; 3 wrong password, or none;\n"
-    "4 something could not be written.";
+    "4 something could not be read, decrypted or written.";
 
 const CommandText* FindCommand(const QString& qstrName) {
   for (const CommandText& command : Commands()) {
@@ -134,9 +134,11 @@ bool ReadOptions(const QStringList& arguments, Options& options, int& nExitStatu
                                          "Takes the password of an encrypted backup from standard input.");
   const QCommandLineOption passwordFile(
       "password-file", "Takes the password of an encrypted backup from the first line of a file.", "FILE");
+  const QCommandLineOption force(
+      "force", "Decrypts an encrypted backup even where the temporary folder seems too small for it.");
   parser.setApplicationDescription(pCommand->pszDescription);
   parser.addOptions({json, quiet});
-  if (options.command != Command::Backups) parser.addOptions({passwordStdin, passwordFile});
+  if (options.command != Command::Backups) parser.addOptions({passwordStdin, passwordFile, force});
   if (options.command == Command::Scan) parser.addOption(manifest);
   if (options.command == Command::Recover) parser.addOption(only);
   parser.addPositionalArgument(pCommand->pszName, "", pCommand->pszName);
@@ -170,6 +172,7 @@ bool ReadOptions(const QStringList& arguments, Options& options, int& nExitStatu
   if (options.command != Command::Backups) {
     options.bPasswordStdin = parser.isSet(passwordStdin);
     options.qstrPasswordFile = parser.value(passwordFile);
+    options.bForce = parser.isSet(force);
   }
   if (options.command == Command::Backups && !values.isEmpty()) options.qstrFolder = path(0);
   if (options.command != Command::Backups) options.qstrBackup = path(0);

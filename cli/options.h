@@ -18,6 +18,7 @@ struct Options {
   bool bJson = false;
   bool bManifest = false;
   bool bQuiet = false;
+  bool bForce = false;  ///< decrypts although the room may not do
 };
 
 /// Reads the command line. Prints help and version itself.

@@ -1,13 +1,15 @@
 #include "cli/password.h"
 
-#include <poll.h>
+#include <sys/select.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <QFile>
+#include <csignal>
 #include <cstdio>
 
 #include "cli/problems.h"
+#include "cli/stop_signal.h"
 
 namespace {
 
@@ -15,6 +17,25 @@ QByteArray FirstLine(QFile& file) {
   QByteArray line = file.readLine();
   while (line.endsWith('\n') || line.endsWith('\r')) line.chop(1);
   return line;
+}
+
+/// Waits until there is something to read. @return false when a signal has asked to stop.
+bool WaitForInput(int nDescriptor) {
+  // The signals are blocked until pselect lets them in, so that none comes between the look at the flag and
+  // the wait.
+  sigset_t stopSignals, before;
+  sigemptyset(&stopSignals);
+  for (const int nSignal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&stopSignals, nSignal);
+  pthread_sigmask(SIG_BLOCK, &stopSignals, &before);
+  int nReady = -1;
+  if (StopSignal() == 0) {
+    fd_set input;
+    FD_ZERO(&input);
+    FD_SET(nDescriptor, &input);
+    nReady = pselect(nDescriptor + 1, &input, nullptr, nullptr, nullptr, &before);
+  }
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  return nReady == 1;
 }
 
 /// Reads a line from the terminal while it shows nothing of what is typed.
@@ -29,9 +50,7 @@ bool Prompt(const QString& qstrBackup, QByteArray& password) {
   tcsetattr(terminal.handle(), TCSADRAIN, &hidden);
   terminal.write(QString("Password of %1: ").arg(qstrBackup).toLocal8Bit());
   char szLine[1024];
-  // Waiting is what a signal may break off; the reading itself goes on after one.
-  pollfd input{terminal.handle(), POLLIN, 0};
-  const ssize_t nRead = poll(&input, 1, -1) == 1 ? read(terminal.handle(), szLine, sizeof szLine) : -1;
+  const ssize_t nRead = WaitForInput(terminal.handle()) ? read(terminal.handle(), szLine, sizeof szLine) : -1;
   tcsetattr(terminal.handle(), TCSADRAIN, &shown);
   terminal.write("\n");
   if (nRead <= 0) return false;

@@ -1,8 +1,6 @@
 #include "cli/problems.h"
 
 #include <cstdio>
-#include <set>
-#include <utility>
 
 #include "cli/output.h"
 #include "common/problem.h"
@@ -10,8 +8,15 @@
 
 namespace {
 
+using ProblemSet = std::set<std::pair<std::string, std::string>>;
+
+ProblemSet& LossSet() {
+  static ProblemSet losses;
+  return losses;
+}
+
 void PrintOnce(const std::string& strFile, const std::string& strReason) {
-  static std::set<std::pair<std::string, std::string>> printed;  // two readers may meet the same bad store
+  static ProblemSet printed;  // two readers may meet the same bad store
   if (printed.emplace(strFile, strReason).second) PrintError(FromNarrow(strFile + ": " + strReason));
 }
 
@@ -19,6 +24,13 @@ void PrintOnce(const std::string& strFile, const std::string& strReason) {
 
 void PrintProblems() {
   SetProblemHandler(PrintOnce);
+  SetLossHandler([](const std::string& strFile, const std::string& strReason) {
+    LossSet().emplace(strFile, strReason);
+  });
+}
+
+const std::set<std::pair<std::string, std::string>>& Losses() {
+  return LossSet();
 }
 
 void PrintError(const QString& qstrText) {

@@ -45,6 +45,14 @@ int CheckDestination(const Options& options) {
 }  // namespace
 
 int RunRecover(const Options& options) {
+  if (WantsDocuments(options)) {
+    // Before anything is read or written: without its template a page would have no fence.
+    const QString qstrUnusable = CRecovery().FindUnusableTemplate();
+    if (!qstrUnusable.isEmpty()) {
+      PrintError(qstrUnusable);
+      return kExitNotWritten;
+    }
+  }
   ProgressBar scanBar(!options.bQuiet);
   OpenBackup backup(options);
   if (const int nStatus = ReadBackup(options, scanBar, backup)) return nStatus;
@@ -54,10 +62,11 @@ int RunRecover(const Options& options) {
   RecoveryReport report(options, bar, CountWork(options, backup.records));
   CRecovery recovery;
   recovery.SetWrittenFileHandler([&](const WrittenFile& file) { report.Add(file); });
-  // First of all: a template that can't be used ends the recovery before it begins.
+  recovery.SetNamePolicy(NamePolicy::MadeSafe);
   if (WantsDocuments(options)) recovery.Init(options.qstrDestination, &backup.session);
   RecoverFiles(options, backup, report);
   if (WantsDocuments(options)) RecoverDocuments(options, backup.records, recovery, report);
+  ReportLosses(options, backup, report);
   report.PrintTotals();
   if (!FinishOutput()) return kExitNotWritten;
   if (StopSignal() != 0) return Interrupted();

@@ -4,6 +4,7 @@
 
 #include "cli/stop_signal.h"
 #include "common/text.h"
+#include "export/file_name.h"
 
 namespace {
 
@@ -15,23 +16,38 @@ class FileRecovery {
         m_report(report) {}
 
   void CopyCategory(const Category& category) {
-    const QString qstrFolder = category.pszFolder;
     if (category.pApps) {
       for (const auto& [strApp, files] : m_records.*category.pApps) {
         for (const _IPHONE_APP_FILE_INFO_& file : files)
-          Copy(qstrFolder + FromNarrow(strApp) + '/', {file.strFileName, file.wstrFilePath});
+          Copy(category.pszFolder, strApp, {file.strFileName, file.wstrFilePath});
       }
       return;
     }
     for (size_t nRow = 0; nRow < category.pfnCount(m_records); ++nRow)
-      Copy(qstrFolder, category.pfnFile(m_records, nRow));
+      Copy(category.pszFolder, std::string(), category.pfnFile(m_records, nRow));
   }
 
  private:
-  void Copy(const QString& qstrFolder, const FileToCopy& file) {
+  /// @param strApp the name of a folder inside; empty for none.
+  void Copy(const QString& qstrFolder, const std::string& strApp, const FileToCopy& file) {
     if (StopSignal() != 0) return;
-    m_report.Add(m_copier.Copy(qstrFolder, file.strName, file.wstrPath));
+    m_report.Add(CopyUnderAnyName(qstrFolder, strApp, file));
     m_report.Advance();
+  }
+
+  /// Tries the names in the backup first. Where one of them can't be that of a file, a safe one takes its
+  /// place.
+  WrittenFile CopyUnderAnyName(const QString& qstrFolder, const std::string& strApp, const FileToCopy& file) {
+    const auto folderOf = [&](const std::string& strName) {
+      return strApp.empty() ? qstrFolder : qstrFolder + FromNarrow(strName) + '/';
+    };
+    const WrittenFile written = m_copier.Copy(folderOf(strApp), file.strName, file.wstrPath);
+    const std::string strSafeApp = SafeFileName(strApp), strSafeName = SafeFileName(file.strName);
+    const bool bSame = strSafeName == file.strName && (strApp.empty() || strSafeApp == strApp);
+    if (written.Succeeded() || !written.bNotCreated || bSame) return written;
+    WrittenFile safe = m_copier.Copy(folderOf(strSafeApp), strSafeName, file.wstrPath);
+    safe.qstrOriginalName = FromNarrow(strApp.empty() ? file.strName : strApp + '/' + file.strName);
+    return safe.Succeeded() ? safe : written;
   }
 
   BackupFileCopier m_copier;
@@ -118,4 +134,32 @@ void RecoverDocuments(const Options& options, const BackupRecords& records, CRec
       recovery.RecoveryWhatsAppMsg(pFirst, records.m_mapWhatsApp);
     });
   }
+}
+
+void ReportLosses(const Options& options, const OpenBackup& backup, RecoveryReport& report) {
+  struct StoreUse {
+    const char* pszId;
+    std::vector<CategoryNumber> categories;
+  };
+  // A category of files is read from files alone; everything else in a backup may be one of them.
+  static const std::vector<StoreUse> stores = {
+      {kContactsStore, {kContacts, kMessages, kCallHistory}},
+      {kMessageStore, {kMessages}},
+      {kCallStore, {kCallHistory}},
+      {kCallStoreFallback, {kCallHistory}},
+      {kNotesStore, {kNotes}},
+      {kNotesCloudStore, {kNotes}},
+  };
+  const auto isWanted = [&](CategoryNumber nNumber) { return IsWanted(options, nNumber); };
+  const bool bFiles = std::any_of(FileSteps().begin(), FileSteps().end(),
+                                  [&](const FileStep& step) { return isWanted(step.nNumber); });
+  for (const WrittenFile& file : LostFiles(backup, [&](const std::string& strFileId) {
+         for (const StoreUse& store : stores) {
+           if (strFileId == store.pszId)
+             return std::any_of(store.categories.begin(), store.categories.end(), isWanted);
+         }
+         return bFiles;
+       }))
+    report.Add(file);
+  for (const WrittenFile& file : backup.notDecrypted) report.Add(file);
 }

@@ -22,3 +22,6 @@ bool WantsDocuments(const Options& options);
 /// Writes the documents. @param recovery initialised, with the report as its handler.
 void RecoverDocuments(const Options& options, const BackupRecords& records, CRecovery& recovery,
                       RecoveryReport& report);
+
+/// Reports as failed what is missing from the recovery because it could not be decrypted or read.
+void ReportLosses(const Options& options, const OpenBackup& backup, RecoveryReport& report);

@@ -5,6 +5,7 @@
 
 #include "cli/json_stream.h"
 #include "cli/output.h"
+#include "cli/problems.h"
 #include "common/format.h"
 #include "common/text.h"
 
@@ -14,11 +15,17 @@ RecoveryReport::RecoveryReport(const Options& options, ProgressBar& bar, qint64 
 void RecoveryReport::Add(const WrittenFile& file) {
   ++(file.Succeeded() ? m_nSucceeded : m_nFailed);
   if (file.Succeeded()) m_nBytes += QFileInfo(file.qstrPath).size();
+  if (!file.qstrOriginalName.isEmpty()) {
+    m_bar.Clear();
+    PrintError(QString("%1: in the backup it is called \"%2\", which can't be a file name here")
+                   .arg(file.qstrPath, file.qstrOriginalName));
+  }
   if (file.Succeeded() && m_options.bQuiet) return;
   m_bar.Clear();
   if (m_options.bJson) {
     QJsonObject object{{"status", file.Succeeded() ? "Success" : "Failed"}, {"path", file.qstrPath}};
     if (!file.Succeeded()) object["reason"] = file.qstrReason;
+    if (!file.qstrOriginalName.isEmpty()) object["originalName"] = file.qstrOriginalName;
     Print(ToJson(object) + '\n');
   } else {
     const QString qstrPath = Printable(file.qstrPath);

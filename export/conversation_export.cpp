@@ -53,11 +53,12 @@ int SaveText(const Map& conversations, unsigned int nKey, const char16_t* pPath)
     const bool bNamed = HasName(line);
     // The labels are right-aligned in ten columns. "Data" is how these files have always read.
     strRecord = line.bReceived ? "      From: " : "        To: ";
-    if (bNamed) strRecord.append(line.strName) += '(';
-    strRecord += line.strPhone;
+    // Each field ends at its first zero byte.
+    if (bNamed) strRecord.append(line.strName.c_str()) += '(';
+    strRecord += line.strPhone.c_str();
     if (bNamed) strRecord += ')';
-    strRecord.append("\n      Data: ").append(line.strDate).append("\n   Content: ");
-    strRecord.append(line.strText.c_str()).append("\n\n");  // a text ends at its first zero byte
+    strRecord.append("\n      Data: ").append(line.strDate.c_str()).append("\n   Content: ");
+    strRecord.append(line.strText.c_str()).append("\n\n");
     file.Write(strRecord);
     file.Flush();
   });
@@ -99,10 +100,12 @@ void CRecovery::RecoveryMsg(const __MESSAGE_INFO__* pMessage, const MessageMap& 
   const std::string strStem = strSender.empty() ? strLabel : strLabel + "(" + strSender + ")";
   if (!MakePlace("/Message/", strLabel, strStem, {".txt", ".html"}, place)) return;
   const std::u16string wstrText = FreePath(place, ".txt");
-  Tell(FromWide(wstrText), SaveSMSMessageTxt(pMessage->nHandleId, wstrText.c_str(), messages));
+  Tell(FromWide(wstrText), SaveSMSMessageTxt(pMessage->nHandleId, wstrText.c_str(), messages),
+       place.strOriginalStem);
   m_strSmsPageHead = HeadFor(m_strSmsHead, strLabel, strSender);
   const std::u16string wstrPage = FreePath(place, ".html");
-  Tell(FromWide(wstrPage), SaveSMSMessage(pMessage->nHandleId, wstrPage.c_str(), messages));
+  Tell(FromWide(wstrPage), SaveSMSMessage(pMessage->nHandleId, wstrPage.c_str(), messages),
+       place.strOriginalStem);
 }
 
 int CRecovery::SaveSMSMessageTxt(unsigned int nHandleId, const char16_t* pPath, const MessageMap& messages) {
@@ -131,12 +134,12 @@ void CRecovery::RecoveryWhatsAppMsg(const __WHATSAPP_MESSAGE__* pMessage, const 
   if (!MakePlace("/WhatsApp Message/", strLabel, strLabel, {".txt", ".csv", ".html"}, place)) return;
   const unsigned int nChatId = pMessage->nChatId;
   const std::u16string wstrText = FreePath(place, ".txt");
-  Tell(FromWide(wstrText), SaveWhatsAppTxt(nChatId, wstrText.c_str(), chats));
+  Tell(FromWide(wstrText), SaveWhatsAppTxt(nChatId, wstrText.c_str(), chats), place.strOriginalStem);
   m_strWhatsAppPageHead = HeadFor(m_strWhatsAppHead, strName, strPhone);
   const std::u16string wstrCsv = FreePath(place, ".csv");
-  Tell(FromWide(wstrCsv), SaveWhatsAppCsv(nChatId, wstrCsv.c_str(), chats));
+  Tell(FromWide(wstrCsv), SaveWhatsAppCsv(nChatId, wstrCsv.c_str(), chats), place.strOriginalStem);
   const std::u16string wstrPage = FreePath(place, ".html");
-  Tell(FromWide(wstrPage), SaveWhatsApp(nChatId, wstrPage.c_str(), chats));
+  Tell(FromWide(wstrPage), SaveWhatsApp(nChatId, wstrPage.c_str(), chats), place.strOriginalStem);
 }
 
 int CRecovery::SaveWhatsAppTxt(unsigned int nChatId, const char16_t* pPath, const WhatsAppMap& chats) {
@@ -149,8 +152,11 @@ int CRecovery::SaveWhatsAppCsv(unsigned int nChatId, const char16_t* pPath, cons
   file.Write("Chats,Name/Phone,Date,Type,Content\n");
   VisitConversation(chats, nChatId, [&](const Line& line) {
     // Nothing is quoted: a comma or a line feed in a message makes further columns or rows.
-    file.Write(line.strName + "," + line.strPhone + "," + line.strDate +
-               (line.bReceived ? ",Received," : ",Send,") + line.strText + "\n");
+    // Each field ends at its first zero byte.
+    std::string strRecord = line.strName.c_str();
+    strRecord.append(",").append(line.strPhone.c_str()).append(",").append(line.strDate.c_str());
+    strRecord.append(line.bReceived ? ",Received," : ",Send,").append(line.strText.c_str()).append("\n");
+    file.Write(strRecord);
     file.Flush();
   });
   return file.Close();

@@ -1,5 +1,7 @@
 #include "export/recovery.h"
 
+#include <unistd.h>
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -10,6 +12,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "common/file.h"
 #include "common/problem.h"
 #include "common/text.h"
 #include "export/document_file.h"
@@ -19,6 +22,16 @@ namespace {
 constexpr char kContentToken[] = "{|content|}";
 constexpr char kTitleToken[] = "{|title|}";
 constexpr char kPersonToken[] = "{|person|}";
+
+/// Why a store was not copied. The operation that copies it has no result of its own.
+QString StoreFailure(const std::string& strSource) {
+  const int nDescriptor = OpenBackupFile(strSource.c_str());
+  if (nDescriptor == -1)
+    return QString("The store could not be copied (%1)").arg(FromNarrow(OpenFailure(errno)));
+  close(nDescriptor);
+  return "The store could not be copied";
+}
+
 }  // namespace
 
 const std::array<CRecovery::Page, 5> CRecovery::kPages = {{
@@ -47,6 +60,16 @@ void CRecovery::Init(const QString& qstrSavePath, CIphoneBackupFile* pBackupFile
   m_pDestination = std::make_unique<Destination>(qstrSavePath, FromNarrow(pBackupFile->GetBackupFolder()));
   m_strTimeStamp = QDateTime::currentDateTime().toString("yyyyMMddhhmmss");
   LoadAllTemplateFile();
+}
+
+QString CRecovery::FindUnusableTemplate() const {
+  for (const Page& page : kPages) {
+    const QString qstrPath = m_qstrProgramFolder + page.pszName;
+    QFile file(qstrPath);
+    if (!file.open(QIODevice::ReadOnly)) return qstrPath + ": " + file.errorString();
+    if (!file.readAll().contains(kContentToken)) return qstrPath + ": the template lacks " + kContentToken;
+  }
+  return QString();
 }
 
 int CRecovery::LoadAllTemplateFile() {
@@ -99,21 +122,39 @@ bool CRecovery::MakeFolder(const QString& qstrFolder, QString& qstrReason) {
   return m_pDestination->MakeFolder(qstrFolder, qstrReason);
 }
 
+bool CRecovery::TryPlace(const char* pszCategoryFolder, const std::string& strLabel,
+                         const std::string& strStem, ConversationPlace& place, QString& qstrReason) {
+  // A "/" in a name makes a path as it stands; only one that leads out of the destination is refused.
+  const QString qstrFolder = pszCategoryFolder + FromNarrow(strLabel) + '-' + m_strTimeStamp + '/';
+  place = {ToNarrow(m_strSavePath + qstrFolder), strStem, {}};
+  if (!MakeFolder(qstrFolder, qstrReason)) return false;
+  if (!HasParentStep(strStem + ".txt")) return true;  // with an extension, as it is written
+  qstrReason = "The name leads out of the destination";
+  return false;
+}
+
 bool CRecovery::MakePlace(const char* pszCategoryFolder, const std::string& strLabel,
                           const std::string& strStem, std::initializer_list<const char*> extensions,
                           ConversationPlace& place) {
-  // A "/" in a name makes a path as it stands; only one that leads out of the destination is refused.
-  const QString qstrFolder = pszCategoryFolder + FromNarrow(strLabel) + '-' + m_strTimeStamp + '/';
-  place = {ToNarrow(m_strSavePath + qstrFolder), strStem};
   QString qstrReason;
-  bool bAllowed = MakeFolder(qstrFolder, qstrReason);
-  if (bAllowed && HasParentStep(strStem + *extensions.begin())) {
-    qstrReason = "The name leads out of the destination";
-    bAllowed = false;
+  const bool bMakeSafe = m_namePolicy == NamePolicy::MadeSafe;
+  if (!bMakeSafe || (CanBeFileName(strLabel) && CanBeFileName(strStem))) {
+    if (TryPlace(pszCategoryFolder, strLabel, strStem, place, qstrReason)) return true;
   }
-  if (bAllowed || !m_handler) return bAllowed;
-  for (const char* pszExtension : extensions)
-    m_handler({FromNarrow(place.strFolder + strStem + pszExtension), qstrReason});
+  // Also for a name that this file system alone refuses.
+  const std::string strSafeLabel = SafeFileName(strLabel), strSafeStem = SafeFileName(strStem);
+  if (bMakeSafe && (strSafeLabel != strLabel || strSafeStem != strStem) &&
+      TryPlace(pszCategoryFolder, strSafeLabel, strSafeStem, place, qstrReason)) {
+    place.strOriginalStem = strStem;
+    return true;
+  }
+  if (!m_handler) return false;
+  for (const char* pszExtension : extensions) {
+    WrittenFile file;
+    file.qstrPath = FromNarrow(place.strFolder + strStem + pszExtension);
+    file.qstrReason = qstrReason;
+    m_handler(file);
+  }
   return false;
 }
 
@@ -129,27 +170,37 @@ int CRecovery::SavePage(const QString& qstrFolder, const QString& qstrFileName, 
   if (MakeFolder(qstrFolder, qstrReason))
     return Tell(qstrPath, WritePage(ToNarrow(qstrPath), {&strHead, &strBody, &strTail}));
   const int nError = errno != 0 ? errno : EACCES;
-  if (m_handler) m_handler({qstrPath, qstrReason});
+  WrittenFile file;
+  file.qstrPath = qstrPath;
+  file.qstrReason = qstrReason;
+  if (m_handler) m_handler(file);
   return nError;
 }
 
-int CRecovery::Tell(const QString& qstrPath, int nError) const {
-  if (m_handler) m_handler({qstrPath, nError == 0 ? QString() : QString::fromLocal8Bit(strerror(nError))});
+int CRecovery::Tell(const QString& qstrPath, int nError, const std::string& strOriginalName) const {
+  WrittenFile file;
+  file.qstrPath = qstrPath;
+  if (nError != 0) file.qstrReason = QString::fromLocal8Bit(strerror(nError));
+  file.qstrOriginalName = FromNarrow(strOriginalName);
+  if (m_handler) m_handler(file);
   return nError;
 }
 
 void CRecovery::SaveStore(const char* pszStoreId, const QString& qstrFolder, const char* pszName,
                           int (CIphoneBackupFile::*copy)(const char* pszDestination)) {
-  WrittenFile file{m_strSavePath + qstrFolder + pszName, {}};
-  const bool bHasStore = QFile::exists(m_pBackupFile->GetLayout().PathOf(pszStoreId));
+  WrittenFile file;
+  file.qstrPath = m_strSavePath + qstrFolder + pszName;
+  const std::string strSource = ToNarrow(m_pBackupFile->GetLayout().PathOf(pszStoreId));
+  const bool bHasStore = EntryExists(strSource);
   if (MakeFolder(qstrFolder, file.qstrReason)) {
+    const std::string strTarget = ToNarrow(file.qstrPath);
     QFile::remove(file.qstrPath);
-    const bool bInTheWay = QFile::exists(file.qstrPath);
-    (m_pBackupFile->*copy)(ToNarrow(file.qstrPath).c_str());
+    const bool bInTheWay = EntryExists(strTarget);
+    (m_pBackupFile->*copy)(strTarget.c_str());
     if (bInTheWay)
-      file.qstrReason = "What stands there can't be replaced";
-    else if (!QFile::exists(file.qstrPath))
-      file.qstrReason = "The store could not be copied";
+      file.qstrReason = "The entry in the way can't be replaced";
+    else if (!EntryExists(strTarget))
+      file.qstrReason = StoreFailure(strSource);
   }
   if (m_handler && bHasStore) m_handler(file);
 }

@@ -8,6 +8,7 @@
 #include "backup/session.h"
 #include "common/path.h"
 #include "export/destination.h"
+#include "export/file_name.h"
 #include "export/written_file.h"
 
 /// Writes the documents of one recovery: pages, text files and copies of stores, below the folder that the
@@ -22,8 +23,16 @@ class CRecovery {
   /// @param qstrProgramFolder where "/template/" lies: the folder of the program.
   explicit CRecovery(const QString& qstrProgramFolder = QCoreApplication::applicationDirPath());
 
-  /// Whom to tell about each document that is really written, or could not be. May be empty.
+  /// Sets what is called for every document written or failed. May be empty.
   void SetWrittenFileHandler(WrittenFileHandler handler);
+
+  /// What happens to a conversation whose name can't be that of a folder; as it stands unless set.
+  void SetNamePolicy(NamePolicy policy) { m_namePolicy = policy; }
+
+  /// Looks for a template that can't be used: one that can't be read, or has no place for the content.
+  /// Without its template a page has rows alone, and nothing keeps the texts of strangers in it from running.
+  /// @return its path and the reason; empty when all five can be used.
+  QString FindUnusableTemplate() const;
 
   /// Begins a recovery: sets the time stamp that names its folders, and loads the five templates.
   /// @param pBackupFile the session, which outlives the object.
@@ -88,12 +97,17 @@ class CRecovery {
   struct ConversationPlace {
     std::string strFolder;
     std::string strStem;
+    std::string strOriginalStem;  // where it could not be a file name; else empty
   };
-  /// Where a conversation goes, with its folder made.
-  /// @param extensions of its documents, with their ".": each is told as a failure when the place is refused.
-  /// @return false when it is refused or can't be made.
+  /// Finds the place of a conversation and creates its folder.
+  /// @param extensions of its documents, with their ".": each is reported as failed when the place is
+  /// refused.
+  /// @return false when it is refused or can't be created.
   bool MakePlace(const char* pszCategoryFolder, const std::string& strLabel, const std::string& strStem,
                  std::initializer_list<const char*> extensions, ConversationPlace& place);
+  /// The same under these names, without a report. @param qstrReason receives why it is refused.
+  bool TryPlace(const char* pszCategoryFolder, const std::string& strLabel, const std::string& strStem,
+                ConversationPlace& place, QString& qstrReason);
   /// A free path in it. @param pszExtension with its ".".
   std::u16string FreePath(const ConversationPlace& place, const char* pszExtension);
   /// The head of a template with the person put in.
@@ -104,9 +118,9 @@ class CRecovery {
   bool MakeFolder(const QString& qstrFolder, QString& qstrReason);
   int SavePage(const QString& qstrFolder, const QString& qstrFileName, const std::string& strHead,
                const std::string& strBody, const std::string& strTail);
-  /// Tells how a document came out. @return nError.
-  int Tell(const QString& qstrPath, int nError) const;
-  /// Copies a store out of the backup and tells how that went.
+  /// Reports how a document came out. @return nError.
+  int Tell(const QString& qstrPath, int nError, const std::string& strOriginalName = {}) const;
+  /// Copies a store out of the backup and reports how that went.
   /// @param copy does it: an operation of the session that takes the narrow path.
   void SaveStore(const char* pszStoreId, const QString& qstrFolder, const char* pszName,
                  int (CIphoneBackupFile::*copy)(const char* pszDestination));
@@ -125,6 +139,7 @@ class CRecovery {
 
   QString m_qstrProgramFolder;
   WrittenFileHandler m_handler;
+  NamePolicy m_namePolicy = NamePolicy::AsTheyStand;
   FreeNames m_freeNames;
   std::unique_ptr<Destination> m_pDestination;  // made by Init
 };

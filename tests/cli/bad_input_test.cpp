@@ -12,6 +12,7 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::StartsWith;
 
 namespace {
 
@@ -24,6 +25,7 @@ struct Damage {
   std::function<void(const std::string& strBackup, const SmallBackup& small)> inflict;
   std::vector<std::string> complaints;  ///< each in a line on standard error
   std::vector<std::string> counts;      ///< lines that have to be among the counts: what is lost, what isn't
+  const char* pszLostFile = nullptr;    ///< what a recovery of files has to report as failed
 };
 
 void PrintTo(const Damage& damage, std::ostream* pStream) {
@@ -112,29 +114,34 @@ const std::vector<Damage>& Damages() {
        Layout::Mbdb,
        Cut("Manifest.mbdb", 10),
        {"Manifest.mbdb: cut short"},
-       {"Camera Roll(2)", "Messages Attachments(1)", "Contacts(1)"}},
+       {"Camera Roll(2)", "Messages Attachments(1)", "Contacts(1)"},
+       "Manifest.mbdb"},
       {"MbdbIsCutEarly",
        Layout::Mbdb,
        [](const std::string& strBackup, const SmallBackup&) {
          std::filesystem::resize_file(strBackup + "/Manifest.mbdb", 300);
        },
        {"Manifest.mbdb: cut short"},
-       {"Camera Roll(1)", "Photo Stream(0)", "Contacts(1)"}},
+       {"Camera Roll(1)", "Photo Stream(0)", "Contacts(1)"},
+       "Manifest.mbdb"},
       {"MbdbIsText",
        Layout::Mbdb,
        Text("Manifest.mbdb", "hello"),
        {"Manifest.mbdb: not a manifest"},
-       {"Camera Roll(0)", "Contacts(1)", "Message(1)"}},
+       {"Camera Roll(0)", "Contacts(1)", "Message(1)"},
+       "Manifest.mbdb"},
       {"MbdbIsEmpty",
        Layout::Mbdb,
        Text("Manifest.mbdb", ""),
        {"Manifest.mbdb: not a manifest"},
-       {"Camera Roll(0)", "Contacts(1)"}},
+       {"Camera Roll(0)", "Contacts(1)"},
+       "Manifest.mbdb"},
       {"MbdbIsAFolder",
        Layout::Mbdb,
        ManifestIsFolder,
        {"Manifest.mbdb: Is a directory"},
-       {"Camera Roll(0)", "Contacts(1)"}},
+       {"Camera Roll(0)", "Contacts(1)"},
+       "Manifest.mbdb"},
       {"MbdbIsMissing",
        Layout::Mbdb,
        [](const std::string& strBackup, const SmallBackup&) {
@@ -146,7 +153,8 @@ const std::vector<Damage>& Damages() {
        Layout::Db,
        Text("Manifest.db", "this is a text and no store at all\n"),
        {"Manifest.db: file is not a database"},
-       {"Camera Roll(0)", "Contacts(1)", "Message(1)"}},
+       {"Camera Roll(0)", "Contacts(1)", "Message(1)"},
+       "Manifest.db"},
       {"DbLacksItsTable",
        Layout::Db,
        [](const std::string& strBackup, const SmallBackup&) {
@@ -156,7 +164,12 @@ const std::vector<Damage>& Damages() {
        },
        {"Manifest.db: no such table: Files"},
        {"Camera Roll(0)", "Contacts(1)"}},
-      {"DbIsCut", Layout::Db, Cut("Manifest.db", 8192), {"Manifest.db: "}, {"Contacts(1)", "Message(1)"}},
+      {"DbIsCut",
+       Layout::Db,
+       Cut("Manifest.db", 8192),
+       {"Manifest.db: "},
+       {"Contacts(1)", "Message(1)"},
+       "Manifest.db"},
       {"MessagesAreText",
        Layout::Db,
        StoreOfText(store_places::messages),
@@ -211,12 +224,14 @@ const std::vector<Damage>& Damages() {
        Layout::Db,
        PhotoIsFolder,
        {": Is a directory"},
-       {"Camera Roll(1)", "Photo Stream(1)"}},
+       {"Camera Roll(1)", "Photo Stream(1)"},
+       "CameraRollDomain-"},
       {"PhotoIsALoop",
        Layout::Db,
        PhotoIsLoop,
-       {": Too many levels of symbolic links"},
-       {"Camera Roll(1)", "Photo Stream(1)"}},
+       {": is a symbolic link"},
+       {"Camera Roll(1)", "Photo Stream(1)"},
+       "CameraRollDomain-"},
       {"SeveralThingsAtOnce",
        Layout::Db,
        [](const std::string& strBackup, const SmallBackup& small) {
@@ -224,9 +239,10 @@ const std::vector<Damage>& Damages() {
          StoreOfText(store_places::messages)(strBackup, small);
          StoreWithoutTables(store_places::calls)(strBackup, small);
        },
-       {": Too many levels of symbolic links", std::string(kMessagesId) + "file is not a database",
+       {": is a symbolic link", std::string(kMessagesId) + "file is not a database",
         std::string(kCallsId) + "no such table"},
-       {"Camera Roll(1)", "Message(0)", "Call History(0)", "Contacts(1)", "Notes(1)", "App Photos(1)"}},
+       {"Camera Roll(1)", "Message(0)", "Call History(0)", "Contacts(1)", "Notes(1)", "App Photos(1)"},
+       "CameraRollDomain-"},
   };
   return damages;
 }
@@ -281,17 +297,23 @@ TEST_P(DamagedBackup, GivesWholeJson) {
 
 TEST_P(DamagedBackup, GivesUpTheFilesThatAreWhole) {
   const auto before = TreeOf(Backup());
+  const bool bLoses = GetParam().pszLostFile != nullptr;
 
   const CommandResult result = RunCommand(RecoverFiles(Backup(), m_folder.Path("out")));
 
-  EXPECT_EQ(0, result.nExitStatus);
+  EXPECT_EQ(bLoses ? 4 : 0, result.nExitStatus);
+  EXPECT_THAT(result.LastLine(), HasSubstr(bLoses ? " recovered, 1 failed, " : " recovered, 0 failed, "));
+  if (bLoses) {
+    EXPECT_THAT(result.Lines(),
+                Contains(testing::AllOf(StartsWith("Failed\t"), HasSubstr(GetParam().pszLostFile))));
+  }
   for (const SmallBackup::File& file : m_small.files) {
     const std::string strCopy = m_folder.Path("out") + file.strTarget;
     if (Exists(strCopy)) {
       EXPECT_TRUE(file.strBytes == ReadFile(strCopy)) << file.strTarget;
     }
   }
-  EXPECT_EQ(FilesBelow(m_folder.Path("out")).size() + 1, result.Lines().size());
+  EXPECT_EQ(FilesBelow(m_folder.Path("out")).size() + (bLoses ? 2 : 1), result.Lines().size());
   EXPECT_TRUE(before == TreeOf(Backup()));
 }
 
@@ -321,6 +343,13 @@ INSTANTIATE_TEST_SUITE_P(
                    PutLoopAt(f.Path("backup/Info.plist"));
                  },
                  "Too many levels of symbolic links"},
+        NoBackup{"InfoIsALink",
+                 [](const TemporaryFolder& f) {
+                   f.MakeFolder("backup");
+                   std::filesystem::create_symlink(f.Write("elsewhere/Info.plist", "<plist/>"),
+                                                   f.Path("backup/Info.plist"));
+                 },
+                 "not a backup"},
         NoBackup{"InfoIsAFolder", [](const TemporaryFolder& f) { f.MakeFolder("backup/Info.plist"); },
                  "not a backup"},
         NoBackup{"FolderOfBackups", [](const TemporaryFolder& f) { f.Write("backup/one/Info.plist", ""); },

@@ -180,7 +180,8 @@ TEST_F(RecoverDestination, ThatGetsFullKeepsTheFilesThatAreWholeAlone) {
   m_folder.MakeFolder("out");
   if (!MayMount(Out())) GTEST_SKIP() << "this system lets nobody mount a small file system";
 
-  const CommandResult result = RunOnMount("size=64k", Out(), m_folder.Path("kept"), RecoverFiles(Backup(), Out()));
+  const CommandResult result =
+      RunOnMount("size=64k", Out(), m_folder.Path("kept"), RecoverFiles(Backup(), Out()));
 
   const std::vector<std::string> kept = FilesBelow(m_folder.Path("kept"));
   EXPECT_EQ(4, result.nExitStatus) << result.strErr;
@@ -198,7 +199,8 @@ TEST_F(RecoverDestination, ThatGetsFullIsGivenAsTheReason) {
   m_folder.MakeFolder("out");
   if (!MayMount(Out())) GTEST_SKIP() << "this system lets nobody mount a small file system";
 
-  const CommandResult result = RunOnMount("size=64k", Out(), m_folder.Path("kept"), RecoverFiles(Backup(), Out()));
+  const CommandResult result =
+      RunOnMount("size=64k", Out(), m_folder.Path("kept"), RecoverFiles(Backup(), Out()));
 
   EXPECT_THAT(result.strOut, HasSubstr("No space left on device"));
 }
@@ -228,7 +230,7 @@ INSTANTIATE_TEST_SUITE_P(Domains, HostileApp,
                                          "AppDomain-com.a/../../../../x-", "AppDomain-com./tmp/x-",
                                          "AppDomain-com..-", "AppDomain-com.-", "AppDomain-net.../../x-"));
 
-TEST_F(RecoverDestination, HostileAppIsReportedAsFailed) {
+TEST_F(RecoverDestination, HostileAppIsCopiedUnderASafeName) {
   BackupBuilder backup(QString::fromStdString(Backup()), Layout::Db);
   backup.writeInfo({});
   backup.addFile("AppDomain-com.../../x-", "a/evil.jpg", sample_media::jpeg(1));
@@ -236,9 +238,10 @@ TEST_F(RecoverDestination, HostileAppIsReportedAsFailed) {
 
   const CommandResult result = RunCommand(RecoverFiles(Backup(), Out()));
 
-  EXPECT_EQ(4, result.nExitStatus);
-  EXPECT_THAT(result.Line(0), StartsWith("Failed\t"));
-  EXPECT_THAT(result.Line(0), HasSubstr("out of the destination"));
+  EXPECT_EQ(0, result.nExitStatus);
+  EXPECT_EQ("Success\t" + Out() + "/App Photos/.._.._x/evil.JPG", result.Line(0));
+  EXPECT_THAT(result.strErr, HasSubstr("\"../../x/evil.JPG\""));
+  EXPECT_TRUE(sample_media::jpeg(1).toStdString() == ReadFile(Out() + "/App Photos/.._.._x/evil.JPG"));
 }
 
 TEST_F(RecoverDestination, HostileFileNamesStayInTheirFolder) {
