@@ -14,11 +14,6 @@ constexpr int kIdentifierDigits = 40;
 constexpr uint16_t kKindMask = 0xE000;
 constexpr uint16_t kDirectoryKind = 0x4000;
 
-// The connection to "Manifest.db". One manifest is read at a time.
-const QString* const pQstrConnName = new QString("mbdb_connection");
-const QString* const pQstrConnType = new QString("QSQLITE");
-QString* const pQstrDBPath = new QString;  // of the latest call
-
 bool IsListed(const fileinfo& info) {
   if (info.strDomain.empty() || info.strPath.empty()) return false;
   return (info.nMode & kKindMask) != kDirectoryKind;
@@ -44,16 +39,13 @@ int process_mbdb_file(const char16_t* pPath, Catalogue& entries) {
 
 int process_db_file(const char16_t* pPath, Catalogue& entries) {
   entries.clear();
-  *pQstrDBPath = FromNarrow(Unicode2Ansi(pPath));
-  StoreQuery query(*pQstrConnName, *pQstrConnType, ToNarrow(*pQstrDBPath),
-                   "select fileID, domain, relativePath from Files");
+  StoreQuery query(Unicode2Ansi(pPath), "select fileID, domain, relativePath from Files");
   while (query.Next()) {
     __MBDB_FILE__ entry;
     entry.strFileId = query.Narrow(0);
-    QString qstrName = query.Text(1);
-    const QString qstrPath = query.Text(2);
-    if (!qstrPath.isEmpty()) qstrName += '-' + qstrPath;
-    entry.strFileName = ToNarrow(qstrName);
+    entry.strFileName = query.Narrow(1);
+    const std::string strPath = query.Narrow(2);
+    if (!strPath.empty()) entry.strFileName.append(1, '-').append(strPath);
     if (!entry.strFileId.empty()) entries.push_back(std::move(entry));
   }
   return kStatusOk;

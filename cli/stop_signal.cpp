@@ -1,19 +1,27 @@
 #include "cli/stop_signal.h"
 
+#include <atomic>
 #include <csignal>
 #include <initializer_list>
+
+#include "common/stop.h"
 
 namespace {
 
 volatile std::sig_atomic_t g_nSignal = 0;
 
+std::atomic<bool> g_bStop{false};  // the same for the readers of the engine
+static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler");
+
 void Remember(int nSignal) {
   g_nSignal = nSignal;
+  g_bStop = true;
 }
 
 }  // namespace
 
 void CatchStopSignals() {
+  SetStopFlag(&g_bStop);
   struct sigaction action = {};
   action.sa_handler = Remember;
   action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);  // the second one ends the process at once

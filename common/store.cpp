@@ -1,104 +1,260 @@
 #include "common/store.h"
 
+#include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QDir>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlRecord>
-#include <QUrl>
-#include <QVariant>
+#include <QLocale>
 #include <cerrno>
+#include <cstring>
 
 #include "common/file.h"
 #include "common/problem.h"
+#include "common/stop.h"
 #include "common/text.h"
 
 namespace {
 
-// A plain open would create a missing store, and would make "-wal" and "-shm" files beside one in WAL mode.
-constexpr char kConnectOptions[] = "QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY";
+constexpr int kLongestValue = 128 << 20;  // bytes of a text or blob
+constexpr int kStepsBetweenLooks = 1000;  // of SQLite's machine: some ten microseconds
+// What a store delivers grows with its file: a row takes some ten bytes of it and some fifty steps, and a
+// text comes a few times at most. A damaged or hostile store can repeat its pages without end.
+constexpr int64_t kStepsPerByte = 64;
+constexpr int64_t kBytesPerByte = 16;
+constexpr int64_t kFreeSteps = 10 * 1000 * 1000;
+constexpr int64_t kFreeBytes = 16 << 20;
 
-QString StoreUri(const QString& qstrPath) {
-  const QString qstrAbsolute = QDir::isAbsolutePath(qstrPath) ? qstrPath : QDir::current().filePath(qstrPath);
-  return "file://" + QString::fromLatin1(QUrl::toPercentEncoding(qstrAbsolute, "/")) + "?immutable=1";
+constexpr char kEndless[] = "it delivers more than a store of its size can hold";
+
+/// The store's address for SQLite. A plain open would create a missing store, and would make "-wal" and
+/// "-shm" files beside one in WAL mode.
+std::string StoreUri(const std::string& strPath) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string strUri = "file://";
+  const std::string strAbsolute =
+      strPath.compare(0, 1, "/") == 0 ? strPath : ToNarrow(QDir::currentPath()) + "/" + strPath;
+  for (const char nByte : strAbsolute) {
+    const auto n = static_cast<unsigned char>(nByte);
+    const bool bPlain = (n >= '0' && n <= '9') || (n >= 'A' && n <= 'Z') || (n >= 'a' && n <= 'z') ||
+                        n == '/' || n == '-' || n == '.' || n == '_' || n == '~';
+    if (bPlain)
+      strUri += nByte;
+    else
+      strUri.append(1, '%').append(1, kDigits[n >> 4]).append(1, kDigits[n & 0xF]);
+  }
+  return strUri + "?immutable=1";
 }
 
-/// Why SQLite must not or can't open a file; 0 for one that it may open.
-int RefusalOf(const std::string& strPath) {
+/// Looks at a file before SQLite may open it. @return 0, or the system's error number.
+int ExamineStore(const std::string& strPath, int64_t& nSize) {
   const int nDescriptor = OpenBackupFile(strPath.c_str());
   if (nDescriptor == -1) return errno;
+  struct stat info;
+  const int nError = fstat(nDescriptor, &info) == 0 ? 0 : errno;
+  nSize = nError == 0 ? info.st_size : 0;
   close(nDescriptor);
-  return 0;
+  return nError;
 }
 
-/// A sound store without the tables or columns that a statement names: stores differ by their age.
-bool IsStatementError(const QSqlError& error) {
-  static const QString qstrGenericError = QString::number(1);  // SQLITE_ERROR
-  return error.nativeErrorCode() == qstrGenericError;
+/// True for bytes that are UTF-8 as every reader takes it: shortest forms, no surrogates, and neither U+FFFE
+/// nor U+FFFF, which SQLite replaces.
+bool IsValidUtf8(const unsigned char* p, size_t nSize) {
+  for (size_t i = 0; i < nSize;) {
+    const unsigned char n = p[i];
+    if (n < 0x80) {
+      ++i;
+      continue;
+    }
+    const size_t nMore = n >= 0xC2 && n <= 0xDF   ? 1
+                         : n >= 0xE0 && n <= 0xEF ? 2
+                         : n >= 0xF0 && n <= 0xF4 ? 3
+                                                  : 0;
+    if (nMore == 0 || nMore > nSize - i - 1) return false;
+    const unsigned char nSecond = p[i + 1];
+    const unsigned char nLowest = n == 0xE0 ? 0xA0 : n == 0xF0 ? 0x90 : 0x80;
+    const unsigned char nHighest = n == 0xED ? 0x9F : n == 0xF4 ? 0x8F : 0xBF;
+    if (nSecond < nLowest || nSecond > nHighest) return false;
+    for (size_t k = 2; k <= nMore; ++k) {
+      if ((p[i + k] & 0xC0) != 0x80) return false;
+    }
+    if (n == 0xEF && nSecond == 0xBF && p[i + 2] >= 0xBE) return false;
+    i += nMore + 1;
+  }
+  return true;
 }
 
-std::string ErrorText(const QSqlError& error) {
-  const QString qstrText = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-  return ToNarrow(qstrText);
+/// A real number as a whole one, halves up; 0 for one beyond the range of whole numbers.
+int64_t Rounded(double dValue) {
+  static constexpr double kLimit = 9223372036854775807.0;  // 2^63, as a double
+  if (!(dValue > -kLimit && dValue < kLimit)) return 0;
+  if (dValue >= 0) return static_cast<int64_t>(dValue + 0.5);
+  const auto nBelow = static_cast<int64_t>(dValue - 1);
+  return static_cast<int64_t>(dValue - static_cast<double>(nBelow) + 0.5) + nBelow;
 }
 
 }  // namespace
 
-StoreQuery::StoreQuery(const QString& qstrConnection, const QString& qstrDriver, const std::string& strPath,
-                       const char* pszStatement, Failure failure)
-    : m_qstrConnection(qstrConnection), m_strPath(strPath), m_failure(failure) {
-  const QString qstrPath = FromNarrow(strPath);
-  QSqlDatabase database;
-  if (QSqlDatabase::contains(qstrConnection)) {
-    database = QSqlDatabase::database(qstrConnection, true);
-  } else {
-    database = QSqlDatabase::addDatabase(qstrDriver, qstrConnection);
-    database.setConnectOptions(kConnectOptions);
-    database.setDatabaseName(StoreUri(qstrPath));
+/// What a query may still do.
+struct StoreQuery::Budget {
+  int64_t nSteps;
+  int64_t nBytes;
+  bool bSpent = false;
+
+  /// Asked by SQLite now and then. @return other than 0 to interrupt it.
+  static int Look(void* pBudget) {
+    auto* pSelf = static_cast<Budget*>(pBudget);
+    pSelf->nSteps -= kStepsBetweenLooks;
+    if (pSelf->nSteps < 0) pSelf->bSpent = true;
+    return pSelf->bSpent || IsStopRequested() ? 1 : 0;
   }
-  const int nRefusal = RefusalOf(strPath);
-  const bool bOpen = nRefusal == 0 && database.open();
-  m_pQuery = std::make_unique<QSqlQuery>(database);
-  m_pQuery->setForwardOnly(true);
-  const bool bRuns = bOpen && m_pQuery->prepare(pszStatement) && m_pQuery->exec();
-  // A store that isn't there is no problem: devices differ in what they hold.
-  if (bRuns || failure == Failure::Expected || nRefusal == ENOENT) return;
-  const QSqlError error = bOpen ? m_pQuery->lastError() : database.lastError();
-  if (nRefusal == 0 && IsStatementError(error))
-    ReportProblem(strPath, ErrorText(error));
-  else
-    ReportLoss(strPath, nRefusal != 0 ? OpenFailure(nRefusal) : ErrorText(error));
+};
+
+StoreQuery::StoreQuery(const std::string& strPath, const char* pszStatement, Failure failure)
+    : m_strPath(strPath), m_failure(failure) {
+  int64_t nSize = 0;
+  const int nError = ExamineStore(strPath, nSize);
+  if (nError != 0) {
+    m_strError = OpenFailure(nError);
+    // A store that is missing is no problem: devices differ in what they hold.
+    if (failure == Failure::Reported && nError != ENOENT) ReportLoss(strPath, m_strError);
+    return;
+  }
+  m_pBudget = std::make_unique<Budget>(
+      Budget{nSize * kStepsPerByte + kFreeSteps, nSize * kBytesPerByte + kFreeBytes});
+  if (Open(strPath, pszStatement)) return;
+  CloseAll();
 }
 
 StoreQuery::~StoreQuery() {
-  m_pQuery->clear();
-  m_pQuery->finish();
-  m_pQuery.reset();
-  QSqlDatabase::database(m_qstrConnection, false).close();
-  QSqlDatabase::removeDatabase(m_qstrConnection);
+  CloseAll();
+}
+
+void StoreQuery::CloseAll() {
+  sqlite3_finalize(m_pStatement);
+  sqlite3_close(m_pDatabase);
+  m_pStatement = nullptr;
+  m_pDatabase = nullptr;
+}
+
+bool StoreQuery::Open(const std::string& strPath, const char* pszStatement) {
+  int nStatus = sqlite3_open_v2(StoreUri(strPath).c_str(), &m_pDatabase,
+                                SQLITE_OPEN_READONLY | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX, nullptr);
+  if (nStatus == SQLITE_OK) {
+    sqlite3_extended_result_codes(m_pDatabase, 1);
+    for (const int nSwitch : {SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_ENABLE_TRIGGER,
+                              SQLITE_DBCONFIG_TRUSTED_SCHEMA, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION})
+      sqlite3_db_config(m_pDatabase, nSwitch, 0, nullptr);
+    sqlite3_db_config(m_pDatabase, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_limit(m_pDatabase, SQLITE_LIMIT_LENGTH, kLongestValue);
+    sqlite3_limit(m_pDatabase, SQLITE_LIMIT_ATTACHED, 0);
+    sqlite3_progress_handler(m_pDatabase, kStepsBetweenLooks, &Budget::Look, m_pBudget.get());
+    nStatus = sqlite3_prepare_v2(m_pDatabase, pszStatement, -1, &m_pStatement, nullptr);
+  }
+  if (nStatus != SQLITE_OK || !m_pStatement) {
+    KeepError(nStatus);
+    return false;
+  }
+  m_bPlainUtf8 = NarrowIsUtf8() && IsUtf8Store();
+  return true;
+}
+
+bool StoreQuery::IsUtf8Store() const {
+  sqlite3_stmt* pStatement = nullptr;
+  if (sqlite3_prepare_v2(m_pDatabase, "PRAGMA encoding", -1, &pStatement, nullptr) != SQLITE_OK) return false;
+  const bool bUtf8 = sqlite3_step(pStatement) == SQLITE_ROW &&
+                     strcmp(reinterpret_cast<const char*>(sqlite3_column_text(pStatement, 0)), "UTF-8") == 0;
+  sqlite3_finalize(pStatement);
+  return bUtf8;
+}
+
+void StoreQuery::KeepError(int nStatus) {
+  const bool bInterrupted = (nStatus & 0xFF) == SQLITE_INTERRUPT;
+  if (bInterrupted && !m_pBudget->bSpent) return;  // a stop is no error
+  m_strError = bInterrupted ? kEndless : m_pDatabase ? sqlite3_errmsg(m_pDatabase) : sqlite3_errstr(nStatus);
+  if (m_failure == Failure::Expected) return;
+  // A sound store without the tables or columns that a statement names is odd and no loss: stores differ by
+  // their age.
+  if ((nStatus & 0xFF) == SQLITE_ERROR && !m_pStatement)
+    ReportProblem(m_strPath, m_strError);
+  else
+    ReportLoss(m_strPath, m_strError + (m_pStatement ? " (the rows before it were read)" : ""));
 }
 
 bool StoreQuery::Next() {
-  if (!m_pQuery->isActive()) return false;
-  if (m_pQuery->next()) return true;
-  if (m_failure == Failure::Reported && m_pQuery->lastError().isValid())
-    ReportLoss(m_strPath, ErrorText(m_pQuery->lastError()) + " (the rows before it were read)");
+  if (!m_pStatement || m_bEnded) return false;
+  const int nStatus = sqlite3_step(m_pStatement);
+  if (nStatus == SQLITE_ROW && m_pBudget->nBytes >= 0) return true;
+  m_bEnded = true;
+  if (nStatus == SQLITE_ROW) m_pBudget->bSpent = true;
+  if (nStatus != SQLITE_DONE) KeepError(nStatus == SQLITE_ROW ? SQLITE_INTERRUPT : nStatus);
   return false;
 }
 
 QString StoreQuery::Text(int nColumn) const {
-  return m_pQuery->value(nColumn).toString();
+  if (m_bEnded || !m_pStatement) return QString();
+  switch (sqlite3_column_type(m_pStatement, nColumn)) {
+    case SQLITE_INTEGER:
+      return QString::number(sqlite3_column_int64(m_pStatement, nColumn));
+    case SQLITE_FLOAT:
+      return QString::number(sqlite3_column_double(m_pStatement, nColumn), 'g',
+                             QLocale::FloatingPointShortest);
+    case SQLITE_BLOB: {
+      const Bytes bytes = Blob(nColumn);
+      const auto* pText = static_cast<const char*>(bytes.pData);
+      return pText ? QString::fromUtf8(pText, static_cast<int>(strnlen(pText, bytes.nSize))) : QString();
+    }
+    case SQLITE_TEXT: {
+      const auto* pText = static_cast<const QChar*>(sqlite3_column_text16(m_pStatement, nColumn));
+      const int nBytes = sqlite3_column_bytes16(m_pStatement, nColumn);
+      m_pBudget->nBytes -= nBytes;
+      return QString(pText, nBytes / static_cast<int>(sizeof(QChar)));
+    }
+    default:
+      return QString();
+  }
 }
 
 std::string StoreQuery::Narrow(int nColumn) const {
+  // Most text of most stores needs no conversion at all.
+  if (m_bPlainUtf8 && !m_bEnded && m_pStatement &&
+      sqlite3_column_type(m_pStatement, nColumn) == SQLITE_TEXT) {
+    const unsigned char* pText = sqlite3_column_text(m_pStatement, nColumn);
+    const auto nSize = static_cast<size_t>(sqlite3_column_bytes(m_pStatement, nColumn));
+    m_pBudget->nBytes -= static_cast<int64_t>(nSize);
+    if (pText && IsValidUtf8(pText, nSize)) return {reinterpret_cast<const char*>(pText), nSize};
+  }
   return ToNarrow(Text(nColumn));
 }
 
 int StoreQuery::Integer(int nColumn) const {
-  return m_pQuery->value(nColumn).toInt();
+  if (m_bEnded || !m_pStatement) return 0;
+  switch (sqlite3_column_type(m_pStatement, nColumn)) {
+    case SQLITE_INTEGER:
+      return static_cast<int>(sqlite3_column_int64(m_pStatement, nColumn));
+    case SQLITE_FLOAT:
+      return static_cast<int>(Rounded(sqlite3_column_double(m_pStatement, nColumn)));
+    case SQLITE_BLOB: {
+      const Bytes bytes = Blob(nColumn);
+      return static_cast<int>(
+          QByteArray::fromRawData(static_cast<const char*>(bytes.pData), static_cast<int>(bytes.nSize))
+              .toLongLong());
+    }
+    case SQLITE_TEXT:
+      return static_cast<int>(Text(nColumn).toLongLong());
+    default:
+      return 0;
+  }
+}
+
+StoreQuery::Bytes StoreQuery::Blob(int nColumn) const {
+  if (m_bEnded || !m_pStatement) return {};
+  const void* pData = sqlite3_column_blob(m_pStatement, nColumn);
+  const auto nSize = static_cast<size_t>(sqlite3_column_bytes(m_pStatement, nColumn));
+  m_pBudget->nBytes -= static_cast<int64_t>(nSize);
+  return {pData, pData ? nSize : 0};
 }
 
 int StoreQuery::ColumnCount() const {
-  return m_pQuery->record().count();
+  return m_pStatement ? sqlite3_column_count(m_pStatement) : 0;
 }

@@ -10,6 +10,11 @@ std::string g_language;
 iconv_t sz2uni_handle = kNoHandle;
 iconv_t uni2sz_handle = kNoHandle;
 
+bool NarrowIsUtf8() {
+  static constexpr int kMibOfUtf8 = 106;
+  return QTextCodec::codecForLocale()->mibEnum() == kMibOfUtf8;
+}
+
 std::string ToNarrow(const QString& qstrText) {
   const QByteArray bytes = QTextCodec::codecForLocale()->fromUnicode(qstrText);
   return {bytes.constData(), static_cast<size_t>(bytes.size())};

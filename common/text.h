@@ -8,6 +8,9 @@
 // A narrow string is text in the locale's encoding. A wide string carries UTF-16.
 // A conversion to narrow keeps what the encoding can express and puts its replacement for the rest.
 
+/// True when the locale's encoding is UTF-8, so that valid UTF-8 is narrow text as it stands.
+bool NarrowIsUtf8();
+
 /// QString to narrow, through the codec of the locale.
 std::string ToNarrow(const QString& qstrText);
 

@@ -1,16 +1,15 @@
 #include "decrypt/backup_files.h"
 
-#include <sqlite3.h>
 #include <sys/stat.h>
 
 #include <cerrno>
 #include <cstring>
-#include <memory>
 #include <stdexcept>
 
 #include "backup/mbdb_entries.h"
 #include "common/file.h"
 #include "common/status.h"
+#include "common/store.h"
 #include "common/text.h"
 #include "decrypt/descriptor.h"
 #include "decrypt/property_list.h"
@@ -54,39 +53,6 @@ bool IsIdentifier(const std::string& strId) {
   return strId.size() == 40 && strId.find_first_not_of("0123456789abcdef") == std::string::npos;
 }
 
-std::string StoreUri(const std::string& strPath) {
-  std::string strUri = "file:";
-  for (const char nByte : strPath) {
-    if (nByte == '%' || nByte == '?' || nByte == '#') {
-      char szCode[4];
-      snprintf(szCode, sizeof szCode, "%%%02X", nByte);
-      strUri += szCode;
-    } else {
-      strUri += nByte;
-    }
-  }
-  return strUri + "?immutable=1";
-}
-
-using Database = std::unique_ptr<sqlite3, decltype(&sqlite3_close)>;
-using Statement = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
-
-Database OpenDatabase(const std::string& strPath) {
-  sqlite3* pDatabase = nullptr;
-  const int nStatus =
-      sqlite3_open_v2(StoreUri(strPath).c_str(), &pDatabase, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
-  Database database(pDatabase, &sqlite3_close);
-  if (nStatus != SQLITE_OK) throw std::runtime_error(strPath + ": " + sqlite3_errstr(nStatus));
-  return database;
-}
-
-Statement Prepare(sqlite3* pDatabase, const std::string& strPath, const char* pszSql) {
-  sqlite3_stmt* pStatement = nullptr;
-  if (sqlite3_prepare_v2(pDatabase, pszSql, -1, &pStatement, nullptr) != SQLITE_OK)
-    throw std::runtime_error(strPath + ": " + sqlite3_errmsg(pDatabase));
-  return Statement(pStatement, &sqlite3_finalize);
-}
-
 }  // namespace
 
 BackupFiles::BackupFiles(const std::string& strBackup)
@@ -124,12 +90,11 @@ uint64_t BackupFiles::Count() const {
     VisitBinary([&](FileJob&&) { ++nCount; });
     return nCount;
   }
-  const Database database = OpenDatabase(m_strManifest);
-  const Statement statement =
-      Prepare(database.get(), m_strManifest, "select count(*) from Files where flags = 1");
-  return sqlite3_step(statement.get()) == SQLITE_ROW
-             ? static_cast<uint64_t>(sqlite3_column_int64(statement.get(), 0))
-             : 0;
+  StoreQuery query(m_strManifest, "select count(*) from Files where flags = 1",
+                   StoreQuery::Failure::Expected);
+  const bool bRow = query.Next();
+  if (!query.Error().empty()) throw std::runtime_error(m_strManifest + ": " + query.Error());
+  return bRow ? static_cast<uint64_t>(query.Text(0).toLongLong()) : 0;
 }
 
 void BackupFiles::Visit(const std::function<void(FileJob&& job)>& visit) const {
@@ -140,24 +105,20 @@ void BackupFiles::Visit(const std::function<void(FileJob&& job)>& visit) const {
 }
 
 void BackupFiles::VisitDatabase(const std::function<void(FileJob&& job)>& visit) const {
-  const Database database = OpenDatabase(m_strManifest);
-  const Statement statement = Prepare(database.get(), m_strManifest, "select fileID, flags, file from Files");
-  int nStatus;
-  while ((nStatus = sqlite3_step(statement.get())) == SQLITE_ROW) {
-    const auto* pId = reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 0));
+  StoreQuery query(m_strManifest, "select fileID, flags, file from Files", StoreQuery::Failure::Expected);
+  while (query.Next()) {
     FileJob job;
-    job.strId = pId ? pId : "";
-    if (sqlite3_column_int(statement.get(), 1) != kFileFlag || !IsIdentifier(job.strId)) continue;
+    job.strId = query.Narrow(0);
+    if (query.Integer(1) != kFileFlag || !IsIdentifier(job.strId)) continue;
     job.strSource = m_strBackup + "/" + job.strId.substr(0, 2) + "/" + job.strId;
-    const void* pRecord = sqlite3_column_blob(statement.get(), 2);
-    ArchivedFile record =
-        ReadArchivedFile(pRecord, static_cast<size_t>(sqlite3_column_bytes(statement.get(), 2)));
+    const StoreQuery::Bytes bytes = query.Blob(2);
+    ArchivedFile record = ReadArchivedFile(bytes.pData, bytes.nSize);
     job.wrappedKey = std::move(record.wrappedKey);
     job.nSize = record.nSize;
     job.bDamaged = !record.bWhole;
     visit(std::move(job));
   }
-  if (nStatus != SQLITE_DONE) throw std::runtime_error(m_strManifest + ": " + sqlite3_errmsg(database.get()));
+  if (!query.Error().empty()) throw std::runtime_error(m_strManifest + ": " + query.Error());
 }
 
 void BackupFiles::VisitBinary(const std::function<void(FileJob&& job)>& visit) const {

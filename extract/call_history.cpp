@@ -30,16 +30,10 @@ bool VectorCmp(const __CALLHISTORY__& first, const __CALLHISTORY__& second) {
   return strcasecmp(first.strDate.c_str(), second.strDate.c_str()) > 0;
 }
 
-CIPhoneHistoryCall::CIPhoneHistoryCall()
-    : m_qstrCallConnection("history_connection"),
-      m_qstrCallDriver("QSQLITE"),
-      m_qstrContactsConnection("contact_connection"),
-      m_qstrContactsDriver("QSQLITE") {}
-
 int CIPhoneHistoryCall::GetHistoryCallInfo(const std::string& strCallPath, const std::string& strContactsPath,
                                            std::vector<__CALLHISTORY__>& calls) {
   {
-    StoreQuery query(m_qstrCallConnection, m_qstrCallDriver, strCallPath, kCalls);
+    StoreQuery query(strCallPath, kCalls);
     while (query.Next()) {
       __CALLHISTORY__ call;
       call.nAnswered = query.Integer(0);
@@ -51,7 +45,7 @@ int CIPhoneHistoryCall::GetHistoryCallInfo(const std::string& strCallPath, const
   }
   std::vector<__PERSON_CONTENT__> people;
   {
-    StoreQuery query(m_qstrContactsConnection, m_qstrContactsDriver, strContactsPath, kPhoneOwners,
+    StoreQuery query(strContactsPath, kPhoneOwners,
                      StoreQuery::Failure::Expected);
     people = ReadPhoneOwners(query);
   }

@@ -24,8 +24,6 @@ class CIPhoneHistoryCall {
  public:
   int32_t nProductVersionAbove11 = 0;  ///< handed in, decides nothing
 
-  CIPhoneHistoryCall();
-
   /// Appends the calls that have a number, with the name of the first contact whose phone text holds that
   /// number, and sorts the whole vector.
   /// @param strCallPath, strContactsPath narrow paths of the two stores.
@@ -34,8 +32,4 @@ class CIPhoneHistoryCall {
                          std::vector<__CALLHISTORY__>& calls);
 
  private:
-  QString m_qstrCallConnection;
-  QString m_qstrCallDriver;
-  QString m_qstrContactsConnection;
-  QString m_qstrContactsDriver;
 };

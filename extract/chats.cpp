@@ -10,10 +10,8 @@ int select_result(void*, int nColumns, char**, char**) {
   return kStatusOk;
 }
 
-CIPhoneWhatsApp::CIPhoneWhatsApp() : m_qstrConnection("whatsapp_connection"), m_qstrDriver("QSQLITE") {}
-
 int CIPhoneWhatsApp::GetWhatsAppMessageInfo(const std::string& strPath, const std::string&, WhatsAppMap&) {
-  const StoreQuery query(m_qstrConnection, m_qstrDriver, strPath, "select * from ZWAMESSAGE");
+  const StoreQuery query(strPath, "select * from ZWAMESSAGE");
   const auto nColumns = static_cast<uint32_t>(query.ColumnCount());
   if (g_u32WhatsappColNumber < nColumns) g_u32WhatsappColNumber = nColumns;
   return kStatusOk;

@@ -64,8 +64,6 @@ int select_result(void* pContext, int nColumns, char** ppValues, char** ppNames)
 /// Looks at WhatsApp's message store. Lives on the stack for one call.
 class CIPhoneWhatsApp {
  public:
-  CIPhoneWhatsApp();
-
   /// Counts the columns of the message table and keeps the largest count in g_u32WhatsappColNumber.
   /// @param strPath narrow path of the store. @param strSecondPath not used. @param chats isn't touched.
   /// @return 0.
@@ -73,8 +71,6 @@ class CIPhoneWhatsApp {
                              WhatsAppMap& chats);
 
  private:
-  QString m_qstrConnection;
-  QString m_qstrDriver;
 };
 
 /// Reader of a QQ store: finds nothing.

@@ -24,13 +24,11 @@ bool VectorCmp(const __PERSON_CONTENT__& first, const __PERSON_CONTENT__& second
   return strcasecmp(first.strName.c_str(), second.strName.c_str()) < 0;
 }
 
-CIPhoneContacts::CIPhoneContacts() : m_qstrConnection("contact_connection"), m_qstrDriver("QSQLITE") {}
-
 int CIPhoneContacts::GetContactsInfo(const std::string& strPath, std::vector<__PERSON_CONTENT__>& people,
                                      uint64_t& nMaxId) {
   nMaxId = 0;
   {
-    StoreQuery query(m_qstrConnection, m_qstrDriver, strPath, bNewContactsLayout ? kNewLayout : kOldLayout);
+    StoreQuery query(strPath, bNewContactsLayout ? kNewLayout : kOldLayout);
     while (query.Next()) {
       __PERSON_CONTENT__ person;
       person.strName = query.Narrow(0) + query.Narrow(1);  // joined without a blank, as all lists show it

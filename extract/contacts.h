@@ -14,8 +14,6 @@ class CIPhoneContacts {
   int32_t nProductVersionAbove11 = 0;  ///< handed in, decides nothing
   bool bNewContactsLayout = false;     ///< column layout of a backup with "Manifest.db"
 
-  CIPhoneContacts();
-
   /// Appends the people who have a phone number, and sorts the whole vector.
   /// @param strPath narrow path of the contacts store.
   /// @param nMaxId  receives the highest "docid" seen, of dropped rows too.
@@ -27,6 +25,4 @@ class CIPhoneContacts {
   int SaveContactsCsvFile(const std::string& strSource, const std::string& strDestination, uint64_t nMaxId);
 
  private:
-  QString m_qstrConnection;
-  QString m_qstrDriver;
 };

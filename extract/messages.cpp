@@ -93,12 +93,6 @@ bool VectorCmp(const __MESSAGE_INFO__& first, const __MESSAGE_INFO__& second) {
   return strcasecmp(first.strDate.c_str(), second.strDate.c_str()) > 0;
 }
 
-CIPhoneMessage::CIPhoneMessage()
-    : m_qstrMessageConnection("Message_connection"),
-      m_qstrMessageDriver("QSQLITE"),
-      m_qstrContactsConnection("contact_connection"),
-      m_qstrContactsDriver("QSQLITE") {}
-
 int CIPhoneMessage::InitCallback(ProgressCallback pfnCallback, void* pContext, int nBase, int nSpan) {
   m_pfnCallback = pfnCallback;
   m_pCallbackContext = pContext;
@@ -129,7 +123,7 @@ int CIPhoneMessage::GetSMSInfo(const std::string& strMessagePath, const std::str
 std::vector<__MESSAGE_INFO__> CIPhoneMessage::ReadMessages(const std::string& strPath,
                                                            uint64_t& nMaxId) const {
   std::vector<__MESSAGE_INFO__> messages;
-  StoreQuery query(m_qstrMessageConnection, m_qstrMessageDriver, strPath, kMessages);
+  StoreQuery query(strPath, kMessages);
   while (query.Next()) {
     __MESSAGE_INFO__ message = ReadMessage(query);
     // Dropped messages count here too; a negative number counts as a very large one.
@@ -141,7 +135,7 @@ std::vector<__MESSAGE_INFO__> CIPhoneMessage::ReadMessages(const std::string& st
 
 void CIPhoneMessage::MatchNames(const std::string& strContactsPath,
                                 std::vector<__MESSAGE_INFO__>& messages) const {
-  StoreQuery query(m_qstrContactsConnection, m_qstrContactsDriver, strContactsPath,
+  StoreQuery query(strContactsPath,
                    bNewContactsLayout ? kNewPhoneOwners : kOldPhoneOwners);
   const std::vector<__PERSON_CONTENT__> people = ReadPhoneOwners(query);
   NameMatcher matcher(people, kShortestNamedSender);

@@ -32,8 +32,6 @@ class CIPhoneMessage {
   int32_t nProductVersionAbove11 = 0;  ///< handed in, decides nothing
   bool bNewContactsLayout = false;     ///< column layout of the contacts store of a backup with "Manifest.db"
 
-  CIPhoneMessage();
-
   /// Sets whom to report progress to: values from nBase to nBase + nSpan. @return 0.
   int InitCallback(ProgressCallback pfnCallback, void* pContext, int nBase, int nSpan);
 
@@ -55,10 +53,6 @@ class CIPhoneMessage {
   std::vector<__MESSAGE_INFO__> ReadMessages(const std::string& strPath, uint64_t& nMaxId) const;
   void MatchNames(const std::string& strContactsPath, std::vector<__MESSAGE_INFO__>& messages) const;
 
-  QString m_qstrMessageConnection;
-  QString m_qstrMessageDriver;
-  QString m_qstrContactsConnection;
-  QString m_qstrContactsDriver;
   ProgressCallback m_pfnCallback = nullptr;
   void* m_pCallbackContext = nullptr;
   int m_nProgressBase = 0;

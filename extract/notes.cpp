@@ -82,11 +82,9 @@ void DecodeHtmlSpecialChars(QString& qstrText) {
   ReplaceAll(qstrText, kEntities);
 }
 
-CIPhoneNotes::CIPhoneNotes() : m_qstrConnection("note_connection"), m_qstrDriver("QSQLITE") {}
-
 int CIPhoneNotes::GetNotesInfo(const std::string& strPath, std::vector<__NOTES__>& notes) {
   {
-    StoreQuery query(m_qstrConnection, m_qstrDriver, strPath, kNotes);
+    StoreQuery query(strPath, kNotes);
     while (query.Next()) {
       __NOTES__ note;
       note.strDate = ShiftedDate(query.Integer(0));
@@ -101,7 +99,7 @@ int CIPhoneNotes::GetNotesInfo(const std::string& strPath, std::vector<__NOTES__
 
 int CIPhoneNotes::GetNotesStoreInfo(const std::string& strPath, std::vector<__NOTES__>& notes) {
   {
-    StoreQuery query(m_qstrConnection, m_qstrDriver, strPath, kCloudNotes);
+    StoreQuery query(strPath, kCloudNotes);
     while (query.Next()) {
       __NOTES__ note;
       note.strTitle = PlainText(query.Text(0));

@@ -25,8 +25,6 @@ void DecodeHtmlSpecialChars(QString& qstrText);
 /// Reads the notes of a backup. Lives on the stack for one call, on the thread of the scan.
 class CIPhoneNotes {
  public:
-  CIPhoneNotes();
-
   /// Appends the notes of the store with the tables ZNOTE and ZNOTEBODY and sorts the whole vector. Notes
   /// without any text are dropped. @param strPath narrow. @return 0 always; a store that can't be read adds
   /// nothing.
@@ -36,6 +34,4 @@ class CIPhoneNotes {
   int GetNotesStoreInfo(const std::string& strPath, std::vector<__NOTES__>& notes);
 
  private:
-  QString m_qstrConnection;
-  QString m_qstrDriver;
 };

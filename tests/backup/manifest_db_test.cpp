@@ -208,14 +208,6 @@ TEST_F(DatabaseManifest, StoreInWalModeIsReadWithoutATraceInTheBackup) {
   EXPECT_TRUE(strBefore == ReadFile(Path()));
 }
 
-TEST_F(DatabaseManifest, ConnectionIsGoneBehindTheReading) {
-  Write({{"id", "HomeDomain", "a"}});
-
-  Read();
-
-  EXPECT_THAT(QSqlDatabase::connectionNames(), IsEmpty());
-}
-
 TEST_F(DatabaseManifest, SecondReadingTakesTheSecondStore) {
   Write({{"id", "HomeDomain", "a"}});
   Read();

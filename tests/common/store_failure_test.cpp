@@ -19,7 +19,7 @@ class StoreFailure : public testing::Test {
   /// Runs a statement over a store and counts the rows.
   static int Rows(const std::string& strPath, StoreQuery::Failure failure,
                   const char* pszStatement = kStatement) {
-    StoreQuery query("failing", "QSQLITE", strPath, pszStatement, failure);
+    StoreQuery query(strPath, pszStatement, failure);
     int nRows = 0;
     while (query.Next()) ++nRows;
     return nRows;
@@ -101,7 +101,7 @@ TEST_F(StoreFailure, ReasonNamesTheMissingColumn) {
 }
 
 TEST_F(StoreFailure, FailedStatementHasNoColumns) {
-  StoreQuery query("failing", "QSQLITE", MakeStore(), "select shoe_size from people");
+  StoreQuery query(MakeStore(), "select shoe_size from people");
 
   EXPECT_FALSE(query.Next());
   EXPECT_EQ(0, query.ColumnCount());

@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSqlDatabase>
 
 #include "common/text.h"
 #include "sample/stores.h"
@@ -16,8 +15,6 @@ using testing::SizeIs;
 
 namespace {
 
-constexpr char kConnection[] = "store test";
-constexpr char kDriver[] = "QSQLITE";
 constexpr char kNames[] = "select name from people order by name";
 
 class Store : public testing::Test {
@@ -37,7 +34,7 @@ class Store : public testing::Test {
   static std::vector<std::string> Read(const std::string& strPath, const char* pszStatement = kNames,
                                        StoreQuery::Failure failure = StoreQuery::Failure::Reported) {
     std::vector<std::string> texts;
-    StoreQuery query(kConnection, kDriver, strPath, pszStatement, failure);
+    StoreQuery query(strPath, pszStatement, failure);
     while (query.Next()) texts.push_back(query.Narrow(0));
     return texts;
   }
@@ -63,7 +60,7 @@ TEST_F(Store, ColumnsComeAsTextOrNumber) {
   const std::string strPath = MakeStore("a.db");
 
   StoreQuery query(
-      kConnection, kDriver, strPath,
+      strPath,
       "select name || 'e', age, x'', 'J' || char(252) || 'rgen', 2.5, 'words' from people where age");
 
   ASSERT_TRUE(query.Next());
@@ -89,7 +86,7 @@ TEST_F(Store, NarrowTextIsInTheEncodingOfTheLocale) {
 TEST_F(Store, NullIsEmptyAsTextAndZeroAsNumber) {
   const std::string strPath = MakeStore("a.db");
 
-  StoreQuery query(kConnection, kDriver, strPath, "select age from people where age is null");
+  StoreQuery query(strPath, "select age from people where age is null");
 
   ASSERT_TRUE(query.Next());
   EXPECT_EQ("", query.Narrow(0));
@@ -99,7 +96,7 @@ TEST_F(Store, NullIsEmptyAsTextAndZeroAsNumber) {
 
 TEST_F(Store, ThereIsNothingBehindTheLastRow) {
   const std::string strPath = MakeStore("a.db");
-  StoreQuery query(kConnection, kDriver, strPath, kNames);
+  StoreQuery query(strPath, kNames);
 
   const std::vector<bool> answers = {query.Next(), query.Next(), query.Next(), query.Next()};
 
@@ -108,7 +105,7 @@ TEST_F(Store, ThereIsNothingBehindTheLastRow) {
 
 TEST_F(Store, StatementWithoutRowsStillTellsItsColumns) {
   const std::string strPath = MakeStore("a.db");
-  StoreQuery query(kConnection, kDriver, strPath, "select * from people where 0");
+  StoreQuery query(strPath, "select * from people where 0");
 
   const bool bRow = query.Next();
 
@@ -134,7 +131,7 @@ TEST_F(Store, WalModeGivesAllRowsAndNoFileBeside) {
   const std::string strPath = MakeStore("wal.db", true);
   const std::string strBytes = ReadFile(strPath);
   ASSERT_EQ("\2\2", strBytes.substr(18, 2));
-  StoreQuery query(kConnection, kDriver, strPath, kNames);
+  StoreQuery query(strPath, kNames);
 
   const bool bRow = query.Next();
 
@@ -203,29 +200,7 @@ TEST_P(StoreRelativeName, BeginsInTheCurrentFolder) {
 INSTANTIATE_TEST_SUITE_P(Paths, StoreRelativeName, testing::Values("a b.db", "./a b.db", "../inner/a b.db"),
                          [](const auto& info) { return "Case" + std::to_string(info.index); });
 
-TEST_F(Store, ConnectionLivesAsLongAsTheQuery) {
-  const std::string strPath = MakeStore("a.db");
-  std::vector<bool> known = {QSqlDatabase::contains(kConnection)};
-
-  {
-    StoreQuery query(kConnection, kDriver, strPath, kNames);
-    known.push_back(QSqlDatabase::contains(kConnection));
-  }
-  known.push_back(QSqlDatabase::contains(kConnection));
-
-  EXPECT_THAT(known, ElementsAre(false, true, false));
-}
-
-TEST_F(Store, ConnectionGoesAfterAFailureToo) {
-  Read(m_folder.Path("missing.db"));
-  Read(MakeStore("a.db"), "select nothing from nowhere");
-
-  const bool bKnown = QSqlDatabase::contains(kConnection);
-
-  EXPECT_FALSE(bKnown);
-}
-
-TEST_F(Store, SecondQueryUnderTheSameNameReadsItsOwnStore) {
+TEST_F(Store, SecondQueryReadsItsOwnStore) {
   Read(MakeStore("a.db"));
   SampleStore store(FromNarrow(m_folder.Path("b.db")), false);
   store.run("create table people as select 'Cy' as name");
@@ -236,10 +211,10 @@ TEST_F(Store, SecondQueryUnderTheSameNameReadsItsOwnStore) {
   EXPECT_THAT(texts, ElementsAre("Cy"));
 }
 
-TEST_F(Store, TwoQueriesWithTwoNamesRunSideBySide) {
+TEST_F(Store, TwoQueriesRunSideBySide) {
   const std::string strPath = MakeStore("a.db");
-  StoreQuery first("first", kDriver, strPath, kNames);
-  StoreQuery second("second", kDriver, strPath, "select age from people where age");
+  StoreQuery first(strPath, kNames);
+  StoreQuery second(strPath, "select age from people where age");
 
   const bool bBoth = first.Next() && second.Next();
 
@@ -251,7 +226,7 @@ TEST_F(Store, TwoQueriesWithTwoNamesRunSideBySide) {
 TEST_F(Store, RowsAreFetchedOnlyWhenTheyAreAskedFor) {
   const std::string strPath = MakeStore("a.db");
   // The statement has no last row: who fetches ahead never comes back.
-  StoreQuery query(kConnection, kDriver, strPath,
+  StoreQuery query(strPath,
                    "with recursive n(i) as (select 1 union all select i + 1 from n) select i from n");
 
   std::vector<int> numbers;

@@ -1,0 +1,144 @@
+// What each storage class of SQLite comes out as, by each way of asking. The expectations are what the
+// toolkit's SQL module gave, which the engine used to read by: what people recover must not depend on the
+// means.
+#include <gtest/gtest.h>
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include "common/store.h"
+#include "common/text.h"
+#include "sample/stores.h"
+#include "tests/support.h"
+
+namespace {
+
+struct Value {
+  const char* pszName;
+  const char* pszSql;  ///< an expression
+  std::string strText;
+  int nInteger;
+};
+
+void PrintTo(const Value& value, std::ostream* pStream) {
+  *pStream << value.pszName;
+}
+
+const std::string kReplacement = "\xEF\xBF\xBD";
+
+const Value kValues[] = {
+    {"Null", "NULL", "", 0},
+    {"Zero", "0", "0", 0},
+    {"Integer", "41", "41", 41},
+    {"NegativeInteger", "-41", "-41", -41},
+    {"LargestInteger32", "2147483647", "2147483647", 2147483647},
+    {"BeyondInteger32", "2147483648", "2147483648", -2147483647 - 1},
+    {"LowBitsOfALargeInteger", "4294967297", "4294967297", 1},
+    {"LargestInteger64", "9223372036854775807", "9223372036854775807", -1},
+    {"SmallestInteger64", "-9223372036854775807 - 1", "-9223372036854775808", 0},
+    {"Real", "2.5", "2.5", 3},
+    {"NegativeReal", "-2.5", "-2.5", -2},
+    {"RealBelowAHalf", "0.49", "0.49", 0},
+    {"WholeReal", "3.0", "3", 3},
+    {"LongReal", "0.1 + 0.2", "0.30000000000000004", 0},
+    {"LargeReal", "1e20", "1e+20", 0},
+    {"LargeNegativeReal", "-1e20", "-1e+20", 0},
+    {"SecondsAsReal", "514209600.25", "514209600.25", 514209600},
+    {"SmallReal", "1e-7", "1e-07", 0},
+    {"Infinity", "9e999", "inf", 0},
+    {"Text", "'words'", "words", 0},
+    {"EmptyText", "''", "", 0},
+    {"NumberInText", "'41'", "41", 41},
+    {"NumberWithBlanks", "' 41 '", " 41 ", 41},
+    {"NumberWithAPlus", "'+41'", "+41", 41},
+    {"NumberWithAPoint", "'41.5'", "41.5", 0},
+    {"NumberWithLetters", "'41st'", "41st", 0},
+    {"NumberInHexadecimal", "'0x29'", "0x29", 0},
+    {"LargeNumberInText", "'4294967297'", "4294967297", 1},
+    {"NumberBeyond64Bits", "'99999999999999999999'", "99999999999999999999", 0},
+    {"TextBeyondAscii", "'J' || char(252) || 'rgen'", "J\xC3\xBCrgen", 0},
+    {"TextBeyondTheBasicPlane", "char(127873)", "\xF0\x9F\x8E\x81", 0},
+    {"TextWithAZero", "'a' || char(0) || 'b'", std::string("a\0b", 3), 0},
+    {"TextWithAByteOrderMark", "char(65279) || 'a'",
+     "\xEF\xBB\xBF"
+     "a",
+     0},
+    {"TextWithNoncharacters", "char(65534) || char(65535)", kReplacement + kReplacement, 0},
+    {"TextCutInACharacter", "cast(x'61C3' as text)", "a" + kReplacement, 0},
+    {"TextThatIsNotUtf8", "cast(x'FF61' as text)", kReplacement + "a", 0},
+    {"TextInALongForm", "cast(x'C0AF' as text)", kReplacement, 0},
+    {"TextWithASurrogate", "cast(x'EDA08061' as text)", kReplacement + "a", 0},
+    {"Blob", "x'414243'", "ABC", 0},
+    {"NumberInABlob", "x'3431'", "41", 41},
+    {"EmptyBlob", "x''", "", 0},
+    {"BlobWithAZero", "x'410042'", "A", 0},
+    {"NumberInABlobWithAZero", "x'34310032'", "41", 41},
+    {"BlobBeyondAscii", "x'C3BC'", "\xC3\xBC", 0},
+    {"BlobThatIsNotUtf8", "x'41FF42'", "A" + kReplacement + "B", 0},
+};
+
+class StoreValue : public testing::TestWithParam<Value> {
+ protected:
+  std::string MakeStore(const char* pszEncoding) {
+    SampleStore store(FromNarrow(m_folder.Path("a.db")), false);
+    store.run(QString("PRAGMA encoding = '%1'").arg(pszEncoding));
+    store.run("create table t (x)");
+    store.run(QString("insert into t values (%1)").arg(GetParam().pszSql));
+    store.close();
+    return m_folder.Path("a.db");
+  }
+
+  TemporaryFolder m_folder;
+};
+
+}  // namespace
+
+TEST_P(StoreValue, ComesAsItsTextAndItsNumber) {
+  StoreQuery query(MakeStore("UTF-8"), "select x from t");
+
+  ASSERT_TRUE(query.Next());
+
+  EXPECT_EQ(GetParam().strText, query.Narrow(0));
+  EXPECT_EQ(GetParam().strText, ToNarrow(query.Text(0)));
+  EXPECT_EQ(GetParam().nInteger, query.Integer(0));
+}
+
+TEST_P(StoreValue, ComesInAnotherLocaleByTheSameRoad) {
+  const std::string strPath = MakeStore("UTF-8");
+  LocaleCodec codec("ISO-8859-1");
+  StoreQuery query(strPath, "select x from t");
+
+  ASSERT_TRUE(query.Next());
+
+  EXPECT_EQ(ToNarrow(query.Text(0)), query.Narrow(0));
+}
+
+TEST_P(StoreValue, IsWhatTheToolkitsModuleGives) {
+  for (const char* pszEncoding : {"UTF-8", "UTF-16le", "UTF-16be"}) {
+    const std::string strPath = MakeStore(pszEncoding);
+    QString qstrText;
+    int nInteger = 0;
+    {
+      QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "reference");
+      database.setDatabaseName(FromNarrow(strPath));
+      ASSERT_TRUE(database.open());
+      QSqlQuery reference("select x from t", database);
+      ASSERT_TRUE(reference.next());
+      qstrText = reference.value(0).toString();
+      nInteger = reference.value(0).toInt();
+    }
+    QSqlDatabase::removeDatabase("reference");
+    StoreQuery query(strPath, "select x from t");
+
+    ASSERT_TRUE(query.Next());
+
+    EXPECT_EQ(ToNarrow(qstrText), query.Narrow(0)) << pszEncoding;  // before SQLite has converted anything
+    EXPECT_EQ(qstrText, query.Text(0)) << pszEncoding;
+    EXPECT_EQ(ToNarrow(qstrText), query.Narrow(0)) << pszEncoding;
+    EXPECT_EQ(nInteger, query.Integer(0)) << pszEncoding;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Classes, StoreValue, testing::ValuesIn(kValues),
+                         [](const auto& info) { return std::string(info.param.pszName); });
