@@ -110,6 +110,7 @@ class Tab {
   constructor(browser, targetId, sessionId) {
     Object.assign(this, { browser, targetId, sessionId });
     this.dialogs = [];
+    this.scripts = true;
     this.visited = [];
     this.messages = [];
     this.listener = (message) => {
@@ -158,6 +159,17 @@ class Tab {
     if (answer.exceptionDetails)
       throw new Error(answer.exceptionDetails.exception?.description || answer.exceptionDetails.text);
     return answer.result.value;
+  }
+
+  /// Returns when no task of the page is due. Where its scripts are off they are on for the time of the call, since
+  /// callbacks don't run otherwise; what the page holds has been parsed without them then.
+  async idle() {
+    if (!this.scripts) await this.send('Emulation.setScriptExecutionDisabled', { value: false });
+    // A page that leaves meanwhile gives no answer; that it left is in `visited`.
+    await this.evaluate('new Promise((resolve) => requestIdleCallback(() => resolve()))').catch((error) => {
+      if (!/context|navigated|collected/i.test(error.message)) throw error;
+    });
+    if (!this.scripts) await this.send('Emulation.setScriptExecutionDisabled', { value: true });
   }
 
   async click(x, y) {

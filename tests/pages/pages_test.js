@@ -5,112 +5,19 @@
 const assert = require('assert');
 const { execFileSync, spawnSync } = require('child_process');
 const fs = require('fs');
-const net = require('net');
 const os = require('os');
 const path = require('path');
-const { pathToFileURL } = require('url');
-const { Browser } = require('./browser');
-const { hostileTexts } = require('./hostile');
+const { HOST, Stage, check, failureCount } = require('./stage');
 const { TEMPLATES, CONTENT, FENCE, messageRow, tableRow, pageOf } = require('./rows');
 
 const CHATS = ['Sms.html', 'WhatsApp.html'];
 const TABLES = { 'CallHistory.html': 5, 'Notes.html': 3, 'contacts.html': 7 };
 const PAGES = [...CHATS, ...Object.keys(TABLES)];
 const KINDS = ['recv_msg', 'del_recv_msg', 'send_msg', 'del_send_msg'];
-const HOST = 'leak-of-a-page.test';
 const TITLE = "iPhone's Things of Lena's <b>iPhone</b>";
 const PERSON = 'Name: Ann <i>Berger</i>, Phone: +49 30 123';
 const ALL_BUBBLES = KINDS.map((kind) => '.' + kind).join();
-const SETTLE = 250;  // milliseconds within which a page that calls out has called
 const BUILD_LIMIT = 1500;  // milliseconds for 10,000 messages
-
-let failures = 0;
-const pause = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));
-
-/// One check: its name is a sentence, and it fails by throwing.
-async function check(name, body) {
-  try {
-    await body();
-    console.log(`ok      ${name}`);
-  } catch (error) {
-    ++failures;
-    console.log(`FAILED  ${name}\n        ${String(error.message || error).replaceAll('\n', '\n        ')}`);
-  }
-}
-
-/// The outside world: counts who connects to it.
-class Listener {
-  static async start() {
-    const listener = new Listener();
-    listener.calls = 0;
-    listener.server = net.createServer((socket) => {
-      ++listener.calls;
-      socket.on('error', () => {});
-      socket.end('HTTP/1.1 204 No Content\r\nConnection: close\r\n\r\n');
-    });
-    await new Promise((resolve) => listener.server.listen(0, '127.0.0.1', resolve));
-    listener.address = `http://127.0.0.1:${listener.server.address().port}`;
-    return listener;
-  }
-
-  stop() {
-    this.server.close();
-  }
-}
-
-/// What the checks share: a browser, the listener, and a folder for pages.
-class Stage {
-  static async open() {
-    const stage = new Stage();
-    stage.folder = fs.mkdtempSync(path.join(os.tmpdir(), 'pages-'));
-    stage.listener = await Listener.start();
-    stage.texts = hostileTexts(stage.listener.address, HOST);
-    stage.browser = await Browser.start();
-    return stage;
-  }
-
-  /// Calls use with a tab that shows the page, and closes it. @param options scripts, width, features, media.
-  async show(page, use, { scripts = true, width = 1200, features = [], media = '', settle = 0 } = {}) {
-    const file = path.join(this.folder, 'page.html');
-    fs.writeFileSync(file, page);
-    return this.showFile(file, use, { scripts, width, features, media, settle });
-  }
-
-  async showFile(file, use, { scripts = true, width = 1200, features = [], media = '', settle = 0 } = {}) {
-    const tab = await this.browser.newTab();
-    try {
-      await tab.send('Emulation.setDeviceMetricsOverride',
-                     { width, height: 800, deviceScaleFactor: 1, mobile: width < 600 });
-      await tab.send('Emulation.setEmulatedMedia', { features, media });
-      await tab.send('Emulation.setScriptExecutionDisabled', { value: !scripts });
-      tab.url = pathToFileURL(file).href;
-      await tab.open(tab.url);
-      await pause(settle);
-      return await use(tab);
-    } finally {
-      await tab.close();
-    }
-  }
-
-  /// As show, and throws when the page ran something, asked something or called out.
-  async showFenced(page, use, options = {}) {
-    const before = this.listener.calls;
-    await this.show(page, async (tab) => {
-      await use(tab);
-      assert.deepStrictEqual(tab.dialogs, [], 'dialogs');
-      assert.deepStrictEqual(tab.visited.filter((url) => url !== tab.url), [], 'visited other places');
-      assert.strictEqual(await tab.evaluate('typeof window.pwned'), 'undefined', 'a script of the content ran');
-    }, { settle: SETTLE, ...options });
-    assert.strictEqual(this.listener.calls - before, 0, 'connections that reached the listener');
-  }
-
-  async close() {
-    const log = await this.browser.close();
-    this.listener.stop();
-    fs.rmSync(this.folder, { recursive: true, force: true });
-    return log;
-  }
-}
 
 const message = (kind, text, number = 0) => ({
   kind, text, party: kind.includes('send') ? 'Me' : 'Ann', date: `2016-05-01 09:12:${String(number % 60).padStart(2, '0')}`,
@@ -202,10 +109,10 @@ async function checkDetectors() {
     });
     for (const name of ['a remote image', 'a preconnect', 'a meta refresh']) {
       const before = stage.listener.calls;
-      await stage.show(chatPage([text(name)], 'Sms.html', open), () => {}, { scripts: false, settle: 2 * SETTLE });
+      await stage.show(chatPage([text(name)], 'Sms.html', open), () => {}, { scripts: false, settle: true });
       assert.ok(stage.listener.calls > before, `${name} went unnoticed`);
     }
-    await stage.show(chatPage([text('a look-up')], 'Sms.html', open), () => {}, { settle: 2 * SETTLE });
+    await stage.show(chatPage([text('a look-up')], 'Sms.html', open), () => {}, { settle: true });
   });
   const log = await stage.close();
   await check('The network log tells of a name that was looked up', () => assert.ok(log.includes(HOST)));
@@ -567,7 +474,7 @@ async function checkFolder(stage, folder) {
         assert.strictEqual(await tab.evaluate(`document.querySelectorAll('#source, .rest').length`), 0, 'text that was not understood');
         assert.strictEqual(await tab.evaluate('document.title'), source.match(/<h1>([^]*?)<\/h1>\n/)[1]);
         assert.deepStrictEqual([tab.messages, tab.dialogs, tab.visited], [[], [], [tab.url]]);
-      }, { settle: SETTLE });
+      }, { settle: true });
       assert.strictEqual(stage.listener.calls, before);
     });
   }
@@ -589,6 +496,7 @@ async function main() {
     assert.ok(log.includes('"constants"'), 'there is no network log');
     for (const place of [address.slice('http://'.length), HOST]) assert.ok(!log.includes(place), `the network log names ${place}`);
   });
+  const failures = failureCount();
   console.log(failures ? `${failures} checks failed` : 'all checks passed');
   process.exitCode = failures ? 1 : 0;
 }
