@@ -60,6 +60,14 @@ function rowOf(cells, columns) {
   return row;
 }
 
+/// Appends any number of elements. `append(...elements)` would put each of them on the stack, which is full
+/// with some 120,000.
+function appendAll(parent, elements) {
+  const fragment = document.createDocumentFragment();
+  for (const element of elements) fragment.append(element);
+  parent.append(fragment);
+}
+
 /// Lets a head cell sort the rows by its column: up, down, and back to how they came.
 function makeSortable(cell, button, at, table) {
   button.addEventListener('click', () => {
@@ -69,7 +77,7 @@ function makeSortable(cell, button, at, table) {
     const sign = order === 'descending' ? -1 : 1;
     const sorted = order === 'none' ? table.rows : [...table.rows].sort(
       (one, other) => sign * collator.compare(one.cells[at], other.cells[at]));
-    table.body.append(...sorted.map((row) => row.element));
+    appendAll(table.body, sorted.map((row) => row.element));
   });
 }
 
@@ -124,7 +132,7 @@ whenRead((text, title) => {
     body,
     rows: records.map((cells) => ({ cells, search: cells.join('\n').toLowerCase(), element: rowOf(cells, columns) })),
   };
-  body.append(...table.rows.map((row) => row.element));
+  appendAll(body, table.rows.map((row) => row.element));
   const grid = make('table', 'columns-' + columns.length, headOf(columns, table), body);
   grid.setAttribute('role', 'table');
   const main = make('main', '', filterOf(table), grid);
