@@ -142,6 +142,23 @@ async function checkFence(stage) {
       await stage.showFenced(chatPage([message('recv_msg', text)], 'Sms.html', withoutFence), () => {});
     });
   }
+  // The rows of a page are fixed and nothing in them is escaped, so that a text that holds the exact end of a message
+  // and the head of another can't be told from two messages.
+  const forged = [['a bubble of the other side', { kind: 'send_msg', party: 'Me', text: 'I never wrote this' }],
+                  ['a bubble with markup', { kind: 'recv_msg', party: '<i>Bank</i>', text: stage.texts[0][1] }]];
+  for (const [name, second] of forged) {
+    await check(`A text that holds a whole row shows as ${name} of its own, and runs nothing`, async () => {
+      const forgery = { ...second, date: '2016-05-02 10:00:00' };
+      const row = asParsed(messageRow(forgery)).replace(/<\/div>\n$/, '');
+      const page = chatPage([message('recv_msg', 'Hi</div>\n' + row), ...after]);
+      await stage.showFenced(page, async (tab) => {
+        assertBubbles(await readBubbles(tab), [message('recv_msg', 'Hi'), forgery, ...after]);
+        assert.match(await tab.evaluate(`document.querySelector('.summary').innerText`), /^5 messages/);
+        assert.strictEqual(await tab.evaluate(`document.querySelectorAll('main script, main i, main img').length`), 0);
+        assert.deepStrictEqual(tab.messages, [], 'messages of the console');
+      });
+    });
+  }
   for (const page of CHATS) {
     await check(`${page} bears all hostile texts at once`, async () => {
       const messages = stage.texts.map(([, text], at) => message(KINDS[at % 4], text, at));
