@@ -1,9 +1,13 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "backup/manifest.h"
 #include "tests/backup/manifest_bytes.h"
+#include "tests/support.h"
 
+using manifest_bytes::kNoString;
+using manifest_bytes::Text;
 using namespace std::string_literals;
+using testing::ElementsAre;
 
 namespace {
 
@@ -22,6 +26,41 @@ class ManifestString : public testing::TestWithParam<StringCase> {
   static std::vector<unsigned char> Copy(const std::string& strData) {
     return {strData.begin(), strData.end()};
   }
+};
+
+/// The same as read by the manifest's reader: domain and path make the name, the other fields are passed
+/// over.
+struct FieldCase {
+  const char* pszName;
+  std::string strData;   // of the field, its length too
+  std::string strValue;  // the bytes that the reader takes it for
+};
+
+class ManifestField : public testing::TestWithParam<FieldCase> {
+ protected:
+  /// The names that the reader makes of the fields of one entry, and of an ordinary entry behind it.
+  std::vector<std::string> Names(const std::vector<std::string>& fields,
+                                 const std::string& strProperties = {}, size_t nProperties = 0) {
+    std::string strBytes = manifest_bytes::kHeader;
+    for (const std::string& strField : fields) strBytes += strField;
+    strBytes += manifest_bytes::Block(0x81A4, nProperties) + strProperties;
+    m_folder.Write("Manifest.mbdb", strBytes + manifest_bytes::Bytes({"HomeDomain", "next"}));
+    Catalogue entries;
+    const int nStatus = process_mbdb_file(
+        QString::fromUtf8(m_folder.Path("Manifest.mbdb").c_str()).toStdU16String().c_str(), entries);
+    EXPECT_EQ(0, nStatus);
+    std::vector<std::string> names;
+    for (const __MBDB_FILE__& entry : entries) names.push_back(entry.strFileName);
+    return names;
+  }
+
+  /// The entry, when its field isn't empty, and the one behind it.
+  static testing::Matcher<std::vector<std::string>> Expected(const std::string& strName) {
+    if (GetParam().strValue.empty()) return ElementsAre("HomeDomain-next");
+    return ElementsAre(strName, "HomeDomain-next");
+  }
+
+  TemporaryFolder m_folder;
 };
 
 const unsigned char* Data(const std::string& strData) {
@@ -65,6 +104,53 @@ INSTANTIATE_TEST_SUITE_P(
                     StringCase{"EmptyMarkCutInTwo", "ab\xFF"s, 2, "", "", 4},
                     StringCase{"NothingLeft", "ab", 2, "", "", 3}),
     [](const testing::TestParamInfo<StringCase>& info) { return info.param.pszName; });
+
+TEST_P(ManifestField, OfADomainIsReadByItsLength) {
+  const std::vector<std::string> names =
+      Names({GetParam().strData, Text("path"), kNoString, kNoString, kNoString});
+
+  EXPECT_THAT(names, Expected(GetParam().strValue + "-path"));
+}
+
+TEST_P(ManifestField, OfAPathIsReadByItsLength) {
+  const std::vector<std::string> names =
+      Names({Text("Domain"), GetParam().strData, kNoString, kNoString, kNoString});
+
+  EXPECT_THAT(names, Expected("Domain-" + GetParam().strValue));
+}
+
+TEST_P(ManifestField, OfEachOtherKindIsPassedOverByItsLength) {
+  for (size_t nField = 2; nField < 5; ++nField) {
+    std::vector<std::string> fields = {Text("Domain"), Text("path"), kNoString, kNoString, kNoString};
+    fields[nField] = GetParam().strData;
+
+    const std::vector<std::string> names = Names(fields);
+
+    EXPECT_THAT(names, ElementsAre("Domain-path", "HomeDomain-next")) << "field " << nField;
+  }
+}
+
+TEST_P(ManifestField, OfAPropertyIsPassedOverByItsLength) {
+  const std::vector<std::string> names =
+      Names({Text("Domain"), Text("path"), kNoString, kNoString, kNoString},
+            GetParam().strData + Text("value") + Text("name") + GetParam().strData, 2);
+
+  EXPECT_THAT(names, ElementsAre("Domain-path", "HomeDomain-next"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Manifest, ManifestField,
+    testing::Values(
+        FieldCase{"OrdinaryText", "\0\3abc"s, "abc"}, FieldCase{"LengthZero", "\0\0"s, ""},
+        FieldCase{"EmptyMarkTakesTwoBytes", "\xFF\xFF", ""},
+        FieldCase{"BytesBelow16", "\0\2\x0A\xFF"s, "\x0A\xFF"},
+        FieldCase{"ZeroByteIsPartOfTheText", "\0\3a\0b"s, "a\0b"s},
+        FieldCase{"TopBitsStayAsTheyAre", "\0\2\xC3\xA9"s, "\xC3\xA9"},
+        FieldCase{"FullBytesAreTextBehindALength", "\0\2\xFF\xFF"s, "\xFF\xFF"},
+        FieldCase{"LengthWithFFInItsLowByte", Text(std::string(0x00FF, 'p')), std::string(255, 'p')},
+        FieldCase{"LengthFF00IsAnOrdinaryOne", Text(std::string(0xFF00, 'p')), std::string(0xFF00, 'p')},
+        FieldCase{"LengthFFFEIsTheLongest", Text(std::string(0xFFFE, 'p')), std::string(0xFFFE, 'p')}),
+    [](const testing::TestParamInfo<FieldCase>& info) { return info.param.pszName; });
 
 TEST(ManifestLongString, LengthFF00IsAnOrdinaryOne) {
   const std::string strText(0xFF00, 'p');

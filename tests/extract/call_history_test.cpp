@@ -52,6 +52,14 @@ struct MatchCase {
 
 class CallName : public Calls, public testing::WithParamInterface<MatchCase> {};
 
+struct DurationCase {
+  const char* pszName;
+  double dStored;
+  int nSeconds;
+};
+
+class CallDuration : public Calls, public testing::WithParamInterface<DurationCase> {};
+
 }  // namespace
 
 TEST_F(Calls, CallComesAsStored) {
@@ -77,14 +85,23 @@ TEST_F(Calls, AnsweredIsKeptWhateverItIs) {
   EXPECT_THAT(Column(m_calls, &__CALLHISTORY__::nAnswered), ElementsAre(0, 1, 5));
 }
 
-TEST_F(Calls, DurationBecomesAWholeNumberOfSeconds) {
-  Write({{1, 0, "a", 4}, {1, 12.2, "b", 3}, {1, 12.9, "c", 2}, {1, 86400, "d", 1}});
+// As QVariant::toInt converts: to the nearest whole number, a half away from zero.
+TEST_P(CallDuration, BecomesAWholeNumberOfSeconds) {
+  Write({{1, GetParam().dStored, "a", 1}});
 
   Read();
 
-  EXPECT_THAT(Column(m_calls, &__CALLHISTORY__::nDuration),
-              ElementsAre(0, QVariant(12.2).toInt(), QVariant(12.9).toInt(), 86400));
+  EXPECT_THAT(Column(m_calls, &__CALLHISTORY__::nDuration), ElementsAre(GetParam().nSeconds));
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Seconds, CallDuration,
+    testing::Values(DurationCase{"None", 0, 0}, DurationCase{"LessThanHalfASecond", 0.4, 0},
+                    DurationCase{"HalfASecond", 0.5, 1}, DurationCase{"Whole", 12, 12},
+                    DurationCase{"JustAbove", 12.2, 12}, DurationCase{"Half", 12.5, 13},
+                    DurationCase{"JustBelow", 12.9, 13}, DurationCase{"ADay", 86400, 86400},
+                    DurationCase{"BelowZero", -1.4, -1}, DurationCase{"FurtherBelowZero", -1.6, -2}),
+    [](const testing::TestParamInfo<DurationCase>& info) { return info.param.pszName; });
 
 TEST_F(Calls, NewestComesFirst) {
   Write({{1, 1, "old", 1000}, {1, 1, "new", 900000000}, {1, 1, "middle", 500000}});
