@@ -1,6 +1,7 @@
 #include "common/store.h"
 
 #include <gmock/gmock.h>
+#include <sqlite3.h>
 
 #include <QDir>
 #include <QFile>
@@ -138,6 +139,24 @@ TEST_F(Store, WalModeGivesAllRowsAndNoFileBeside) {
   EXPECT_TRUE(bRow);
   EXPECT_THAT(NamesIn(m_folder.Path()), ElementsAre("wal.db"));
   EXPECT_TRUE(strBytes == ReadFile(strPath));
+}
+
+// Rows that a device had not yet moved into the store itself, when it was backed up, are in the file beside
+// it. An immutable store is read without that file.
+TEST_F(Store, RowsOfTheWalFileBesideAreNotRead) {
+  const std::string strWriter = MakeStore("writer.db", true);
+  sqlite3* pWriter = nullptr;
+  ASSERT_EQ(SQLITE_OK, sqlite3_open(strWriter.c_str(), &pWriter));
+  ASSERT_EQ(SQLITE_OK,
+            sqlite3_exec(pWriter, "insert into people values ('Late', 7)", nullptr, nullptr, nullptr));
+  const std::string strPath = m_folder.Write("a.db", ReadFile(strWriter));
+  const std::string strWal = m_folder.Write("a.db-wal", ReadFile(strWriter + "-wal"));
+  sqlite3_close(pWriter);
+  ASSERT_NE(std::string::npos, ReadFile(strWal).find("Late"));
+
+  const std::vector<std::string> texts = Read(strPath);
+
+  EXPECT_THAT(texts, ElementsAre("Ann", "Bo"));
 }
 
 TEST_F(Store, WritingStatementFailsAndChangesNothing) {
