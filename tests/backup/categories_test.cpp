@@ -19,6 +19,10 @@ struct CategoryCase {
   size_t nCount;          // of RecordsOfEveryKind()
 };
 
+void PrintTo(const CategoryCase& one, std::ostream* pStream) {
+  *pStream << static_cast<int>(one.nNumber);
+}
+
 class CategoryRow : public testing::TestWithParam<CategoryCase> {};
 
 /// A parser that fills every list and answers as it is told.
@@ -161,6 +165,15 @@ TEST_F(CategoryWalk, AnswerTwoOfTheAppFilesLeavesThemUngrouped) {
   EXPECT_EQ(2, nStatus);
   EXPECT_EQ(0, m_records.m_nAppPhotoCount);
   EXPECT_THAT(m_records.m_mapAppPhotoFiles, IsEmpty());
+}
+
+TEST_F(CategoryWalk, AppFilesAreGroupedAfterACancelToo) {
+  m_parser.answers = {{"apps", 1}};
+
+  Walk();
+
+  EXPECT_EQ(1, m_records.m_nAppPhotoCount);
+  EXPECT_THAT(m_records.m_mapAppPhotoFiles, SizeIs(1));
 }
 
 TEST_F(CategoryWalk, OtherAnswersDoNotEndIt) {
