@@ -120,6 +120,10 @@ struct WayOut {
   int nResult;
 };
 
+void PrintTo(const WayOut& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class PasswordDialogEnd : public testing::TestWithParam<WayOut> {};
 
 TEST_P(PasswordDialogEnd, GivesItsResultAndKeepsTheText) {

@@ -30,6 +30,10 @@ struct RecoveryStep {
   bool IsApps() const { return nCategory == 2 || nCategory == 3; }
 };
 
+inline void PrintTo(const RecoveryStep& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 /// The six of them, in the order of a recovery.
 extern const std::vector<RecoveryStep> kRecoverySteps;
 

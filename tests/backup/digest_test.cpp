@@ -38,12 +38,20 @@ struct DigestCase {
   const char* pszDigest;
 };
 
+void PrintTo(const DigestCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class KnownDigest : public testing::TestWithParam<DigestCase> {};
 
 struct RoomCase {
   int nLength;
   size_t nDigits;
 };
+
+void PrintTo(const RoomCase& one, std::ostream* pStream) {
+  *pStream << one.nLength;
+}
 
 class DigestRoom : public testing::TestWithParam<RoomCase> {};
 
@@ -52,6 +60,10 @@ struct RoundCase {
   uint32_t nFunction;  // of the words F0F0F0F0, CCCCCCCC and AAAAAAAA
   uint32_t nConstant;
 };
+
+void PrintTo(const RoundCase& one, std::ostream* pStream) {
+  *pStream << one.nRound;
+}
 
 class DigestRound : public testing::TestWithParam<RoundCase> {};
 

@@ -35,6 +35,10 @@ struct ProbeCase {
   bool bEncrypted;
 };
 
+void PrintTo(const ProbeCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class Probe : public testing::TestWithParam<ProbeCase> {};
 
 std::string Flat(const std::string& strRest) {

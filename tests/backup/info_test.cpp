@@ -36,6 +36,10 @@ struct ValueCase {
   std::string strExpected;
 };
 
+void PrintTo(const ValueCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class BackupDate : public BackupFacts, public testing::WithParamInterface<ValueCase> {};
 
 struct VersionCase {
@@ -43,6 +47,10 @@ struct VersionCase {
   const char* pszVersion;
   bool bAbove11;
 };
+
+void PrintTo(const VersionCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
 
 class ProductVersion : public BackupFacts, public testing::WithParamInterface<VersionCase> {};
 

@@ -14,6 +14,10 @@ struct PlaceCase {
   const char* pszPath;
 };
 
+void PrintTo(const PlaceCase& one, std::ostream* pStream) {
+  *pStream << (one.bEncrypted ? "encrypted, " : "plain, ") << (one.bHasManifestDb ? "two-level" : "flat");
+}
+
 class FilePlace : public testing::TestWithParam<PlaceCase> {};
 
 struct StoreCase {
@@ -22,6 +26,10 @@ struct StoreCase {
   const char* pszId;
   const char* pszExpected;
 };
+
+void PrintTo(const StoreCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
 
 class StoreIdentifier : public testing::TestWithParam<StoreCase> {};
 

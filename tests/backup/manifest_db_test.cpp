@@ -77,6 +77,10 @@ struct NameCase {
   const char* pszName;
 };
 
+void PrintTo(const NameCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class DatabaseManifestName : public DatabaseManifest, public testing::WithParamInterface<NameCase> {};
 
 }  // namespace

@@ -20,6 +20,10 @@ struct StringCase {
   long long nOffsetBehind;
 };
 
+void PrintTo(const StringCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class ManifestString : public testing::TestWithParam<StringCase> {
  protected:
   /// A copy of exactly the data's size, so that a read behind it is one behind the allocation.
@@ -35,6 +39,10 @@ struct FieldCase {
   std::string strData;   // of the field, its length too
   std::string strValue;  // the bytes that the reader takes it for
 };
+
+void PrintTo(const FieldCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
 
 class ManifestField : public testing::TestWithParam<FieldCase> {
  protected:

@@ -46,6 +46,10 @@ struct ModeCase {
   bool bKept;
 };
 
+void PrintTo(const ModeCase& one, std::ostream* pStream) {
+  *pStream << one.nMode;
+}
+
 class ManifestMode : public BinaryManifest, public testing::WithParamInterface<ModeCase> {};
 
 struct EmptyNameCase {
@@ -53,6 +57,10 @@ struct EmptyNameCase {
   std::string strDomain;  // both in the bytes of the manifest
   std::string strPath;
 };
+
+void PrintTo(const EmptyNameCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
 
 class ManifestEmptyName : public BinaryManifest, public testing::WithParamInterface<EmptyNameCase> {};
 

@@ -49,6 +49,10 @@ struct ProgressCase {
   std::vector<int> shares;              // where the session stands after each step
 };
 
+void PrintTo(const ProgressCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class SessionProgress : public testing::TestWithParam<ProgressCase> {
  protected:
   SessionProgress() : m_records(m_session.GetMessageMap()) {

@@ -57,6 +57,10 @@ struct AccountCase {
   const char* pszAccount;
 };
 
+void PrintTo(const AccountCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class QQAccount : public SessionState, public testing::WithParamInterface<AccountCase> {};
 
 }  // namespace

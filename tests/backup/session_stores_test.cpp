@@ -20,6 +20,10 @@ struct BackupKind {
   bool bEncrypted;
 };
 
+void PrintTo(const BackupKind& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class SessionStores : public testing::TestWithParam<BackupKind> {
  protected:
   SessionStores()

@@ -60,6 +60,10 @@ struct SizeCase {
   long long nReported;
 };
 
+void PrintTo(const SizeCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class FileByteSize : public testing::TestWithParam<SizeCase> {};
 
 }  // namespace

@@ -10,6 +10,10 @@ struct SizeCase {
   const char* pszText;
 };
 
+void PrintTo(const SizeCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class FileSize : public testing::TestWithParam<SizeCase> {};
 
 struct DurationCase {
@@ -17,6 +21,10 @@ struct DurationCase {
   long long nSeconds;
   const char* pszText;
 };
+
+void PrintTo(const DurationCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
 
 class Duration : public testing::TestWithParam<DurationCase> {};
 

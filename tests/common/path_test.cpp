@@ -14,6 +14,10 @@ struct SplitCase {
   const char* pszExtension;
 };
 
+void PrintTo(const SplitCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class SplitPath : public testing::TestWithParam<SplitCase> {};
 
 struct ExtensionCase {
@@ -21,6 +25,10 @@ struct ExtensionCase {
   const char* pszName;
   const char* pszExtension;
 };
+
+void PrintTo(const ExtensionCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
 
 class Extension : public testing::TestWithParam<ExtensionCase> {};
 

@@ -44,6 +44,10 @@ struct NoStore {
   std::string (*pfnMake)(const TemporaryFolder& folder);
 };
 
+void PrintTo(const NoStore& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class StoreThatIsNone : public StoreFailure, public testing::WithParamInterface<NoStore> {};
 
 }  // namespace

@@ -36,6 +36,10 @@ struct TakenCase {
   const char* pszThird;
 };
 
+void PrintTo(const TakenCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class TakenFileName : public FileCopy, public testing::WithParamInterface<TakenCase> {};
 
 class FolderOutside : public FileCopy, public testing::WithParamInterface<const char*> {};

@@ -52,12 +52,20 @@ struct GroupCase {
   const char* pszApp;
 };
 
+void PrintTo(const GroupCase& one, std::ostream* pStream) {
+  *pStream << one.pszCatalogue;
+}
+
 class AppGroup : public AppFiles, public testing::WithParamInterface<GroupCase> {};
 
 struct KindCase {
   const char* pszName;
   bool bVideo;
 };
+
+void PrintTo(const KindCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
 
 class AppFileKind : public testing::TestWithParam<KindCase> {};
 

@@ -50,6 +50,10 @@ struct MatchCase {
   const char* pszExpected;
 };
 
+void PrintTo(const MatchCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class CallName : public Calls, public testing::WithParamInterface<MatchCase> {};
 
 struct DurationCase {
@@ -57,6 +61,10 @@ struct DurationCase {
   double dStored;
   int nSeconds;
 };
+
+void PrintTo(const DurationCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
 
 class CallDuration : public Calls, public testing::WithParamInterface<DurationCase> {};
 

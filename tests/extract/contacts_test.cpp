@@ -39,6 +39,10 @@ struct NameCase {
   const char *pszFirst, *pszLast, *pszName;
 };
 
+void PrintTo(const NameCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class ContactName : public testing::TestWithParam<NameCase> {};
 
 }  // namespace

@@ -43,12 +43,20 @@ struct UnknownCase {
   std::string strHead;
 };
 
+void PrintTo(const UnknownCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class UnknownFileType : public FileType, public testing::WithParamInterface<UnknownCase> {};
 
 struct ExtensionCase {
   const char* pszExtension;
   int nType;
 };
+
+void PrintTo(const ExtensionCase& one, std::ostream* pStream) {
+  *pStream << one.pszExtension;
+}
 
 class ExtensionType : public testing::TestWithParam<ExtensionCase> {};
 

@@ -30,6 +30,10 @@ struct ProgramCase {
   int nType;
 };
 
+void PrintTo(const ProgramCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class ProgramType : public testing::TestWithParam<ProgramCase> {
  protected:
   static std::string Head(uint32_t nOffset, uint16_t nFlags) {

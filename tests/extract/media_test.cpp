@@ -61,6 +61,10 @@ struct NameCase {
   const char* pszExpected;
 };
 
+void PrintTo(const NameCase& one, std::ostream* pStream) {
+  *pStream << one.pszCatalogue;
+}
+
 class MediaName : public testing::TestWithParam<NameCase> {};
 
 }  // namespace

@@ -14,6 +14,10 @@ struct SearchCase {
   long long nLast;
 };
 
+void PrintTo(const SearchCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class MemorySearch : public testing::TestWithParam<SearchCase> {};
 
 long long OffsetOf(const void* pHit, const std::string& strData) {

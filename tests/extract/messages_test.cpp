@@ -60,6 +60,10 @@ struct DateCase {
   const char* pszDate;
 };
 
+void PrintTo(const DateCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class MessageDate : public Messages, public testing::WithParamInterface<DateCase> {};
 
 struct MatchCase {
@@ -68,6 +72,10 @@ struct MatchCase {
   const char* pszPhone;
   const char* pszExpected;
 };
+
+void PrintTo(const MatchCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
 
 class MessageName : public Messages, public testing::WithParamInterface<MatchCase> {};
 

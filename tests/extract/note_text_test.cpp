@@ -11,6 +11,10 @@ struct TextCase {
   const char* pszText;
 };
 
+void PrintTo(const TextCase& one, std::ostream* pStream) {
+  *pStream << one.pszStored;
+}
+
 class NoteEntity : public testing::TestWithParam<TextCase> {};
 
 class NoteMarkup : public testing::TestWithParam<TextCase> {};

@@ -47,6 +47,10 @@ struct StoreKind {
   int (CIPhoneNotes::*pfnRead)(const std::string& strPath, std::vector<__NOTES__>& notes);
 };
 
+void PrintTo(const StoreKind& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 template <typename NoteStore>
 void WriteNotes(const QString& qstrPath, const std::vector<Note>& notes) {
   NoteStore store(qstrPath);
@@ -80,6 +84,10 @@ struct DateCase {
   const char* pszFirst;   // as the first store has it
   const char* pszSecond;  // as the second store has it
 };
+
+void PrintTo(const DateCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
 
 class NoteDate : public testing::TestWithParam<DateCase> {
  protected:

@@ -11,6 +11,10 @@ struct TableCase {
   QSize minimumSize;
 };
 
+void PrintTo(const TableCase& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 const std::vector<TableCase>& AllTables() {
   static const std::vector<TableCase> tables = {
       {"m_pCameraTable", &DRUI::CreateCameraTable, {{"Name", 400}, {"Size", 300}}, {300, 180}},

@@ -9,6 +9,10 @@ struct Clickable {
   std::string strText;
 };
 
+void PrintTo(const Clickable& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class ChatClick : public ChatHostileTest, public testing::WithParamInterface<Clickable> {};
 
 TEST_P(ChatClick, OpensNothing) {

@@ -19,6 +19,10 @@ struct CostlyText {
   std::string strText;
 };
 
+void PrintTo(const CostlyText& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class ChatCost : public ChatHostileTest, public testing::WithParamInterface<CostlyText> {};
 
 TEST_P(ChatCost, OfMarkupIsBounded) {

@@ -9,6 +9,10 @@ struct HostileText {
   std::string strText;
 };
 
+void PrintTo(const HostileText& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class ChatHostile : public ChatHostileTest, public testing::WithParamInterface<HostileText> {};
 
 TEST_P(ChatHostile, DoesNothingAndTheNextIsShown) {

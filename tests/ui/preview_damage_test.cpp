@@ -89,6 +89,10 @@ struct DamagedPicture {
   bool bWarns;  ///< whether its reader tells of damage by a Qt warning
 };
 
+void PrintTo(const DamagedPicture& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class PreviewDamaged : public PreviewDamage, public testing::WithParamInterface<DamagedPicture> {
  protected:
   std::string Whole() {

@@ -28,6 +28,10 @@ struct PictureCategory {
   bool bApps;  ///< its files lie below an app
 };
 
+inline void PrintTo(const PictureCategory& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 /// The six of them.
 extern const std::vector<PictureCategory> kPictureCategories;
 

@@ -128,6 +128,10 @@ struct LargePicture {
   bool bWarns;  ///< whether the reader tells that something is missing
 };
 
+void PrintTo(const LargePicture& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 class PreviewLarge : public PreviewTest, public testing::WithParamInterface<LargePicture> {};
 
 TEST_P(PreviewLarge, IsBlankOrScaledWithinBounds) {

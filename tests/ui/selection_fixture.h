@@ -13,6 +13,10 @@ struct PlainCategory {
   SelectionMap untickedNode;  ///< what the node's untick leaves of the whole
 };
 
+inline void PrintTo(const PlainCategory& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
+
 /// The nine of them.
 extern const std::vector<PlainCategory> kPlainCategories;
 
@@ -24,6 +28,10 @@ struct AppCategory {
   void (DRUI::*pfnPress)(int nRow, int nColumn);
   void (DRUI::*pfnOpen)(int nRow, int nColumn);
 };
+
+inline void PrintTo(const AppCategory& one, std::ostream* pStream) {
+  *pStream << one.pszName;
+}
 
 /// The two of them.
 extern const std::vector<AppCategory> kAppCategories;
