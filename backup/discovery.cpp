@@ -12,6 +12,7 @@
 #include "backup/layout.h"
 #include "common/file.h"
 #include "common/places.h"
+#include "common/problem.h"
 #include "common/status.h"
 #include "common/text.h"
 
@@ -119,14 +120,16 @@ const InfoKey* FindKey(const char* pszLine) {
   return nullptr;
 }
 
-void ReadInfoLines(FILE* pFile, __BACK_FILE_INFO__& info) {
+/// @return false when the file could not be read to where its reading ends.
+bool ReadInfoLines(FILE* pFile, __BACK_FILE_INFO__& info) {
   char szLine[kLineSize];
   while (fgets(szLine, sizeof szLine, pFile)) {
     const InfoKey* pKey = FindKey(szLine);
     if (!pKey || !fgets(szLine, sizeof szLine, pFile)) continue;
     pKey->pfnSet(szLine, info);
-    if (pKey->bEndsReading) return;
+    if (pKey->bEndsReading) return true;
   }
+  return ferror(pFile) == 0;
 }
 
 }  // namespace
@@ -178,7 +181,7 @@ int ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info) {
   const FilePointer pFile = OpenForReading(strFolder + "/Info.plist");
   if (!pFile) return kStatusMissing;
   info.strBackupPath = strFolder;
-  ReadInfoLines(pFile.get(), info);
+  if (!ReadInfoLines(pFile.get(), info)) ReportLoss(strFolder + "/Info.plist", strerror(errno));
   info.bEncrypted = IsBackupEncrypted(strFolder) != 0;
   return kStatusOk;
 }
@@ -186,7 +189,7 @@ int ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info) {
 int IsBackupEncrypted(const std::string& strFolder) {
   BackupLayout layout;
   layout.qstrRoot = FromNarrow(strFolder);
-  layout.bHasManifestDb = QFile::exists(layout.qstrRoot + "/Manifest.db");
+  layout.bHasManifestDb = EntryExists(strFolder + "/Manifest.db");
   const std::string strProbe = ToNarrow(layout.PathOf(kContactsStore));
   FilePointer pFile = OpenForReading(strProbe);
   if (!pFile) pFile = OpenForReading(strProbe + ".mddata");

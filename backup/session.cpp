@@ -2,9 +2,8 @@
 
 #include <unistd.h>
 
-#include <QFile>
-
 #include "backup/manifest.h"
+#include "common/file.h"
 #include "common/places.h"
 #include "common/problem.h"
 #include "common/status.h"
@@ -18,7 +17,7 @@ constexpr int kEncryptedStep =
     10;  // the decrypt tool has taken the bar to 11 before, so each step is smaller
 
 bool HasFile(const std::string& strFolder, const char* pszName) {
-  return QFile::exists(FromNarrow(strFolder + pszName));
+  return EntryExists(strFolder + pszName);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "cli/open_backup.h"
 
+#include <unistd.h>
+
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
@@ -14,6 +16,7 @@
 #include "common/file.h"
 #include "common/status.h"
 #include "common/text.h"
+#include "decrypt/backup_files.h"
 
 namespace {
 
@@ -34,6 +37,13 @@ int NotABackup(const QString& qstrFolder, int nError) {
       PrintError(QString("there are backups below it; 'orvandel-cli backups %1' lists them").arg(qstrFolder));
   }
   return kExitNoBackup;
+}
+
+bool HasReadableContacts(const QString& qstrFolder) {
+  const BackupLayout layout{qstrFolder, false, EntryExists(ToNarrow(qstrFolder) + "/Manifest.db")};
+  const int nDescriptor = OpenBackupFile(ToNarrow(layout.PathOf(kContactsStore)).c_str());
+  if (nDescriptor != -1) close(nDescriptor);
+  return nDescriptor != -1;
 }
 
 void WarnOfOddities(const __BACK_FILE_INFO__& info) {
@@ -102,6 +112,9 @@ int ReadBackup(const Options& options, ProgressBar& bar, OpenBackup& backup) {
   errno = 0;
   if (backup.session.GetBackFileInfo(ToNarrow(options.qstrBackup).c_str(), &info) != kStatusOk)
     return NotABackup(options.qstrBackup, errno);
+  // The contacts store tells whether a backup is encrypted. One that lacks a readable one may say so itself.
+  if (!info.bEncrypted && !HasReadableContacts(options.qstrBackup))
+    info.bEncrypted = IsMarkedEncrypted(ToNarrow(options.qstrBackup));
   QString qstrDecryptedFolder;
   if (info.bEncrypted) {
     if (const int nStatus = backup.decryptRun.Run(options, bar)) return nStatus;

@@ -11,6 +11,7 @@
 
 #include "common/file.h"
 #include "common/problem.h"
+#include "common/status.h"
 #include "common/stop.h"
 #include "common/text.h"
 
@@ -46,15 +47,39 @@ std::string StoreUri(const std::string& strPath) {
   return strUri + "?immutable=1";
 }
 
-/// Looks at a file before SQLite may open it. @return 0, or the system's error number.
-int ExamineStore(const std::string& strPath, int64_t& nSize) {
+/// What a look at a file tells before SQLite may open it.
+struct Examined {
+  int nError = 0;  ///< the system's error number
+  int64_t nSize = 0;
+  bool bCutShort = false;
+};
+
+/// True for a store that ends within a page: SQLite would fill the rest of it with zeros. The page size is in
+/// bytes 16 and 17 of the file, where 1 means 65536.
+bool EndsWithinAPage(const unsigned char* pHead, int64_t nSize) {
+  if (memcmp(pHead, "SQLite format 3", 16) != 0) return false;
+  const int nPage = pHead[16] << 8 | pHead[17];
+  return nPage != 0 && nSize % (nPage == 1 ? 65536 : nPage) != 0;
+}
+
+Examined ExamineStore(const std::string& strPath) {
+  Examined examined;
   const int nDescriptor = OpenBackupFile(strPath.c_str());
-  if (nDescriptor == -1) return errno;
+  if (nDescriptor == -1) {
+    examined.nError = errno;
+    return examined;
+  }
   struct stat info;
-  const int nError = fstat(nDescriptor, &info) == 0 ? 0 : errno;
-  nSize = nError == 0 ? info.st_size : 0;
+  if (fstat(nDescriptor, &info) != 0)
+    examined.nError = errno;
+  else
+    examined.nSize = info.st_size;
+  unsigned char head[18];
+  uint32_t nRead = 0;
+  if (examined.nError == 0 && ReadData(nDescriptor, head, sizeof head, nRead) == kStatusOk)
+    examined.bCutShort = EndsWithinAPage(head, examined.nSize);
   close(nDescriptor);
-  return nError;
+  return examined;
 }
 
 /// True for bytes that are UTF-8 as every reader takes it: shortest forms, no surrogates, and neither U+FFFE
@@ -112,14 +137,16 @@ struct StoreQuery::Budget {
 
 StoreQuery::StoreQuery(const std::string& strPath, const char* pszStatement, Failure failure)
     : m_strPath(strPath), m_failure(failure) {
-  int64_t nSize = 0;
-  const int nError = ExamineStore(strPath, nSize);
-  if (nError != 0) {
-    m_strError = OpenFailure(nError);
+  const Examined examined = ExamineStore(strPath);
+  const int64_t nSize = examined.nSize;
+  if (examined.nError != 0) {
+    m_strError = OpenFailure(examined.nError);
     // A store that is missing is no problem: devices differ in what they hold.
-    if (failure == Failure::Reported && nError != ENOENT) ReportLoss(strPath, m_strError);
+    if (failure == Failure::Reported && examined.nError != ENOENT) ReportLoss(strPath, m_strError);
     return;
   }
+  if (examined.bCutShort && failure == Failure::Reported)
+    ReportLoss(strPath, "cut short: its last page isn't whole (the rows that can be read are there)");
   m_pBudget = std::make_unique<Budget>(
       Budget{nSize * kStepsPerByte + kFreeSteps, nSize * kBytesPerByte + kFreeBytes});
   if (Open(strPath, pszStatement)) return;

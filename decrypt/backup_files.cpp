@@ -55,6 +55,15 @@ bool IsIdentifier(const std::string& strId) {
 
 }  // namespace
 
+bool IsMarkedEncrypted(const std::string& strBackup) {
+  try {
+    const Bytes bytes = ReadWhole(strBackup + "/Manifest.plist");
+    return BooleanOf(Member(PropertyList(bytes.data(), bytes.size()).Root(), "IsEncrypted"));
+  } catch (const std::runtime_error&) {
+    return false;
+  }
+}
+
 BackupFiles::BackupFiles(const std::string& strBackup)
     : m_strBackup(strBackup), m_bHasManifestDb(EntryExists(strBackup + "/Manifest.db")) {
   const std::string strPath = strBackup + "/Manifest.plist";

@@ -5,6 +5,9 @@
 #include "decrypt/file_job.h"
 #include "decrypt/keybag.h"
 
+/// True when the "Manifest.plist" of a backup says that it is encrypted; false without a readable one.
+bool IsMarkedEncrypted(const std::string& strBackup);
+
 /// The files of an encrypted backup, as its manifest lists them. Directories and links are passed over.
 class BackupFiles {
  public:

@@ -120,7 +120,7 @@ int CRecovery::SaveSMSMessage(unsigned int nHandleId, const char16_t* pPath, con
 void CRecovery::SaveMessage() {
   // Without a folder that a conversation has made there is nothing for the store to stand beside.
   if (QFileInfo(m_strSavePath + "/Message").exists())
-    SaveStore(kMessageStore, "/Message/", "sms.db", &CIphoneBackupFile::RecoverySMSMessage);
+    SaveStore(kMessageStore, "/Message/", "sms.db", &CIphoneBackupFile::RecoverySMSMessage, m_bMessageSaved);
 }
 
 void CRecovery::RecoveryWhatsAppMsg(const __WHATSAPP_MESSAGE__* pMessage, const WhatsAppMap& chats) {

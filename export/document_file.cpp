@@ -1,9 +1,24 @@
 #include "export/document_file.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <fstream>
 
 #include "common/file.h"
+#include "common/text.h"
+
+namespace {
+
+/// Takes away a file that could not be written whole: under its name, people would take it for the whole.
+/// What is not a regular file stays: a device or a pipe of the user's.
+void RemoveFragment(const std::string& strPath) {
+  struct stat info;
+  if (lstat(strPath.c_str(), &info) == 0 && S_ISREG(info.st_mode)) unlink(strPath.c_str());
+}
+
+}  // namespace
 
 int WritePage(const std::string& strPath, std::initializer_list<const std::string*> parts) {
   errno = 0;
@@ -13,10 +28,13 @@ int WritePage(const std::string& strPath, std::initializer_list<const std::strin
     file.write(pPart->data(), static_cast<std::streamsize>(pPart->size()));
   file.close();
   if (file) return 0;
-  return errno != 0 ? errno : EIO;
+  const int nError = errno != 0 ? errno : EIO;
+  RemoveFragment(strPath);
+  return nError;
 }
 
-TextFile::TextFile(const char16_t* pPath) : m_pFile(_wfopen(pPath, L"w+,ccs=UTF-8")) {
+TextFile::TextFile(const char16_t* pPath)
+    : m_strPath(Unicode2Ansi(pPath)), m_pFile(_wfopen(pPath, L"w+,ccs=UTF-8")) {
   Keep(!m_pFile);
 }
 
@@ -33,8 +51,10 @@ void TextFile::Flush() {
 }
 
 int TextFile::Close() {
+  const bool bWasOpen = m_pFile != nullptr;
   if (m_pFile) Keep(fclose(m_pFile) != 0);
   m_pFile = nullptr;
+  if (bWasOpen && m_nError != 0) RemoveFragment(m_strPath);
   return m_nError;
 }
 

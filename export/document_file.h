@@ -3,10 +3,12 @@
 #include <initializer_list>
 #include <string>
 
-/// Writes a page in one go. @param strPath narrow. @return 0, or the system's error number.
+/// Writes a page in one go. One that can't be written whole is removed.
+/// @param strPath narrow. @return 0, or the system's error number.
 int WritePage(const std::string& strPath, std::initializer_list<const std::string*> parts);
 
-/// A text file that is written piece by piece. A stream that can't be opened takes no text.
+/// A text file that is written piece by piece. A stream that can't be opened takes no text, and one that
+/// can't be written whole is removed when it is closed.
 class TextFile {
  public:
   /// @param pPath UTF-16.
@@ -25,6 +27,7 @@ class TextFile {
  private:
   void Keep(bool bFailed);
 
+  std::string m_strPath;
   FILE* m_pFile;
   int m_nError = 0;
 };

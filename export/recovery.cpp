@@ -187,7 +187,7 @@ int CRecovery::Tell(const QString& qstrPath, int nError, const std::string& strO
 }
 
 void CRecovery::SaveStore(const char* pszStoreId, const QString& qstrFolder, const char* pszName,
-                          int (CIphoneBackupFile::*copy)(const char* pszDestination)) {
+                          int (CIphoneBackupFile::*copy)(const char* pszDestination), bool bWasRead) {
   WrittenFile file;
   file.qstrPath = m_strSavePath + qstrFolder + pszName;
   const std::string strSource = ToNarrow(m_pBackupFile->GetLayout().PathOf(pszStoreId));
@@ -202,5 +202,5 @@ void CRecovery::SaveStore(const char* pszStoreId, const QString& qstrFolder, con
     else if (!EntryExists(strTarget))
       file.qstrReason = StoreFailure(strSource);
   }
-  if (m_handler && bHasStore) m_handler(file);
+  if (m_handler && (bHasStore || bWasRead)) m_handler(file);
 }

@@ -122,8 +122,9 @@ class CRecovery {
   int Tell(const QString& qstrPath, int nError, const std::string& strOriginalName = {}) const;
   /// Copies a store out of the backup and reports how that went.
   /// @param copy does it: an operation of the session that takes the narrow path.
+  /// @param bWasRead whether there are records from the store, so that it is missed when it is gone.
   void SaveStore(const char* pszStoreId, const QString& qstrFolder, const char* pszName,
-                 int (CIphoneBackupFile::*copy)(const char* pszDestination));
+                 int (CIphoneBackupFile::*copy)(const char* pszDestination), bool bWasRead);
 
   QString m_strSavePath;
   QString m_strTimeStamp;  // yyyyMMddhhmmss, local time

@@ -66,7 +66,7 @@ void CRecovery::RecoveryContacts(const __PERSON_CONTENT__* pPerson) {
 
 int CRecovery::SaveContactsCsv() {
   SaveStore(kContactsStore, "/Contacts/" + m_strTimeStamp + '/', "Contacts.db",
-            &CIphoneBackupFile::RecoveryPersonContacts);
+            &CIphoneBackupFile::RecoveryPersonContacts, !m_strContactsBody.empty());
   return 0;
 }
 

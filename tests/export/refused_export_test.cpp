@@ -249,6 +249,7 @@ TEST_F(RefusedExport, LinkToAnotherFolderIsFollowed) {
   m_folder.MakeFolder("other");
   m_folder.MakeFolder("out");
   fs::create_directory_symlink(m_folder.Path("other"), Out() + "/Notes");
+  MakeStores();
   Begin();
 
   RecoverOneOfEach(m_recovery);
