@@ -254,6 +254,8 @@ TEST_F(RecoverDocuments, OnAFullDiskFailWithTheReason) {
   const std::string strFolder = "/Message/Unknown-STAMP/Unknown";
   EXPECT_THAT(Succeeded(result, Out()), AllOf(Not(IsEmpty()), SizeIs(testing::Lt(4u))));
   EXPECT_EQ(strFolder + "(+1).txt", Succeeded(result, Out()).front());
+  // What could not be written whole isn't there at all.
+  EXPECT_EQ(Succeeded(result, Out()).size(), FilesBelow(m_folder.Path("kept")).size());
 }
 
 TEST_F(RecoverDocuments, OnAReadOnlyDiskAllFail) {

@@ -154,6 +154,19 @@ TEST_F(HostileStore, ValueBeyondTheLimitEndsTheRows) {
   ASSERT_THAT(m_problems.Problems(), SizeIs(1));
 }
 
+TEST_F(HostileStore, CutWithinItsLastPageIsReportedAndReadAsFarAsItGoes) {
+  const std::string strPath = MakeStore({"create table people (name)", "insert into people values ('Ann')",
+                                         "create table more (name)", "create table last (name)"});
+  const std::string strBytes = ReadFile(strPath);
+  WriteFile(strPath, strBytes.substr(0, strBytes.size() - 700));
+
+  const int nRows = Rows(strPath, "select name from people");
+
+  EXPECT_EQ(1, nRows);
+  ASSERT_THAT(m_problems.Problems(), SizeIs(1));
+  EXPECT_THAT(m_problems.Problems()[0].strReason, HasSubstr("cut short"));
+}
+
 TEST_F(HostileStore, LeadsToNoOtherFile) {
   const std::string strPath = MakeStore({"create table people (name)"});
 

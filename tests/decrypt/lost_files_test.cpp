@@ -94,6 +94,18 @@ TEST_P(LostFile, ThatTheBackupLacksIsPassedOverAsInAPlainBackup) {
   EXPECT_THAT(result.Lines(), Contains("Message(0)"));
 }
 
+TEST_P(LostFile, ThatTellsWhetherTheBackupIsEncryptedLeavesItsManifestListToTellIt) {
+  for (const bool bLink : {true, false}) {
+    fs::remove(PathOf(kContactsStore));
+    if (bLink) fs::create_symlink(m_folder.Path("nowhere"), PathOf(kContactsStore));
+
+    const CommandResult result = Run({"scan", Backup()});
+
+    EXPECT_EQ(bLink ? 4 : 0, result.nExitStatus);
+    EXPECT_THAT(result.Lines(), AllOf(Contains("Contacts(0)"), Not(Contains("Camera Roll(0)"))));
+  }
+}
+
 TEST_P(LostFile, OfWhichThereAreTooManyForTheRoomIsRefusedBeforeAnythingIsWritten) {
   if (!MayMount("/var/tmp")) GTEST_SKIP() << "no file system may be mounted here";
 

@@ -230,6 +230,18 @@ TEST_F(StoresOfRecovery, FolderInPlaceOfTheContactsStoreIsToldAsAFailure) {
   EXPECT_THAT(Failed(), ElementsAre(ContactsPath()));
 }
 
+TEST_F(StoresOfRecovery, StoreThatGoesAfterItWasReadIsReportedAsAFailure) {
+  Begin();
+  RecoverConversation();
+  const __PERSON_CONTENT__ person;
+  m_recovery.RecoveryContacts(&person);
+
+  m_recovery.SaveMessage();
+  m_recovery.SaveContactsCsv();
+
+  EXPECT_THAT(Failed(), testing::ElementsAre(MessagePath(), ContactsPath()));
+}
+
 TEST_F(StoresOfRecovery, MissingContactsStoreLeavesAnEmptyFolder) {
   Begin();
 
