@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "app/dialog_parts.h"
+#include "ui/cell_delegate.h"
 #include "ui/drag.h"
 #include "ui/styles.h"
 
@@ -24,6 +25,7 @@ CDetail::CDetail(QDialog*, Qt::WindowFlags flags) : QDialog(nullptr, flags) {
 
   m_pTable = new QTableWidget(0, 2);
   m_pTable->setObjectName("m_pTable");
+  CellDelegate::Install(m_pTable);
   m_pTable->setHorizontalHeaderLabels({"Name", "Status"});
   m_pTable->setColumnWidth(0, 400);
   m_pTable->setColumnWidth(1, 300);

@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "common/text.h"
+#include "ui/cell_delegate.h"
 #include "ui/key_ticks.h"
 #include "ui/styles.h"
 
@@ -121,6 +122,7 @@ QTableWidget* DRUI::CreateTable(const TableSpec& spec) {
   pTable->setAccessibleName(spec.nNumber == TableSpec::kAppFiles
                                 ? QString("Files of the app")
                                 : QString(Categories()[static_cast<size_t>(spec.nNumber)].pszLabel));
+  CellDelegate::Install(pTable);
   pTable->setAttribute(Qt::WA_MouseTracking);
   pTable->setColumnCount(static_cast<int>(spec.columns.size()));
   QStringList titles;

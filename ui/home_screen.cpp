@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "common/text.h"
+#include "ui/cell_delegate.h"
 #include "ui/styles.h"
 #include "ui/window.h"
 
@@ -83,6 +84,7 @@ QTableWidget* DRUI::CreateiTunesTable() {
   m_pBackupTable = new QTableWidget;
   m_pBackupTable->setObjectName("m_pBackupTable");
   m_pBackupTable->setAccessibleName("Backups");
+  CellDelegate::Install(m_pBackupTable);
   m_pBackupTable->setAttribute(Qt::WA_MouseTracking);
   m_pBackupTable->setIconSize(QSize(32, 32));
   m_pBackupTable->setColumnCount(3);
