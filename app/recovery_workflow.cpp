@@ -61,7 +61,8 @@ void DRUI::RunRecovery() {
   dialog.InitSlot(this, SCANUI::kRecovery);
   CMyThread thread;
   thread.SetFunc(&DRUI::_RecoveryProcess, this);
-  thread.start(QThread::InheritPriority);
+  thread.setStackSize(m_nWorkerStackSize);
+  if (!thread.Begin()) return ShowInformation(kNoWorker);
   dialog.exec();
   // The dialog closes when the worker is done; its last steps need no more than a moment.
   while (!thread.wait(0) || !thread.HasEnded()) m_handOver.ServeFor(1);

@@ -35,7 +35,11 @@ void DRUI::btnSlotScan() {
 
   CMyThread thread;
   thread.SetFunc(&DRUI::_ScanProcess, this);
-  thread.start(QThread::InheritPriority);
+  thread.setStackSize(m_nWorkerStackSize);
+  if (!thread.Begin()) {
+    m_pScreenStack->setCurrentWidget(m_pHomeScreen);
+    return ShowInformation(kNoWorker);
+  }
   // A cancel may only meet flags of this scan: those of the one before say that it has finished.
   m_scanBegun.acquire();
   SCANUI dialog;

@@ -2,6 +2,10 @@
 #include <QThread>
 #include <atomic>
 
+/// What the user reads when a worker can't be started.
+constexpr char kNoWorker[] =
+    "The system can't start another task. Please close other programs and try again.";
+
 /// A thread that runs one function. Owned by who starts it; the function's result goes nowhere.
 class CMyThread : public QThread {
   Q_OBJECT
@@ -9,8 +13,12 @@ class CMyThread : public QThread {
  public:
   using Function = void (*)(void* pContext, int& nResult);
 
-  /// What to run. Comes before start.
+  /// What to run. Comes before Begin.
   void SetFunc(Function pfnFunction, void* pContext);
+
+  /// Starts the thread with the priority of the one that calls. @return false when the system refuses another
+  /// thread; the function then never runs.
+  bool Begin();
 
   /// True once the function has returned; what it did is visible to who sees that.
   bool HasEnded() const { return m_bEnded; }

@@ -256,6 +256,7 @@ class DRUI : public QMainWindow {
 
   // Selection.
   SelectionMap m_mapSelCamera;
+  uint m_nWorkerStackSize = 0;   // bytes, 0 for the system's default; tests ask for what it refuses
   SelectionMap m_mapSelPhotoStream;
   AppSelectionMap m_mapSelAppPhotos;
   AppSelectionMap m_mapSelAppVideos;

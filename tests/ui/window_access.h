@@ -61,6 +61,8 @@ class WindowAccess {
   static std::array<QCheckBox*, 6>& CheckBoxes(DRUI& window) { return window.m_checkBoxes; }
   static QCheckBox*& CheckBoxAll(DRUI& window) { return window.m_pCheckBoxAll; }
   static QPushButton*& CheckBoxButton(DRUI& window) { return window.m_pCheckBoxButton; }
+  /// Makes the system refuse to start the workers of a window, or start them again.
+  static void RefuseWorkers(DRUI& window, bool bRefuse) { window.m_nWorkerStackSize = bRefuse ? 1 : 0; }
   /// Where the last recovery goes; null when no folder was chosen.
   static QString RecoveryFolder(const DRUI& window) { return window.m_strSelectDir; }
 };
