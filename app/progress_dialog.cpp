@@ -207,7 +207,12 @@ void SCANUI::WaitForWorker() {
 void SCANUI::closeEvent(QCloseEvent* pEvent) {
   if (m_bIsFinished) return pEvent->accept();
   const bool bDone = m_nOprType == kRecovery && m_pCancelButton && m_pCancelButton->text() == kFinished;
-  if (!bDone && !ConfirmsCancel()) return pEvent->ignore();
+  if (!bDone && !ConfirmsCancel()) {
+    // A close while the question was open, as the end of a scan asks for, did nothing: this one was under
+    // way. A recovery stays open for its detail.
+    pEvent->setAccepted(m_bIsFinished && m_nOprType != kRecovery);
+    return;
+  }
   m_pWindow->*KindOf(m_nOprType).pCancel = true;
   WaitForWorker();
   m_progressBar->setValue(0);

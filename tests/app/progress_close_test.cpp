@@ -100,6 +100,40 @@ TEST_F(ProgressClose, AHundredAfterANoClosesWithoutAQuestion) {
   EXPECT_FALSE(m_pDialog->isVisible());
 }
 
+TEST_F(ProgressClose, WhatEndsWhileTheQuestionIsOpenClosesTheDialogAfterANo) {
+  struct Case {
+    int nKind;
+    std::function<void(SCANUI&)> end;
+    bool bStays;
+  };
+  const Case cases[] = {
+      {1, [](SCANUI& dialog) { dialog.ScanProcessCallBackSlot(100); }, false},
+      {2, [](SCANUI& dialog) { dialog.SearchCallBackSlot(100, ""); }, false},
+      {3, [](SCANUI& dialog) { dialog.PreViewCallBackSlot(100, 0); }, false},
+      {4, [](SCANUI& dialog) { dialog.RecoveryCallBackSlot(10000, 1000, 0, ""); }, true},
+  };
+  for (const Case& one : cases) {
+    OpenDialog(one.nKind);
+    Window().m_bSearchFinished = true;
+    Window().m_bCancelRecovery = one.nKind == 4;  // the worker's mark of the end
+    ModalSteps steps;
+    steps.Then("CMessageBox", [&](QWidget* pBox) {
+      one.end(*m_pDialog);
+      Click(pBox->findChild<QPushButton*>("NO"));
+    });
+
+    Click(m_pDialog->findChild<QPushButton*>("Cancel"));
+
+    EXPECT_EQ(one.bStays, m_pDialog->isVisible()) << one.nKind;
+    if (one.bStays) {
+      EXPECT_EQ("Finished", m_pDialog->findChild<QPushButton*>("Cancel")->text());
+      Click(m_pDialog->findChild<QPushButton*>("Cancel"));
+      EXPECT_FALSE(m_pDialog->isVisible());
+    }
+    EXPECT_EQ(100, m_pDialog->findChild<QProgressBar*>("progressBar")->value()) << one.nKind;
+  }
+}
+
 TEST_F(ProgressClose, AFinishedRecoveryAsksNothing) {
   for (const bool bByButton : {true, false}) {
     OpenDialog(4);
