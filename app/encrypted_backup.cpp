@@ -16,6 +16,7 @@
 #include "common/places.h"
 #include "common/status.h"
 #include "common/text.h"
+#include "ui/busy_cursor.h"
 #include "ui/message_box.h"
 #include "ui/window.h"
 
@@ -83,10 +84,13 @@ void DRUI::btnSlotSelect() {
 
 bool DRUI::AskForPassword() {
   for (;;) {
-    CPasswordUI dialog;
-    dialog.exec();
-    if (dialog.GetResult() != 0) return false;
-    const QString qstrPassword = dialog.GetPassword();
+    QString qstrPassword;
+    {
+      CPasswordUI dialog;
+      dialog.exec();
+      if (dialog.GetResult() != 0) return false;
+      qstrPassword = dialog.GetPassword();
+    }
     if (qstrPassword.isEmpty()) {
       ShowInformation("The password can't be empty, please try again.");
       continue;
@@ -102,8 +106,13 @@ bool DRUI::AskForPassword() {
         return;
       }
     });
-    StartTool(*pProcess, ToolCommand(m_curBackupInfo, qstrPassword, true));
-    pProcess->waitForFinished(-1);
+    {
+      // Nothing is painted during the check: without this the password would stay on the screen.
+      const BusyCursor cursor;
+      repaint();
+      StartTool(*pProcess, ToolCommand(m_curBackupInfo, qstrPassword, true));
+      pProcess->waitForFinished(-1);
+    }
     if (m_nDecryptStatus == kStatusOk) {
       m_strBackupPassword = qstrPassword;
       return true;

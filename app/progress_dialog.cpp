@@ -10,6 +10,7 @@
 
 #include "app/dialog_parts.h"
 #include "common/file.h"
+#include "ui/busy_cursor.h"
 #include "ui/drag.h"
 #include "ui/message_box.h"
 #include "ui/styles.h"
@@ -200,6 +201,9 @@ void SCANUI::WaitForWorker() {
   // Frozen until the worker has stopped. Only its own steps on widgets are served, or it could never stop.
   // Nothing ever sets the flags of the other kinds: their wait doesn't end, and who cancels a recovery waits
   // for ever.
+  const BusyCursor cursor;
+  m_pWindow->repaint();  // the question would stay on the screen
+  repaint();
   const std::atomic<bool>& bFinished = m_pWindow->*KindOf(m_nOprType).pFinished;
   while (!bFinished) m_pWindow->GetHandOver().ServeFor(kWaitStep);
 }
