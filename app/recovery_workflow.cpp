@@ -108,10 +108,12 @@ void DRUI::RecoverFiles() {
     size_t nDone = 0;
     if (!spec.IsAppTable()) {
       const SelectionMap& selection = this->*spec.pSelection;
-      // A map that outlived its scan may hold a row beyond the list: that ends the program.
-      for (const auto& [nRow, nBytes] : selection)
-        copy(qstrFolder, category.pfnFile(m_records, nRow), Share(++nDone, step.nNumerator, selection.size()),
-             step.nPercent);
+      const size_t nFiles = category.pfnCount(m_records);
+      for (const auto& [nRow, nBytes] : selection) {
+        const int nProgress = Share(++nDone, step.nNumerator, selection.size());
+        // A map that outlived its scan may hold a row beyond the list.
+        if (nRow < nFiles) copy(qstrFolder, category.pfnFile(m_records, nRow), nProgress, step.nPercent);
+      }
     } else {
       const AppSelectionMap& selection = this->*spec.pAppSelection;
       const AppFileMap& apps = m_records.*category.pApps;
@@ -121,7 +123,8 @@ void DRUI::RecoverFiles() {
         const auto it = apps.find(ToNarrow(qstrApp));
         if (it == apps.end()) continue;
         for (const auto& [nRow, nBytes] : rows) {
-          const _IPHONE_APP_FILE_INFO_& file = it->second.at(nRow);
+          if (nRow >= it->second.size()) continue;
+          const _IPHONE_APP_FILE_INFO_& file = it->second[nRow];
           copy(qstrFolder + FromNarrow(file.strAppName) + '/', {file.strFileName, file.wstrFilePath},
                nProgress, step.nPercent);
         }

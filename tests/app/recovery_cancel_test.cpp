@@ -1,6 +1,4 @@
-// Recoveries that take their process along: a confirmed cancel, and ticks beyond the end of a list.
-#include <signal.h>
-
+// Recoveries whose cancel was confirmed: they never give the window back.
 #include "tests/app/recovery_child.h"
 #include "tests/cli/recovery_output.h"
 #include "tests/cli/small_backup.h"
@@ -87,41 +85,5 @@ TEST_F(RecoveryCancel, ConfirmedAfterTheEndOfTheRecoveryNeverReturnsEither) {
   EXPECT_EQ(kAllFiles, FilesBelow(m_strOut).size());
   ExpectAllFiles();
 }
-
-struct BeyondCase {
-  const char* pszName;
-  RecoveryChildKind kind;
-  const char* pszFolder;
-  size_t nMarksBefore;  // of categories
-};
-void PrintTo(const BeyondCase& one, std::ostream* pStream) {
-  *pStream << one.pszName;
-}
-
-class RecoveryBeyond : public RecoveryCancel, public testing::WithParamInterface<BeyondCase> {};
-
-TEST_P(RecoveryBeyond, ATickBeyondTheEndOfItsListEndsTheProcess) {
-  StartRecoveryChild(m_process, GetParam().kind, m_strOut, m_folder.MakeFolder("tmp"));
-
-  const bool bEnded = EndsWithin(kLimit);
-  const std::string strErrors = m_process.readAllStandardError().toStdString();
-
-  ASSERT_TRUE(bEnded);
-  EXPECT_EQ(QProcess::CrashExit, m_process.exitStatus());
-  EXPECT_EQ(SIGABRT, m_process.exitCode());
-  EXPECT_NE(std::string::npos, strErrors.find("std::out_of_range")) << strErrors;
-  EXPECT_FALSE(Output().contains("ended"));
-  const std::string strFolder = GetParam().pszFolder;
-  std::vector<std::string> expected(GetParam().nMarksBefore, "");
-  expected.insert(expected.end(), {strFolder + "0", strFolder + "1"});
-  EXPECT_EQ(expected, Reported());
-  EXPECT_EQ(std::vector<std::string>({"0", "1"}), NamesIn(m_strOut + strFolder)) << "what was copied stays";
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Lists, RecoveryBeyond,
-    testing::Values(BeyondCase{"Photos", RecoveryChildKind::kFileBeyondList, "/Camera Roll/", 0},
-                    BeyondCase{"AppFiles", RecoveryChildKind::kAppFileBeyondList, "/App Photos/App/", 2}),
-    [](const auto& info) { return std::string(info.param.pszName); });
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "tests/app/recovery_child.h"
 
-#include <sys/resource.h>
-
 #include <QCoreApplication>
 #include <cstdio>
 #include <thread>
@@ -23,18 +21,15 @@ void Say(const std::string& strLine) {
 class RecoveryChild : public RecoveryTest {
  public:
   void TestBody() override {
-    const rlimit noCore = {0, 0};
-    setrlimit(RLIMIT_CORE, &noCore);
     AddWork();
     QObject::connect(
         &Window(), qOverload<int, int, int, QString>(&DRUI::RecoveryCallBack), &Window(),
         [](int, int, int, const QString& qstrName) { Say("report " + qstrName.toStdString()); },
         Qt::DirectConnection);
-    const bool bCancels = m_kind == RecoveryChildKind::kCancelled || m_kind == RecoveryChildKind::kLateYes;
-    ReportRecorder recorder(Window(), bCancels ? kCancelAt : 0);
+    ReportRecorder recorder(Window(), kCancelAt);
     ModalSteps steps;
     TypeFolder(steps, qEnvironmentVariable(kFolderVariable).toStdString());
-    if (bCancels) Cancel(steps, recorder);
+    Cancel(steps, recorder);
 
     Window().btnRecovery();
 
@@ -43,18 +38,8 @@ class RecoveryChild : public RecoveryTest {
 
  private:
   void AddWork() {
-    if (m_kind == RecoveryChildKind::kAppFileBeyondList) {
-      AddAppFile(2, "App", "0");
-      AddAppFile(2, "App", "1");
-      AppSelection(2)["App"][7] = 0;
-      return;
-    }
-    const int nFiles = m_kind == RecoveryChildKind::kFileBeyondList ? 2 : kChildFiles;
-    for (int i = 0; i < nFiles; ++i) AddFile(0, std::to_string(i), "bytes of " + std::to_string(i));
-    if (m_kind == RecoveryChildKind::kFileBeyondList)
-      Selection(0)[2] = 0;
-    else
-      AddDocuments();
+    for (int i = 0; i < kChildFiles; ++i) AddFile(0, std::to_string(i), "bytes of " + std::to_string(i));
+    AddDocuments();
   }
 
   void Cancel(ModalSteps& steps, ReportRecorder& recorder) {

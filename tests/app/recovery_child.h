@@ -6,13 +6,11 @@
 // itself with a variable in its environment, and the one test that comes with it.
 
 enum class RecoveryChildKind {
-  kCancelled,       ///< the user confirms a cancel at the third report of kChildFiles files and all documents
-  kLateYes,         ///< the same, but the answer comes when the recovery has ended
-  kFileBeyondList,  ///< the third ticked photo of a list of two
-  kAppFileBeyondList  ///< the third ticked file of an app that has two
+  kCancelled,  ///< the user confirms a cancel at the third report of kChildFiles files and all documents
+  kLateYes     ///< the same, but the answer comes when the recovery has ended
 };
 
-/// Photos of the first two kinds.
+/// Photos of both kinds.
 constexpr int kChildFiles = 30;
 
 /// Starts such a process. It prints "report" and the name with each report, "cancelled" once the cancel

@@ -1,0 +1,49 @@
+// Ticks that outlived the scan they were made after, in a list that has become shorter.
+#include "tests/app/recovery_fixture.h"
+
+namespace {
+
+class RecoveryBeyond : public RecoveryTest, public testing::WithParamInterface<RecoveryStep> {
+ protected:
+  /// Ticks two files that are there and the rows 2 and 7, behind the end of the list.
+  void AddFilesAndTicksBeyond() {
+    const RecoveryStep& step = GetParam();
+    for (const char* pszName : {"a", "b"}) {
+      if (step.IsApps())
+        AddAppFile(step.nCategory, "App", pszName);
+      else
+        AddFile(step.nCategory, pszName);
+    }
+    SelectionMap& ticks = step.IsApps() ? AppSelection(step.nCategory)["App"] : Selection(step.nCategory);
+    ticks[2] = 1;
+    ticks[7] = 1;
+  }
+};
+
+TEST_P(RecoveryBeyond, ATickBeyondTheEndOfItsListIsPassedOverAndStays) {
+  const RecoveryStep& step = GetParam();
+  AddFilesAndTicksBeyond();
+  const auto ticks = Ticks();
+  Window().RefreshSelectFileInfo();
+  const std::string strLine = SelectionLine();
+  ReportRecorder recorder(Window());
+
+  Recover();
+
+  const std::string strFolder = step.pszFolder + std::string(step.IsApps() ? "App/" : "");
+  // Each row of a plain list has its share, whether or not there is a file; an app has one for all its files.
+  const int nFirst = step.IsApps() ? step.nNumerator : step.nNumerator / 4;
+  const int nSecond = step.IsApps() ? step.nNumerator : step.nNumerator * 2 / 4;
+  EXPECT_EQ(WholeRecovery({{step.nCategory,
+                            {{nFirst, step.nPercent, 0, Out() + strFolder + "a"},
+                             {nSecond, step.nPercent, 0, Out() + strFolder + "b"}}}}),
+            recorder.All());
+  EXPECT_EQ(std::vector<std::string>({strFolder + "a", strFolder + "b"}), Written());
+  EXPECT_EQ(ticks, Ticks());
+  EXPECT_EQ(strLine, SelectionLine());
+}
+
+INSTANTIATE_TEST_SUITE_P(Steps, RecoveryBeyond, testing::ValuesIn(kRecoverySteps),
+                         [](const auto& info) { return std::string(info.param.pszName); });
+
+}  // namespace
