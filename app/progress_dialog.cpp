@@ -238,7 +238,7 @@ void SCANUI::btnDetail() {
 }
 
 void SCANUI::btnOpenFolder() {
-  QDesktopServices::openUrl(QUrl::fromLocalFile("file:///" + m_strSaveDir));
+  QDesktopServices::openUrl(QUrl::fromLocalFile(m_strSaveDir));
 }
 
 void SCANUI::mousePressEvent(QMouseEvent* pEvent) {
