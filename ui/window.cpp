@@ -14,6 +14,13 @@
 namespace {
 constexpr int kWidth = 1000;
 constexpr int kHeight = 680;
+
+/// Makes the folders above a folder that are missing, for their owner to write and all to enter.
+void MakeParents(const std::string& strFolder) {
+  const size_t nEnd = strFolder.find_last_not_of('/');
+  for (size_t i = strFolder.find('/', 1); i < nEnd; i = strFolder.find('/', i + 1))
+    mkdir(strFolder.substr(0, i).c_str(), 0755);
+}
 }  // namespace
 
 DRUI::DRUI(QWidget* pParent, Qt::WindowFlags flags)
@@ -51,6 +58,10 @@ void DRUI::Init() {
   // Folders that exist already are no error; what needs them fails on its own terms.
   const std::string strWorkFolder = WorkFolder();
   mkdir(strWorkFolder.c_str(), 0777);
+#ifndef Q_OS_MACOS
+  // Only there are they part of the system.
+  MakeParents(strWorkFolder);
+#endif
   mkdir((strWorkFolder + kDecryptFolderName).c_str(), 0777);
 }
 

@@ -1,7 +1,5 @@
 #include "tests/app/end_to_end_fixture.h"
 
-#include <unistd.h>
-
 #include <QFile>
 #include <QStandardPaths>
 
@@ -14,25 +12,6 @@ constexpr QSize kWindow(1000, 680);
 constexpr QPoint kWindowPlace((kDisplay.width() - kWindow.width()) / 2,
                               (kDisplay.height() - kWindow.height()) / 2);
 
-/// Makes a root of its own out of the machine's, with "/Library" from a folder of the test, and runs a
-/// command there. All of it goes with the process.
-constexpr char kScript[] =
-    "set -e\n"
-    "root=$1 library=$2; shift 2\n"
-    "mount -t tmpfs tmpfs \"$root\"\n"
-    "for entry in /*; do\n"
-    "  if [ -L \"$entry\" ]; then cp -P \"$entry\" \"$root$entry\"\n"
-    "  elif [ -d \"$entry\" ]; then mkdir \"$root$entry\"; mount --rbind \"$entry\" \"$root$entry\"; fi\n"
-    "done\n"
-    "mkdir \"$root/Library\"\n"
-    "mount --bind \"$library\" \"$root/Library\"\n"
-    "exec chroot \"$root\" \"$@\"\n";
-
-QStringList Unshare() {
-  return geteuid() == 0 ? QStringList{"-m", "--propagation", "private"}
-                        : QStringList{"-rm", "--propagation", "private"};
-}
-
 }  // namespace
 
 void EndToEnd::SetUp() {
@@ -40,12 +19,8 @@ void EndToEnd::SetUp() {
     if (QStandardPaths::findExecutable(pszTool).isEmpty()) GTEST_SKIP() << pszTool << " isn't there";
   }
   if (QFile::exists("/Library")) GTEST_SKIP() << "/Library is there on this machine";
-  QProcess probe;
-  probe.start("unshare", Unshare() << "sh"
-                                   << "-c" << kScript << "sh" << Folder("root") << Folder("Library")
-                                   << "true");
-  if (!probe.waitForFinished(kLimit) || probe.exitStatus() != QProcess::NormalExit || probe.exitCode() != 0)
-    GTEST_SKIP() << "no file system of one's own here: " << probe.readAllStandardError().toStdString();
+  const std::string strObstacle = ObstacleToOwnRoot(m_folder);
+  if (!strObstacle.empty()) GTEST_SKIP() << strObstacle;
   m_screen.start("Xvfb", {"-displayfd", "1", "-noreset", "-screen", "0",
                           QString("%1x%2x24").arg(kDisplay.width()).arg(kDisplay.height())});
   if (!WaitFor([&] { return m_screen.canReadLine(); })) GTEST_SKIP() << "Xvfb doesn't start";
@@ -62,8 +37,7 @@ EndToEnd::~EndToEnd() {
 void EndToEnd::StartProgram() {
   // File dialogs remember where they have been.
   m_program.Start({"start"}, {m_display, "QT_QPA_PLATFORM=xcb", "XDG_CONFIG_HOME=" + Folder("settings")},
-                  QStringList{"unshare"} + Unshare() +
-                      QStringList{"sh", "-c", kScript, "sh", Folder("root"), Folder("Library")});
+                  InOwnRoot(m_folder));
 }
 
 QString EndToEnd::Run(const QString& qstrTool, const QStringList& arguments) {

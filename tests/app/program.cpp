@@ -1,5 +1,7 @@
 #include "tests/app/program.h"
 
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -14,6 +16,25 @@ QByteArray ReadProcFile(qint64 nProcess, const char* pszName) {
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// Makes a root of its own out of the machine's, with "/Library" from a folder of the test, and runs a
+/// command there. All of it goes with the process.
+constexpr char kScript[] =
+    "set -e\n"
+    "root=$1 library=$2; shift 2\n"
+    "mount -t tmpfs tmpfs \"$root\"\n"
+    "for entry in /*; do\n"
+    "  if [ -L \"$entry\" ]; then cp -P \"$entry\" \"$root$entry\"\n"
+    "  elif [ -d \"$entry\" ]; then mkdir \"$root$entry\"; mount --rbind \"$entry\" \"$root$entry\"; fi\n"
+    "done\n"
+    "mkdir \"$root/Library\"\n"
+    "mount --bind \"$library\" \"$root/Library\"\n"
+    "exec chroot \"$root\" \"$@\"\n";
+
+QStringList Unshare() {
+  return geteuid() == 0 ? QStringList{"-m", "--propagation", "private"}
+                        : QStringList{"-rm", "--propagation", "private"};
+}
+
 }  // namespace
 
 QString ProgramPath() {
@@ -22,6 +43,26 @@ QString ProgramPath() {
 
 bool MayStartWindow() {
   return !QFile::exists("/Library");
+}
+
+QStringList InOwnRoot(const TemporaryFolder& folder) {
+  return QStringList{"unshare"} + Unshare() +
+         QStringList{"sh",
+                     "-c",
+                     kScript,
+                     "sh",
+                     QString::fromStdString(folder.MakeFolder("root")),
+                     QString::fromStdString(folder.MakeFolder("Library"))};
+}
+
+std::string ObstacleToOwnRoot(const TemporaryFolder& folder) {
+  QProcess probe;
+  QStringList command = InOwnRoot(folder) << "true";
+  const QString qstrFirst = command.takeFirst();
+  probe.start(qstrFirst, command);
+  if (probe.waitForFinished(kLimit) && probe.exitStatus() == QProcess::NormalExit && probe.exitCode() == 0)
+    return "";
+  return "no file system of one's own here: " + probe.readAllStandardError().toStdString();
 }
 
 Program::~Program() {

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support.h"
+
 // The real program, which is built beside the tests, as a child process.
 
 /// Path of the executable.
@@ -11,6 +13,12 @@ QString ProgramPath();
 
 /// Whether starting the window may change nothing of this machine: none of its fixed folders is there.
 bool MayStartWindow();
+
+/// The command in front of another that runs it in a file system of its own: the machine's, with "/Library"
+/// from a folder of that name inside a test's folder. All of it goes with the last process there.
+QStringList InOwnRoot(const TemporaryFolder& folder);
+/// Why this machine can't run it; empty when it can.
+std::string ObstacleToOwnRoot(const TemporaryFolder& folder);
 
 /// A running program. Goes with the object.
 class Program : public QProcess {

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QApplication>
 #include <QCloseEvent>
 #include <QScreen>
@@ -5,6 +7,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "common/places.h"
 #include "tests/ui/window_fixture.h"
 
 namespace {
@@ -179,13 +182,40 @@ TEST_F(MainWindow, FilesOfAnEarlierRunAreGoneWhenTheHomeScreenComesUp) {
   EXPECT_TRUE(NamesIn(m_folder.Path("work/VelmoraiTunesExBackupPath")).empty());
 }
 
-TEST_F(MainWindow, AMissingParentOfTheWorkFolderIsNoError) {
+/// Permissions of a folder, 0 where there is none.
+unsigned int ModeOf(const std::string& strFolder) {
+  struct stat info = {};
+  return stat(strFolder.c_str(), &info) == 0 ? info.st_mode & 07777u : 0;
+}
+
+TEST_F(MainWindow, MakesTheParentsOfTheWorkFolderWhereTheyArentTheSystems) {
+  SetPlaces(m_folder.Path("backups"), m_folder.Path("Library/Application Support//Velmora Orvandel"));
+  m_folder.MakeFolder("Library");
+  chmod(m_folder.Path("Library").c_str(), 0700);
+  const mode_t nMask = umask(0);
+
+  DRUI& window = Open();
+
+  umask(nMask);
+  EXPECT_TRUE(window.isVisible());
+#ifndef Q_OS_MACOS
+  EXPECT_EQ(0700u, ModeOf(m_folder.Path("Library"))) << "what is there stays as it is";
+  EXPECT_EQ(0755u, ModeOf(m_folder.Path("Library/Application Support")));
+  EXPECT_EQ(0777u, ModeOf(m_folder.Path("Library/Application Support/Velmora Orvandel")));
+  EXPECT_EQ(0777u, ModeOf(WorkFolder() + "VelmoraiTunesExBackupPath"));
+#else
+  EXPECT_EQ(0u, ModeOf(m_folder.Path("Library/Application Support")));
+#endif
+}
+
+TEST_F(MainWindow, AWorkFolderThatCantBeMadeIsNoError) {
+  m_folder.Write("no", "a file");
   SetPlaces(m_folder.Path("backups"), m_folder.Path("no/such/place"));
 
   DRUI& window = Open();
 
   EXPECT_TRUE(window.isVisible());
-  EXPECT_FALSE(Exists(m_folder.Path("no")));
+  EXPECT_EQ("a file", ReadFile(m_folder.Path("no")));
 }
 
 TEST_F(MainWindow, TheStepThatBuildsNoFurtherScreenBuildsNone) {
