@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <algorithm>
+#include <utility>
 
 #include "ui/window.h"
 
@@ -18,7 +19,9 @@ void DRUI::CheckBoxStatChange(int) {
 }
 
 void DRUI::CheckBoxAllStatChange(int nState) {
-  if (nState == Qt::PartiallyChecked && !m_bPartFromSix) {
+  // The six speak of one change: the next one may be a click again.
+  const bool bFromSix = std::exchange(m_bPartFromSix, false);
+  if (nState == Qt::PartiallyChecked && !bFromSix) {
     // A click has led from unticked to partly ticked: it means all.
     if (m_pCheckBoxAll) m_pCheckBoxAll->setCheckState(Qt::Checked);
     return;

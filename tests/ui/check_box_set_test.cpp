@@ -74,6 +74,33 @@ TEST_F(CheckBoxSet, AClickThatLeadsToPartlyTickedTicksTheBoxForAll) {
   ExpectButton(true);
 }
 
+TEST_F(CheckBoxSet, AClickIsAClickAgainAfterTheSixHaveMadeAPart) {
+  m_six[1].setChecked(true);
+  m_six[2].setChecked(true);  // partly ticked already: no change that could be handled
+  ASSERT_EQ(Qt::PartiallyChecked, m_all.checkState());
+  m_all.click();
+  ASSERT_EQ(Qt::Checked, m_all.checkState());
+  m_all.click();
+  ASSERT_EQ(Qt::Unchecked, m_all.checkState());
+
+  m_all.click();
+
+  EXPECT_EQ(Qt::Checked, m_all.checkState());
+  ExpectButton(true);
+}
+
+TEST_F(CheckBoxSet, ThePartOfTheSixIsOneChangeOfTheBoxForAll) {
+  m_all.disconnect(&Window());
+  m_six[1].setChecked(true);
+
+  Window().CheckBoxAllStatChange(Qt::PartiallyChecked);
+  const int nAfterSix = m_all.checkState();
+  Window().CheckBoxAllStatChange(Qt::PartiallyChecked);
+
+  EXPECT_EQ(Qt::PartiallyChecked, nAfterSix);
+  EXPECT_EQ(Qt::Checked, m_all.checkState());
+}
+
 TEST_F(CheckBoxSet, ThePartOfTheSixStaysAPart) {
   for (QCheckBox& box : m_six) box.setChecked(true);
 
