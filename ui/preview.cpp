@@ -1,13 +1,13 @@
 // What stands beside or above a table and shows the row in hand, and the file list of an app.
 
 #include <QBoxLayout>
-#include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 
 #include "common/text.h"
 #include "ui/category_tables.h"
 #include "ui/chat_view.h"
+#include "ui/icon_file.h"
 #include "ui/row_writer.h"
 #include "ui/styles.h"
 
@@ -21,16 +21,13 @@ constexpr int kWidestUnscaled = 700;
 constexpr qint64 kMostPixelsWhole = 8LL * 1000 * 1000;
 constexpr qint64 kMostPixelsScaled = 100LL * 1000 * 1000;
 constexpr qint64 kMostPixels = 50LL * 1000 * 1000;
-constexpr qint64 kMostBytesOfIcon = 1 << 20;
 
-/// True for what says nothing of its size in its head: a drawing, which is a program of a kind, names other
-/// files and may take any time; and an icon with a picture of another kind inside.
-bool HidesItsSize(const QString& qstrPath, const QByteArray& format) {
-  if (format.startsWith("svg")) return true;
-  if (format != "ico" && format != "cur") return false;
-  QFile file(qstrPath);
-  return file.size() > kMostBytesOfIcon || !file.open(QIODevice::ReadOnly) ||
-         file.read(kMostBytesOfIcon).contains("\x89PNG");
+/// What decoding a picture takes in pixels of 32 bits, as its head tells; -1 where it can't be told.
+/// @param format of the reader, which no longer knows it once it has read the size.
+qint64 PixelsOf(const QImageReader& reader, const QByteArray& format, const QSize& full) {
+  if (format == "ico" || format == "cur") return PixelsOfIcon(reader.fileName());
+  const bool bDeep = QImage::toPixelFormat(reader.imageFormat()).bitsPerPixel() > 32;
+  return static_cast<qint64>(full.width()) * full.height() * (bDeep ? 2 : 1);
 }
 
 QLabel* CreatePictureLabel(const TablePreview& preview) {
@@ -59,11 +56,11 @@ QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
   if (!reader.canRead()) return QPixmap();
   const QByteArray format = reader.format();
   const QSize full = reader.size();
-  if (!full.isValid() || HidesItsSize(qstrPath, format)) return QPixmap();
+  // A drawing says nothing of its size: it is a program of a kind, names other files and may take any time.
+  if (!full.isValid() || format.startsWith("svg")) return QPixmap();
   const bool bScales = format == "jpeg" && full.width() > kWidestUnscaled;
-  const bool bDeep = QImage::toPixelFormat(reader.imageFormat()).bitsPerPixel() > 32;
-  const qint64 nPixels = static_cast<qint64>(full.width()) * full.height();
-  if (nPixels * (bDeep ? 2 : 1) > (bScales ? kMostPixelsScaled : kMostPixels)) return QPixmap();
+  const qint64 nPixels = PixelsOf(reader, format, full);
+  if (nPixels < 0 || nPixels > (bScales ? kMostPixelsScaled : kMostPixels)) return QPixmap();
   if (bScales && nPixels > kMostPixelsWhole) reader.setScaledSize(full.scaled(size, Qt::KeepAspectRatio));
   QPixmap pixmap = QPixmap::fromImageReader(&reader);
   if (pixmap.width() > kWidestUnscaled)

@@ -170,6 +170,12 @@ const std::vector<LargePicture> kLargePictures = {
     {"BmpHeadUpsideDown", [] { return BmpHead(20000, -20000); }, true, false},
     {"PpmHead", [] { return std::string("P6 20000 20000 255\nxxxx"); }, true, false},
     {"IconAroundAPng", [] { return Icon(16, Png(20000, 20000, 1, 0, false)); }, true, false},
+    {"IconAroundABitmap",
+     [] {
+       return Icon(0, LittleEndian(quint32(40)) + LittleEndian(qint32(20000)) + LittleEndian(qint32(40000)) +
+                          std::string("\1\0\x20\0", 4) + std::string(1000, '\0'));
+     },
+     true, false},
     {"Jpeg",
      [] {
        return Encoded("jpg", {9000, 9000});
