@@ -32,16 +32,17 @@ DRUI::DRUI(QWidget* pParent, Qt::WindowFlags flags)
   setFixedSize(kWidth, kHeight);
   resize(kWidth, kHeight);
   setWindowIcon(QIcon(":/image/logo.ico"));
-  if (const QScreen* pScreen = QApplication::primaryScreen()) {
-    const QSize desktop = pScreen->size();
-    move((desktop.width() - width()) / 2, (desktop.height() - height()) / 2);
-  }
+  if (const QScreen* pScreen = QApplication::primaryScreen()) MoveToMiddleOf(pScreen->geometry());
   Init();
 }
 
 DRUI::~DRUI() {
   // Before anything that its last lines could still reach.
   DropDecryptProcess();
+}
+
+void DRUI::MoveToMiddleOf(const QRect& desktop) {
+  move(desktop.x() + (desktop.width() - width()) / 2, desktop.y() + (desktop.height() - height()) / 2);
 }
 
 void DRUI::Init() {
@@ -57,11 +58,11 @@ void DRUI::Init() {
   m_ui.centralWidget->setLayout(pLayout);
   // Folders that exist already are no error; what needs them fails on its own terms.
   const std::string strWorkFolder = WorkFolder();
-  mkdir(strWorkFolder.c_str(), 0777);
 #ifndef Q_OS_MACOS
   // Only there are they part of the system.
   MakeParents(strWorkFolder);
 #endif
+  mkdir(strWorkFolder.c_str(), 0777);
   mkdir((strWorkFolder + kDecryptFolderName).c_str(), 0777);
 }
 

@@ -51,6 +51,10 @@ class DRUI : public QMainWindow {
   // Called by the progress dialog and by tests.
 
   /// The worker's steps on widgets.
+  /// Moves the window to the middle of a screen. @param desktop the screen's place among all screens; the
+  /// primary one needn't begin at (0, 0).
+  void MoveToMiddleOf(const QRect& desktop);
+
   HandOver& GetHandOver() { return m_handOver; }
 
   std::atomic<bool> m_bCancelScan{false};    ///< the user has confirmed a cancel; read by the worker

@@ -25,16 +25,43 @@ class MainWindow : public WindowTest {
   }
 };
 
+/// Distances from a window to the edges of a screen, positive inside.
+struct Distances {
+  int nLeft, nTop, nRight, nBottom;
+};
+
+Distances DistancesFrom(const DRUI& window, const QRect& screen) {
+  const QRect frame(window.pos(), window.size());
+  return {frame.left() - screen.left(), frame.top() - screen.top(), screen.right() - frame.right(),
+          screen.bottom() - frame.bottom()};
+}
+
+/// The same distance to opposite edges; an odd pixel may lie at either.
+void ExpectInTheMiddle(const Distances& distances) {
+  EXPECT_LE(std::abs(distances.nLeft - distances.nRight), 1) << distances.nLeft << ", " << distances.nRight;
+  EXPECT_LE(std::abs(distances.nTop - distances.nBottom), 1) << distances.nTop << ", " << distances.nBottom;
+}
+
 TEST_F(MainWindow, StandsInTheMiddleOfTheDesktopInItsFixedSize) {
   DRUI window;
-  const QSize desktop = QApplication::primaryScreen()->size();
 
   window.setVisible(true);
 
   EXPECT_EQ(QSize(1000, 680), window.size());
   EXPECT_EQ(QSize(1000, 680), window.minimumSize());
   EXPECT_EQ(QSize(1000, 680), window.maximumSize());
-  EXPECT_EQ(QPoint((desktop.width() - 1000) / 2, (desktop.height() - 680) / 2), window.pos());
+  ExpectInTheMiddle(DistancesFrom(window, QApplication::primaryScreen()->geometry()));
+}
+
+TEST_F(MainWindow, MovesToTheMiddleOfAScreenThatBeginsAnywhere) {
+  DRUI& window = Open();
+  const QRect screens[] = {{0, 0, 1920, 1080},        {1920, 0, 1280, 1024},   {0, 1080, 1601, 901},
+                           {-2560, -300, 2560, 1440}, {1366, -768, 1024, 700}, {40, 50, 800, 600}};
+  for (const QRect& screen : screens) {
+    window.MoveToMiddleOf(screen);
+
+    ExpectInTheMiddle(DistancesFrom(window, screen));
+  }
 }
 
 TEST_F(MainWindow, BearsTitleIconAndSystemFrame) {
