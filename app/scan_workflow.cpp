@@ -91,11 +91,15 @@ int DRUI::Scan(const char16_t*, int&) {
   return nStatus;
 }
 
+std::unique_ptr<IPhoneRecoveryParse> DRUI::MakeParser(CIphoneBackupFile& backupFile) {
+  return std::unique_ptr<IPhoneRecoveryParse>(
+      CIphoneRecoveryFactory::getInstance()->CreateRecoveryParse(&backupFile, RECOVERY_TYPE_LOCAL_BACKUP));
+}
+
 int DRUI::RunScan() {
   m_pRecoveryParse.reset();
   m_backupFile.Init(&m_curBackupInfo);
-  m_pRecoveryParse.reset(
-      CIphoneRecoveryFactory::getInstance()->CreateRecoveryParse(&m_backupFile, RECOVERY_TYPE_LOCAL_BACKUP));
+  m_pRecoveryParse = m_makeParser(m_backupFile);
   if (!m_pRecoveryParse) return kStatusFailed;
   m_pRecoveryParse->InitCallback(&DRUI::ScanCallBack, this);
 

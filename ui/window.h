@@ -9,6 +9,7 @@
 #include <QTreeWidget>
 #include <array>
 #include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -50,11 +51,11 @@ class DRUI : public QMainWindow {
 
   // Called by the progress dialog and by tests.
 
-  /// The worker's steps on widgets.
   /// Moves the window to the middle of a screen. @param desktop the screen's place among all screens; the
   /// primary one needn't begin at (0, 0).
   void MoveToMiddleOf(const QRect& desktop);
 
+  /// The worker's steps on widgets.
   HandOver& GetHandOver() { return m_handOver; }
 
   std::atomic<bool> m_bCancelScan{false};    ///< the user has confirmed a cancel; read by the worker
@@ -229,6 +230,7 @@ class DRUI : public QMainWindow {
 
   // The scan (app/scan_workflow.cpp), its decrypt tool (app/encrypted_backup.cpp) and the recovery
   // (app/recovery_workflow.cpp), on their workers.
+  static std::unique_ptr<IPhoneRecoveryParse> MakeParser(CIphoneBackupFile& backupFile);
   int RunScan();
   void ShowCategory(const Category& category);
   QString DecryptBackup();
@@ -251,7 +253,10 @@ class DRUI : public QMainWindow {
   CIphoneBackupFile m_backupFile;
   __BACK_FILE_INFO__ m_curBackupInfo;
   std::unique_ptr<IPhoneRecoveryParse> m_pRecoveryParse;
+  /// Makes the parser of a scan, null where there is none. Tests put one of their own in its place.
+  std::function<std::unique_ptr<IPhoneRecoveryParse>(CIphoneBackupFile&)> m_makeParser = &DRUI::MakeParser;
   BackupRecords m_records;
+  uint m_nWorkerStackSize = 0;   // bytes, 0 for the system's default; tests ask for what it refuses
   QSemaphore m_scanBegun;        // released by the worker once it has cleared the flags of the scan before
   int m_nLastScanProgress = -1;  // of the worker: the value that it reported last
   std::atomic<int> m_nDecryptStatus{0};  // 0, or -110 once the tool has refused the password
@@ -260,7 +265,6 @@ class DRUI : public QMainWindow {
 
   // Selection.
   SelectionMap m_mapSelCamera;
-  uint m_nWorkerStackSize = 0;   // bytes, 0 for the system's default; tests ask for what it refuses
   SelectionMap m_mapSelPhotoStream;
   AppSelectionMap m_mapSelAppPhotos;
   AppSelectionMap m_mapSelAppVideos;

@@ -63,6 +63,11 @@ class WindowAccess {
   static QPushButton*& CheckBoxButton(DRUI& window) { return window.m_pCheckBoxButton; }
   /// Makes the system refuse to start the workers of a window, or start them again.
   static void RefuseWorkers(DRUI& window, bool bRefuse) { window.m_nWorkerStackSize = bRefuse ? 1 : 0; }
+  /// What the scans of a window take their parsers from.
+  static auto& ParserMaker(DRUI& window) { return window.m_makeParser; }
+  static std::unique_ptr<IPhoneRecoveryParse> MakeParser(CIphoneBackupFile& backupFile) {
+    return DRUI::MakeParser(backupFile);
+  }
   /// Where the last recovery goes; null when no folder was chosen.
   static QString RecoveryFolder(const DRUI& window) { return window.m_strSelectDir; }
 };
