@@ -97,18 +97,43 @@ TEST_F(SecondScan, TicksOfTheFirstStayInTheMaps) {
   EXPECT_EQ(1, Table("m_pCameraTable")->rowCount());
 }
 
+/// A parser that notes when it goes.
+class NotedParser : public CLocalBuckupRecovery {
+ public:
+  NotedParser(std::vector<std::string>& notes, int nNumber) : m_notes(notes), m_nNumber(nNumber) {
+    m_notes.push_back("made " + std::to_string(m_nNumber));
+  }
+  ~NotedParser() override { m_notes.push_back("gone " + std::to_string(m_nNumber)); }
+  int Scan(QString qstrFolder) override {
+    m_notes.push_back("scanned by " + std::to_string(m_nNumber));
+    return CLocalBuckupRecovery::Scan(qstrFolder);
+  }
+
+ private:
+  std::vector<std::string>& m_notes;
+  const int m_nNumber;
+};
+
 TEST_F(SecondScan, MakesItsOwnParser) {
   WriteSmallBackup(BackupPath("one"), BackupBuilder::Layout::Db);
+  std::vector<std::string> notes;
+  int nMade = 0;
   Open();
+  WindowAccess::ParserMaker(Window()) = [&](CIphoneBackupFile& backupFile) {
+    auto pParser = std::make_unique<NotedParser>(notes, ++nMade);
+    pParser->Init(&backupFile);
+    return pParser;
+  };
   EXPECT_EQ(nullptr, WindowAccess::Parser(Window()));
   ScanBackup();
-  IPhoneRecoveryParse* pFirst = WindowAccess::Parser(Window());
   GoHome();
 
   Click(Find<QPushButton>("m_pScanButton"));
 
-  EXPECT_NE(nullptr, pFirst);
-  EXPECT_NE(nullptr, WindowAccess::Parser(Window()));
+  EXPECT_EQ(std::vector<std::string>({"made 1", "scanned by 1", "gone 1", "made 2", "scanned by 2"}), notes);
+  EXPECT_EQ(kSmallBackupLabels, Labels());
+  CloseWindow();
+  EXPECT_EQ("gone 2", notes.back());
 }
 
 }  // namespace
