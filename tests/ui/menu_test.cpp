@@ -69,6 +69,7 @@ TEST_F(Menu, HoldsItsActionsInOrder) {
   Open();
   Window().InitMenu(&m_parent);
   const char* const texts[] = {"Help", "Support", "Language"};
+  const char* const icons[] = {"help", "support", "language"};
 
   const QList<QAction*> actions = WindowAccess::MenuButton(Window())->menu()->actions();
 
@@ -76,7 +77,11 @@ TEST_F(Menu, HoldsItsActionsInOrder) {
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(texts[i], actions[i]->text());
     EXPECT_EQ(texts[i], actions[i]->data().toString());
-    EXPECT_FALSE(actions[i]->icon().pixmap(16, 16).isNull()) << texts[i];
+    const QImage wanted = QIcon(QString(":/image/%1.png").arg(icons[i])).pixmap(16, 16).toImage();
+    EXPECT_FALSE(wanted.isNull()) << icons[i];
+    EXPECT_EQ(wanted, actions[i]->icon().pixmap(16, 16).toImage()) << icons[i];
+    for (int j = 0; j < i; ++j)
+      EXPECT_NE(actions[j]->icon().pixmap(16, 16).toImage(), wanted) << icons[i] << " and " << icons[j];
   }
 }
 
