@@ -1,5 +1,9 @@
+#include <QtWebKit/QWebElement>
+#include <QtWebKitWidgets/QWebFrame>
+
 #include "tests/cli/small_backup.h"
 #include "tests/ui/window_fixture.h"
+#include "ui/chat_view.h"
 
 namespace {
 
@@ -115,16 +119,55 @@ TEST_F(CategoryTree, LabelsThatHoldOthersFindTheirOwnCategory) {
 }
 
 TEST_F(CategoryTree, ANodeWithoutRecordsShowsAnEmptyPageAndNoPreview) {
+  struct Case {
+    int nNode;
+    const char* pszTable;
+    const char* pszPreview;  ///< null where there is none
+    bool bHidden;
+  };
+  const Case cases[] = {{0, "m_pCameraTable", "m_pCameraPreview", false},
+                        {1, "m_pPhotoStreamTable", "m_pPhotoStreamPreview", false},
+                        {2, "m_pAppPhotosTable", nullptr, false},
+                        {3, "m_pAppVideosTable", nullptr, false},
+                        {4, "m_pMessageTable", "m_pMessageWebView", true},
+                        {5, "m_pMessAttachTable", "m_pMessAttachPreview", false},
+                        {6, "m_pContactsTable", "m_pContactText", true},
+                        {7, "m_pCallHistoryTable", nullptr, false},
+                        {8, "m_pNotesTable", "m_pNoteText", true},
+                        {9, "m_pWhatsappTable", "m_pWhatsappWebView", true},
+                        {10, "m_pWhatsappAttachTable", "m_pWhatsappAttachPreview", false}};
   WriteEmptyBackup("one");
   Open();
   ScanBackup();
+  // Marks that go if anything is previewed, an empty record too.
+  for (const Case& one : cases) {
+    if (!one.pszPreview) continue;
+    if (auto* pLabel = Window().findChild<QLabel*>(one.pszPreview))
+      pLabel->setText("mark");
+    else
+      Find<ChatView>(one.pszPreview)->page()->mainFrame()->findFirstElement("body").setInnerXml("mark");
+  }
 
-  ClickNode(4);
+  for (const Case& one : cases) {
+    ClickNode(one.nNode);
 
-  EXPECT_EQ("Message(0)", Node(4)->text(0).toStdString());
-  EXPECT_EQ(Qt::Unchecked, Node(4)->checkState(0));
-  EXPECT_EQ(0, Table("m_pMessageTable")->rowCount());
-  EXPECT_TRUE(Table("m_pMessageTable")->isVisible());
+    EXPECT_EQ(kZeroLabels[static_cast<size_t>(one.nNode)], Labels()[static_cast<size_t>(one.nNode)]);
+    EXPECT_EQ(Qt::Unchecked, Node(one.nNode)->checkState(0)) << one.nNode;
+    EXPECT_EQ(0, Table(one.pszTable)->rowCount()) << one.nNode;
+    EXPECT_TRUE(Table(one.pszTable)->isVisible()) << one.nNode;
+    for (const Case& other : cases) {
+      if (!other.pszPreview) continue;
+      auto* pPreview = Find<QWidget>(other.pszPreview);
+      EXPECT_EQ(other.nNode == one.nNode && !one.bHidden, pPreview->isVisible()) << other.pszPreview;
+      if (const auto* pLabel = qobject_cast<QLabel*>(pPreview))
+        EXPECT_EQ("mark", pLabel->text()) << other.pszPreview << ", " << one.nNode;
+      else
+        EXPECT_EQ(
+            "mark",
+            Find<ChatView>(other.pszPreview)->page()->mainFrame()->findFirstElement("body").toInnerXml())
+            << other.pszPreview << ", " << one.nNode;
+    }
+  }
 }
 
 TEST_F(CategoryTree, SelectingANodeASecondTimeKeepsTheTicksOfItsRows) {
