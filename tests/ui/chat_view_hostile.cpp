@@ -9,12 +9,7 @@
 #include <QDialog>
 #include <QMouseEvent>
 #include <QTcpSocket>
-#include <QTest>
 #include <QTimer>
-
-namespace {
-constexpr int kEngineDelay = 40;  // milliseconds, for what the engine puts off to its own loop
-}
 
 WindowWatch::WindowWatch() {
   qApp->installEventFilter(this);
@@ -71,10 +66,10 @@ void ChatHostileTest::ShowHostile(const std::string& strText) {
   Records().m_mapMessage = {{1, {Message(0, Filled(strText))}}, {2, {Message(1, "normal")}}};
   Records().m_mapWhatsApp = {{1, {ChatMessage(0, Filled(strText))}}, {2, {ChatMessage(1, "normal")}}};
   SelectNode(4);
-  QTest::qWait(kEngineDelay);
+  ServeEngine();
   SelectNode(9);
   SelectNode(4);  // the chat has emptied the view of messages
-  QTest::qWait(kEngineDelay);
+  ServeEngine();
 }
 
 void ChatHostileTest::ClickGo(ChatView* pView) {
@@ -92,7 +87,7 @@ void ChatHostileTest::ClickGo(ChatView* pView) {
                       Qt::NoModifier);
     QApplication::sendEvent(pView, &event);
   }
-  QTest::qWait(kEngineDelay);
+  ServeEngine();
 }
 
 void ChatHostileTest::ExpectGoesOn() {

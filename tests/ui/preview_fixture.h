@@ -17,6 +17,10 @@ class Deadline {
   Deadline& operator=(const Deadline&) = delete;
 };
 
+/// Serves what the engine of the chat views has put off: all that was due within a moment, and what came of
+/// it. Its timers run in the order of their time, so that one of the test's own comes after the others.
+void ServeEngine();
+
 /// A category whose rows are files, shown as pictures.
 struct PictureCategory {
   int nNumber;

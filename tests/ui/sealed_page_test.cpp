@@ -2,10 +2,10 @@
 
 #include "ui/sealed_page.h"
 
+#include <QNetworkReply>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QTest>
 #include <QtWebKit/QWebElement>
 #include <QtWebKit/QWebSettings>
 #include <QtWebKitWidgets/QWebFrame>
@@ -127,7 +127,7 @@ TEST_F(SealedPageTest, AScriptReachesNoServer) {
       "navigator.sendBeacon&&navigator.sendBeacon('" + http + "','x')",
   };
   for (const QString& qstrScript : scripts) m_page.Run(qstrScript);
-  QTest::qWait(100);  // what the engine puts off, it does in its own loop
+  ServeEngine();
 
   EXPECT_FALSE(WasReached());
 }
@@ -189,7 +189,7 @@ TEST_F(SealedPageTest, GoesNowhere) {
 
   m_page.mainFrame()->load(QUrl(Address()));
   m_page.mainFrame()->load(QUrl("file:///etc/passwd"));
-  QTest::qWait(100);
+  ServeEngine();
 
   EXPECT_EQ("<b>kept</b>", m_page.mainFrame()->findFirstElement("body").toInnerXml());
   EXPECT_FALSE(WasReached());
@@ -217,7 +217,7 @@ TEST_F(SealedPageTest, RunsNoScriptOfAPage) {
   m_page.Run(
       "document.body.insertAdjacentHTML('beforeEnd',\"<img src='x' onerror='document.title=1'>"
       "<svg onload='document.title=2'></svg><details ontoggle='document.title=3' open></details>\")");
-  QTest::qWait(50);
+  ServeEngine();
 
   EXPECT_EQ("", m_page.Run("document.title").toString());
 }
