@@ -199,6 +199,7 @@ int VisitBinaryManifest(const char16_t* pPath, const std::function<void(const fi
     ReportLoss(strPath, "not a manifest: it doesn't begin with \"mbdb\"");
     return kStatusMissing;
   }
+  if (nRead < sizeof head) ReportLoss(strPath, "cut short within its head");
   ManifestWindow window(nDescriptor);
   VisitEntries(strPath, window, visit);
   return kStatusOk;

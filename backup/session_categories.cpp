@@ -1,10 +1,10 @@
 // The categories of a backup, as the session reads them: each step finds its stores, runs their reader and
 // adds its share to the progress.
 
-#include <QFile>
 #include <cstring>
 
 #include "backup/session.h"
+#include "common/file.h"
 #include "common/status.h"
 #include "common/text.h"
 
@@ -47,7 +47,7 @@ int CIphoneBackupFile::GetBackupFileHistoryCallInfo(std::vector<__CALLHISTORY__>
   CIPhoneHistoryCall reader;
   reader.nProductVersionAbove11 = m_backupInfo.bProductVersionAbove11;
   std::string strCallPath = StorePath(kCallStore);
-  if (!QFile::exists(FromNarrow(strCallPath))) strCallPath = StorePath(kCallStoreFallback);
+  if (!EntryExists(strCallPath)) strCallPath = StorePath(kCallStoreFallback);
   const int nStatus = reader.GetHistoryCallInfo(strCallPath, StorePath(kContactsStore), calls);
   Advance(m_nProgressStep / 2);
   return nStatus;

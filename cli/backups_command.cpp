@@ -6,6 +6,7 @@
 #include "cli/commands.h"
 #include "cli/exit_status.h"
 #include "cli/json_stream.h"
+#include "cli/open_backup.h"
 #include "cli/output.h"
 #include "cli/places.h"
 #include "cli/problems.h"
@@ -52,6 +53,7 @@ int RunBackups(const Options& options) {
   CIphoneBackupFile session;
   std::vector<__BACK_FILE_INFO__> backups;
   session.GetBackFileInfo(backups);
+  for (__BACK_FILE_INFO__& info : backups) CompleteEncryption(info);
   if (backups.empty())
     ExplainEmptyList(options.qstrFolder.isEmpty() ? FromNarrow(BackupRoot()) : options.qstrFolder);
 

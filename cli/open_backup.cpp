@@ -39,8 +39,8 @@ int NotABackup(const QString& qstrFolder, int nError) {
   return kExitNoBackup;
 }
 
-bool HasReadableContacts(const QString& qstrFolder) {
-  const BackupLayout layout{qstrFolder, false, EntryExists(ToNarrow(qstrFolder) + "/Manifest.db")};
+bool HasReadableContacts(const std::string& strFolder) {
+  const BackupLayout layout{FromNarrow(strFolder), false, EntryExists(strFolder + "/Manifest.db")};
   const int nDescriptor = OpenBackupFile(ToNarrow(layout.PathOf(kContactsStore)).c_str());
   if (nDescriptor != -1) close(nDescriptor);
   return nDescriptor != -1;
@@ -102,6 +102,11 @@ void NameFailures(OpenBackup& backup) {
 
 }  // namespace
 
+void CompleteEncryption(__BACK_FILE_INFO__& info) {
+  if (!info.bEncrypted && !HasReadableContacts(info.strBackupPath))
+    info.bEncrypted = IsMarkedEncrypted(info.strBackupPath);
+}
+
 int Interrupted() {
   PrintError("stopped");
   return 128 + StopSignal();
@@ -112,9 +117,7 @@ int ReadBackup(const Options& options, ProgressBar& bar, OpenBackup& backup) {
   errno = 0;
   if (backup.session.GetBackFileInfo(ToNarrow(options.qstrBackup).c_str(), &info) != kStatusOk)
     return NotABackup(options.qstrBackup, errno);
-  // The contacts store tells whether a backup is encrypted. One that lacks a readable one may say so itself.
-  if (!info.bEncrypted && !HasReadableContacts(options.qstrBackup))
-    info.bEncrypted = IsMarkedEncrypted(ToNarrow(options.qstrBackup));
+  CompleteEncryption(info);
   QString qstrDecryptedFolder;
   if (info.bEncrypted) {
     if (const int nStatus = backup.decryptRun.Run(options, bar)) return nStatus;

@@ -21,6 +21,10 @@ struct OpenBackup {
   std::vector<WrittenFile> notDecrypted;  ///< by their names on the device, where the manifest has them
 };
 
+/// The contacts store tells whether a backup is encrypted. Where there is none that can be opened, the backup's
+/// "Manifest.plist" decides.
+void CompleteEncryption(__BACK_FILE_INFO__& info);
+
 /// Opens the backup of the options and reads all of it.
 /// @return the exit status of the process when it can't go on, with a line on standard error printed; else 0.
 int ReadBackup(const Options& options, ProgressBar& bar, OpenBackup& backup);

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <vector>
 
+#include "common/new_file.h"
 #include "common/status.h"
 #include "common/text.h"
 
@@ -148,73 +149,20 @@ CopyError CopyContent(int nSource, int nTarget) {
 
 }  // namespace
 
-namespace {
-
-/// A file that is being made. It gets its name only once it is whole, where the system can do that, so that a
-/// process that is killed leaves no fragment under it.
-class NewFile {
- public:
-  explicit NewFile(const char* pszTarget) : m_pszTarget(pszTarget) {
-#ifdef O_TMPFILE
-    const std::string strTarget = pszTarget;
-    const size_t nSlash = strTarget.rfind('/');
-    const std::string strFolder = nSlash == std::string::npos ? "." : strTarget.substr(0, nSlash + 1);
-    m_nDescriptor = open(strFolder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
-    if (m_nDescriptor != -1 && access(DescriptorPath().c_str(), F_OK) == 0) return;
-    if (m_nDescriptor != -1) close(m_nDescriptor);
-#endif
-    m_bNamed = true;
-    m_nDescriptor = open(pszTarget, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-  }
-  ~NewFile() {
-    if (m_nDescriptor == -1) return;
-    close(m_nDescriptor);
-    if (m_bNamed) unlink(m_pszTarget);
-  }
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
-
-  /// -1, with errno set, when it could not be made.
-  int Descriptor() const {
-    return m_nDescriptor;
-  }
-
-  /// Gives it its rights and its name, and closes it. Until then it goes with the object.
-  CopyError Finish(unsigned int nRights) {
-    // A file system that knows no rights is no failure.
-    fchmod(m_nDescriptor, static_cast<mode_t>(nRights));
-    if (!m_bNamed &&
-        linkat(AT_FDCWD, DescriptorPath().c_str(), AT_FDCWD, m_pszTarget, AT_SYMLINK_FOLLOW) != 0)
-      return {CopyError::kCreate, errno};
-    m_bNamed = true;
-    const int nDescriptor = m_nDescriptor;
-    m_nDescriptor = -1;
-    if (close(nDescriptor) == 0) return {};
-    const int nError = errno;
-    unlink(m_pszTarget);
-    return {CopyError::kWrite, nError};
-  }
-
- private:
-  std::string DescriptorPath() const {
-    return "/proc/self/fd/" + std::to_string(m_nDescriptor);
-  }
-
-  const char* m_pszTarget;
-  int m_nDescriptor = -1;
-  bool m_bNamed = false;
-};
-
-}  // namespace
-
 CopyError CopyBackupFile(const char* pszSource, const char* pszTarget, unsigned int nRights) {
   const int nSource = OpenBackupFile(pszSource);
   if (nSource == -1) return {CopyError::kOpen, errno};
-  NewFile target(pszTarget);
+  NewFile target(pszTarget, 0600);
   CopyError error = target.Descriptor() == -1 ? CopyError{CopyError::kCreate, errno}
                                               : CopyContent(nSource, target.Descriptor());
   close(nSource);
-  return error.step == CopyError::kNone ? target.Finish(nRights) : error;
+  if (error.step != CopyError::kNone) return error;
+  fchmod(target.Descriptor(),
+         static_cast<mode_t>(nRights));  // a file system that knows no rights is no failure
+  bool bNamed = false;
+  const int nError = target.Finish(bNamed);
+  if (nError != 0) error = {bNamed ? CopyError::kWrite : CopyError::kCreate, nError};
+  return error;
 }
 
 int GetFileByteSize(const char16_t* pPath, long long& nSize) {

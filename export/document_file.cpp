@@ -4,12 +4,13 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <fstream>
 
 #include "common/file.h"
 #include "common/text.h"
 
 namespace {
+
+constexpr unsigned int kRights = 0666;  // less the process's mask, as any program writes documents
 
 /// Takes away a file that could not be written whole: under its name, people would take it for the whole.
 /// What is not a regular file stays: a device or a pipe of the user's.
@@ -21,20 +22,19 @@ void RemoveFragment(const std::string& strPath) {
 }  // namespace
 
 int WritePage(const std::string& strPath, std::initializer_list<const std::string*> parts) {
-  errno = 0;
-  std::ofstream file(strPath, std::ios::binary | std::ios::trunc);
-  if (!file) return errno;
-  for (const std::string* pPart : parts)
-    file.write(pPart->data(), static_cast<std::streamsize>(pPart->size()));
-  file.close();
-  if (file) return 0;
-  const int nError = errno != 0 ? errno : EIO;
-  RemoveFragment(strPath);
-  return nError;
+  TextFile file(Ansi2Unicode(strPath.c_str()).c_str());
+  for (const std::string* pPart : parts) file.Write(*pPart);
+  return file.Close();
 }
 
-TextFile::TextFile(const char16_t* pPath)
-    : m_strPath(Unicode2Ansi(pPath)), m_pFile(_wfopen(pPath, L"w+,ccs=UTF-8")) {
+TextFile::TextFile(const char16_t* pPath) : m_strPath(Unicode2Ansi(pPath)) {
+  if (EntryExists(m_strPath)) {
+    m_pFile = _wfopen(pPath, L"w+,ccs=UTF-8");
+  } else {
+    m_pNewFile = std::make_unique<NewFile>(m_strPath, kRights);
+    // A descriptor of its own, since closing the stream closes it.
+    if (m_pNewFile->Descriptor() != -1) m_pFile = fdopen(dup(m_pNewFile->Descriptor()), "w");
+  }
   Keep(!m_pFile);
 }
 
@@ -51,10 +51,13 @@ void TextFile::Flush() {
 }
 
 int TextFile::Close() {
-  const bool bWasOpen = m_pFile != nullptr;
-  if (m_pFile) Keep(fclose(m_pFile) != 0);
+  if (!m_pFile) return m_nError;
+  Keep(fclose(m_pFile) != 0);
   m_pFile = nullptr;
-  if (bWasOpen && m_nError != 0) RemoveFragment(m_strPath);
+  bool bNamed = false;
+  if (m_pNewFile && m_nError == 0) m_nError = m_pNewFile->Finish(bNamed);
+  if (!m_pNewFile && m_nError != 0) RemoveFragment(m_strPath);
+  m_pNewFile.reset();
   return m_nError;
 }
 

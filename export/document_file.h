@@ -1,17 +1,20 @@
 #pragma once
 #include <cstdio>
 #include <initializer_list>
+#include <memory>
 #include <string>
 
-/// Writes a page in one go. One that can't be written whole is removed.
+#include "common/new_file.h"
+
+/// Writes a page in one go, over one that exists. One that can't be written whole isn't there at all.
 /// @param strPath narrow. @return 0, or the system's error number.
 int WritePage(const std::string& strPath, std::initializer_list<const std::string*> parts);
 
-/// A text file that is written piece by piece. A stream that can't be opened takes no text, and one that
-/// can't be written whole is removed when it is closed.
+/// A text file that is written piece by piece. A stream that can't be opened takes no text, and a file that
+/// can't be written whole isn't there at all.
 class TextFile {
  public:
-  /// @param pPath UTF-16.
+  /// @param pPath UTF-16. An existing file is truncated.
   explicit TextFile(const char16_t* pPath);
   ~TextFile();
   TextFile(const TextFile&) = delete;
@@ -28,6 +31,7 @@ class TextFile {
   void Keep(bool bFailed);
 
   std::string m_strPath;
-  FILE* m_pFile;
+  std::unique_ptr<NewFile> m_pNewFile;  // null for a file that exists
+  FILE* m_pFile = nullptr;
   int m_nError = 0;
 };

@@ -12,11 +12,11 @@ constexpr size_t kShortestFile = 512;  // bytes: a shorter one has no type and i
 
 constexpr size_t kHead = 6;  // bytes of "SQLite", which a store begins with
 
+constexpr char kEncryptionRule[] = "a contacts store too short for a head counts as an encrypted one";
 constexpr char kAbsent[] = "a file that the backup lacks is passed over";
 constexpr char kShort[] = "a file shorter than 512 bytes has no type and isn't listed";
 constexpr char kAsItIs[] = "a file cut short in a plain backup is copied as it is";
 constexpr char kTitle[] = "a key that \"Info.plist\" lacks stays empty";
-constexpr char kEncryptionRule[] = "the contacts store alone tells whether a backup is listed as encrypted";
 constexpr char kEntryEnd[] = "a binary manifest cut exactly between two entries is a shorter manifest";
 constexpr char kNoMessageFolder[] = "the message store isn't copied when no conversation could be written";
 constexpr char kNoInfo[] =
@@ -80,10 +80,9 @@ bool NoConversationIsWritten(const Run& run) {
          strOut.find("Failed\t") != std::string::npos;
 }
 
-std::string Without(std::string strText, const std::string& strPart) {
-  for (size_t n; !strPart.empty() && (n = strText.find(strPart)) != std::string::npos;)
-    strText.erase(n, strPart.size());
-  return strText;
+/// A page behind its title, which holds the display name of the device. The page's script names the tag before.
+std::string BehindTitle(const std::string& strPage) {
+  return strPage.substr(std::min(strPage.rfind("</h1>"), strPage.size()));
 }
 
 }  // namespace
@@ -92,8 +91,7 @@ std::string ExceptionFor(const Reference& reference, const Variant& variant, con
                          const Run& run, const std::string& strProduct, const std::string& strBackup) {
   const auto product = run.products.find(strProduct);
   if (fault.effect == Fault::kCut && fault.strObject == "/Info.plist" && product != run.products.end() &&
-      Without(product->second, reference.strDisplayName) ==
-          Without(reference.run.products.at(strProduct), reference.strDisplayName))
+      BehindTitle(product->second) == BehindTitle(reference.run.products.at(strProduct)))
     return kTitle;
   if (IsCutBetweenEntries(fault, strBackup)) return kEntryEnd;
   if (strProduct == "/Message/sms.db" && NoConversationIsWritten(run)) return kNoMessageFolder;
@@ -122,9 +120,8 @@ std::string OutputException(const Reference& reference, Command command, const V
   if (command == Command::Backups) {
     const auto contacts = reference.objects.find("contacts store");
     const bool bContacts = contacts != reference.objects.end() && contacts->second == strObject;
-    const bool bGone = fault.effect == Fault::kGone && IsGone(strBackup + strObject);
     const bool bCut = fault.effect == Fault::kCut && BytesOf(strBackup + strObject).size() < kHead;
-    return bContacts && (bGone || bCut) ? kEncryptionRule : "";
+    return bContacts && bCut ? kEncryptionRule : "";
   }
   if (IsNamedFile(strObject)) return {};
   if (fault.effect == Fault::kGone && IsGone(strBackup + strObject)) return kAbsent;

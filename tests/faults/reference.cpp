@@ -128,7 +128,6 @@ Reference MakeReference(Sandbox& sandbox, const Variant& variant, Command comman
   const Run scan = sandbox.Execute(variant, Command::ScanJson, {});
   const QJsonObject object = QJsonDocument::fromJson(QByteArray::fromStdString(scan.process.strOut)).object();
   if (object.isEmpty()) throw std::runtime_error(strWhat + ": no scan");
-  reference.strDisplayName = object["backup"].toObject()["displayName"].toString().toStdString();
   AddSources(reference, variant, object, sandbox.Master(variant), command == Command::Tool);
   return reference;
 }

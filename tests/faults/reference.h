@@ -7,7 +7,6 @@
 struct Reference {
   Run run;
   std::set<std::string> errorLines;
-  std::string strDisplayName;
   /// For each product the paths in the backup that it is made of, each with a "/" in front. The manifests and
   /// "Info.plist", which everything comes from, are left out.
   std::map<std::string, std::set<std::string>> sources;
