@@ -7,6 +7,7 @@
 #include "app/thread.h"
 #include "common/places.h"
 #include "common/status.h"
+#include "common/stop.h"
 #include "common/text.h"
 #include "ui/message_box.h"
 #include "ui/window.h"
@@ -78,11 +79,13 @@ int DRUI::Scan(const char16_t*, int&) {
   m_nLastScanProgress = -1;
   m_scanBegun.release();
   int nStatus = kStatusStopWalk;
+  SetStopFlag(&m_bCancelScan);  // so that a cancel ends the reading of a store too
   try {
     nStatus = RunScan();
   } catch (const std::bad_alloc&) {
     // A store made to have no end, say: what was read so far is shown.
   }
+  SetStopFlag(nullptr);
   // The dialog may not be there yet when a scan ends at once; a step on the main thread is served by it
   // alone.
   m_handOver.Run([] {});

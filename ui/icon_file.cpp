@@ -1,6 +1,5 @@
 #include "ui/icon_file.h"
 
-#include <QFile>
 #include <QtEndian>
 #include <algorithm>
 #include <cstdlib>
@@ -46,10 +45,10 @@ qint64 PixelsOfBitmap(const QByteArray& head, int nEntryWidth, int nEntryHeight)
 
 }  // namespace
 
-qint64 PixelsOfIcon(const QString& qstrPath) {
-  QFile file(qstrPath);
-  if (file.size() > kMostBytes || !file.open(QIODevice::ReadOnly)) return -1;
+qint64 PixelsOfIcon(QIODevice& file) {
+  if (file.size() > kMostBytes || !file.seek(0)) return -1;
   const QByteArray bytes = file.read(kMostBytes);
+  file.seek(0);
   if (bytes.size() < kHeadSize) return -1;
   const int nCount = qFromLittleEndian<quint16>(bytes.constData() + kCountOffset);
   qint64 nMost = 0;

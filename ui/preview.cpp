@@ -1,9 +1,10 @@
 // What stands beside or above a table and shows the row in hand, and the file list of an app.
 
 #include <QBoxLayout>
-#include <QFileInfo>
+#include <QFile>
 #include <QImageReader>
 
+#include "common/file.h"
 #include "common/text.h"
 #include "ui/category_tables.h"
 #include "ui/chat_view.h"
@@ -25,7 +26,7 @@ constexpr qint64 kMostPixels = 50LL * 1000 * 1000;
 /// What decoding a picture takes in pixels of 32 bits, as its head tells; -1 where it can't be told.
 /// @param format of the reader, which no longer knows it once it has read the size.
 qint64 PixelsOf(const QImageReader& reader, const QByteArray& format, const QSize& full) {
-  if (format == "ico" || format == "cur") return PixelsOfIcon(reader.fileName());
+  if (format == "ico" || format == "cur") return PixelsOfIcon(*reader.device());
   const bool bDeep = QImage::toPixelFormat(reader.imageFormat()).bitsPerPixel() > 32;
   return static_cast<qint64>(full.width()) * full.height() * (bDeep ? 2 : 1);
 }
@@ -50,8 +51,11 @@ QLabel* CreateTextLabel(const TablePreview& preview) {
 /// A picture as the label shows it: as it is up to 700 wide, else scaled into a size. Null for what is no
 /// picture, or one too large.
 QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
-  if (!QFileInfo(qstrPath).isFile()) return QPixmap();  // also the empty path of a row that has no record
-  QImageReader reader(qstrPath);
+  const int nDescriptor = OpenBackupFile(ToNarrow(qstrPath).c_str());
+  QFile file;
+  if (nDescriptor == -1 || !file.open(nDescriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+    return QPixmap();  // also the empty path of a row that has no record
+  QImageReader reader(&file);
   reader.setDecideFormatFromContent(true);
   if (!reader.canRead()) return QPixmap();
   const QByteArray format = reader.format();

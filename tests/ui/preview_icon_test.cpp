@@ -120,48 +120,45 @@ TEST_F(PreviewIcon, ShowsABitmapInside) {
   EXPECT_EQ(image.size(), ofManyShown) << "the first of several";
 }
 
-TEST(IconFile, TellsTheMostPixelsOfAnyPicture) {
-  const TemporaryFolder folder;
-  const auto pixelsOf = [&](const std::string& strBytes) {
-    return PixelsOfIcon(QString::fromStdString(folder.Write("icon", strBytes)));
-  };
+namespace {
 
-  EXPECT_EQ(300 * 200, pixelsOf(Icon({PngHead(300, 200)})));
-  EXPECT_EQ(2 * 300 * 200, pixelsOf(Icon({PngHead(300, 200, 16)})));
-  EXPECT_EQ(300 * 200, pixelsOf(Icon({PngHead(30, 20), Bitmap(16, 32), PngHead(300, 200)})));
-  EXPECT_EQ(16 * 16, pixelsOf(Icon({Bitmap(5000, 5000)}, 16))) << "the directory's size counts";
-  EXPECT_EQ(5000 * 2500, pixelsOf(Icon({Bitmap(5000, 5000)}, 0))) << "unless it is 0";
-  EXPECT_EQ(5000 * 2500, pixelsOf(Icon({Bitmap(-5000, -5000)}, 0)));
-  EXPECT_EQ(qint64{0x7fffffff} * 0x7fffffff * 2, pixelsOf(Icon({PngHead(0x7fffffff, 0x7fffffff, 16)})));
+qint64 PixelsOf(const std::string& strBytes) {
+  QBuffer file;
+  file.setData(QByteArray::fromStdString(strBytes));
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+  return PixelsOfIcon(file);
+}
+
+}  // namespace
+
+TEST(IconFile, TellsTheMostPixelsOfAnyPicture) {
+  EXPECT_EQ(300 * 200, PixelsOf(Icon({PngHead(300, 200)})));
+  EXPECT_EQ(2 * 300 * 200, PixelsOf(Icon({PngHead(300, 200, 16)})));
+  EXPECT_EQ(300 * 200, PixelsOf(Icon({PngHead(30, 20), Bitmap(16, 32), PngHead(300, 200)})));
+  EXPECT_EQ(16 * 16, PixelsOf(Icon({Bitmap(5000, 5000)}, 16))) << "the directory's size counts";
+  EXPECT_EQ(5000 * 2500, PixelsOf(Icon({Bitmap(5000, 5000)}, 0))) << "unless it is 0";
+  EXPECT_EQ(5000 * 2500, PixelsOf(Icon({Bitmap(-5000, -5000)}, 0)));
+  EXPECT_EQ(qint64{0x7fffffff} * 0x7fffffff * 2, PixelsOf(Icon({PngHead(0x7fffffff, 0x7fffffff, 16)})));
 }
 
 TEST(IconFile, TellsNothingOfADamagedOne) {
-  const TemporaryFolder folder;
-  const auto pixelsOf = [&](const std::string& strBytes) {
-    return PixelsOfIcon(QString::fromStdString(folder.Write("icon", strBytes)));
-  };
   std::string strOtherChunk = PngHead(30, 20);
   strOtherChunk.replace(12, 4, "gAMA");
 
-  EXPECT_EQ(-1, PixelsOfIcon(QString::fromStdString(folder.Path("none"))));
-  EXPECT_EQ(-1, pixelsOf(""));
-  EXPECT_EQ(-1, pixelsOf("\0\0\1"));
-  EXPECT_EQ(-1, pixelsOf(Icon({strOtherChunk})));
-  EXPECT_EQ(-1, pixelsOf(Icon({PngHead(30, 20).substr(0, 20)})));
-  EXPECT_EQ(-1, pixelsOf(Icon({PngHead(0xffffffff, 20)})));
-  EXPECT_EQ(-1, pixelsOf(Icon({PngHead(30, 20)}) + std::string(16 << 20, '\0'))) << "too large a file";
+  EXPECT_EQ(-1, PixelsOf(""));
+  EXPECT_EQ(-1, PixelsOf("\0\0\1"));
+  EXPECT_EQ(-1, PixelsOf(Icon({strOtherChunk})));
+  EXPECT_EQ(-1, PixelsOf(Icon({PngHead(30, 20).substr(0, 20)})));
+  EXPECT_EQ(-1, PixelsOf(Icon({PngHead(0xffffffff, 20)})));
+  EXPECT_EQ(-1, PixelsOf(Icon({PngHead(30, 20)}) + std::string(16 << 20, '\0'))) << "too large a file";
 }
 
 TEST(IconFile, PassesOverEntriesThatLeadNowhere) {
-  const TemporaryFolder folder;
-  const auto pixelsOf = [&](const std::string& strBytes) {
-    return PixelsOfIcon(QString::fromStdString(folder.Write("icon", strBytes)));
-  };
   const Entry beyond[] = {{16, 22, 0}, {16, 1 << 20, 100}, {16, 0xffffffff, 0xffffffff}, {0, 0x80000000, 1}};
 
-  for (const Entry& entry : beyond) EXPECT_EQ(0, pixelsOf(Directory({entry}, 1))) << entry.nOffset;
-  EXPECT_EQ(0, pixelsOf(Directory({}, 65535)));
-  EXPECT_EQ(40 * 30, pixelsOf(Directory({{0, 22, 33}}, 65535) + PngHead(40, 30)))
+  for (const Entry& entry : beyond) EXPECT_EQ(0, PixelsOf(Directory({entry}, 1))) << entry.nOffset;
+  EXPECT_EQ(0, PixelsOf(Directory({}, 65535)));
+  EXPECT_EQ(40 * 30, PixelsOf(Directory({{0, 22, 33}}, 65535) + PngHead(40, 30)))
       << "a directory that is cut short";
 }
 

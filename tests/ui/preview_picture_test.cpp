@@ -1,4 +1,5 @@
 // What the six categories of files show above their tables.
+#include <unistd.h>
 
 #include "tests/ui/preview_fixture.h"
 
@@ -78,7 +79,10 @@ TEST_P(PreviewPicture, LabelKeepsItsSizeAndCentresWhatItShows) {
 
 TEST_P(PreviewPicture, WhatIsNoPictureBlanksTheLabel) {
   const std::string strPicture = WritePicture("picture.png", {20, 30});
+  const std::string strLink = m_folder.Path("link.png");
+  ASSERT_EQ(0, symlink(strPicture.c_str(), strLink.c_str()));
   const std::vector<std::string> others = {
+      strLink,
       m_folder.Write("text.txt", "only a text"),
       m_folder.Write("video.mov", std::string("\0\0\0\x14"
                                               "ftypqt  \0\0\0\0qt  \0\0\0\x08mdat",
