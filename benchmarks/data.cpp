@@ -1,9 +1,9 @@
 #include "benchmarks/data.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QCoreApplication>
 #include <cstdio>
 #include <functional>
 #include <stdexcept>
@@ -16,7 +16,8 @@ namespace {
 
 QString g_folder;
 
-/// Makes a folder of data once: under another name first, so that a run that was broken off leaves no half of one.
+/// Makes a folder of data once: under another name first, so that a run that was broken off leaves no half of
+/// one.
 QString Prepared(const QString& name, const std::function<void(const QString& folder)>& make) {
   const QString folder = g_folder + "/" + name;
   if (QDir(folder).exists()) return folder;
@@ -25,7 +26,8 @@ QString Prepared(const QString& name, const std::function<void(const QString& fo
   QDir(unfinished).removeRecursively();
   QDir().mkpath(unfinished);
   make(unfinished);
-  if (!QDir().rename(unfinished, folder)) throw std::runtime_error("can't rename " + unfinished.toStdString());
+  if (!QDir().rename(unfinished, folder))
+    throw std::runtime_error("can't rename " + unfinished.toStdString());
   return folder;
 }
 
@@ -39,7 +41,9 @@ void MakeManifest(const QString& folder, BackupBuilder::Layout layout) {
 
 }  // namespace
 
-void SetDataFolder(const QString& folder) { g_folder = folder; }
+void SetDataFolder(const QString& folder) {
+  g_folder = folder;
+}
 
 std::string BinaryManifest() {
   const QString folder =
@@ -53,16 +57,20 @@ std::string DatabaseManifest() {
 }
 
 std::string MediaBackup() {
-  return Prepared("media", [](const QString& folder) {
-           const QByteArray picture = sample_media::jpeg(1, 96, 64);
-           BackupBuilder builder(folder, BackupBuilder::Layout::Db);
-           builder.writeInfo({});
-           for (int i = 0; i < kMediaFiles; ++i) {
-             const QString name = QString("Media/DCIM/%1APPLE/IMG_%2.JPG").arg(100 + i / 1000).arg(i, 6, 10, QChar('0'));
-             builder.addFile("CameraRollDomain", name, picture);
-           }
-           builder.finish();
-         }).toStdString();
+  return Prepared(
+             "media",
+             [](const QString& folder) {
+               const QByteArray picture = sample_media::jpeg(1, 96, 64);
+               BackupBuilder builder(folder, BackupBuilder::Layout::Db);
+               builder.writeInfo({});
+               for (int i = 0; i < kMediaFiles; ++i) {
+                 const QString name =
+                     QString("Media/DCIM/%1APPLE/IMG_%2.JPG").arg(100 + i / 1000).arg(i, 6, 10, QChar('0'));
+                 builder.addFile("CameraRollDomain", name, picture);
+               }
+               builder.finish();
+             })
+      .toStdString();
 }
 
 std::string MessageStorePath() {
@@ -76,7 +84,8 @@ std::string MessageStorePath() {
     for (int i = 0; i < kMessageCount; ++i) {
       const auto sender = static_cast<size_t>((i * 7919LL) % kSenders);
       const qint64 date = (430000000LL + i * 61LL) * 1000000000LL;
-      store.addMessage(handles[sender], QString("Message %1: see you at the usual place, half past six?").arg(i), date,
+      store.addMessage(handles[sender],
+                       QString("Message %1: see you at the usual place, half past six?").arg(i), date,
                        i % 3 == 0, {chats[sender]});
     }
   });
@@ -91,7 +100,8 @@ std::string ContactsStorePath() {
       person.first = QString("First%1").arg(i);
       person.last = QString("Last%1").arg(i);
       // Every other person's number is that of a sender.
-      person.phone = i % 2 == 0 ? QString("+4930%1").arg(1000000 + i * 37) : QString("+4989%1").arg(2000000 + i);
+      person.phone =
+          i % 2 == 0 ? QString("+4930%1").arg(1000000 + i * 37) : QString("+4989%1").arg(2000000 + i);
       store.add(person);
     }
   });
@@ -104,11 +114,13 @@ std::string ExportFolder() {
 }
 
 std::string LargeBackup() {
-  return Prepared("large", [](const QString& folder) {
-           QDir(folder).removeRecursively();
-           const QString program = QCoreApplication::applicationDirPath() + "/orvandel-sample";
-           if (QProcess::execute(program, {folder, "--entries", "1000000", "--photos", "100000", "--messages", "500000",
-                                           "--contacts", "5000"}) != 0)
-             throw std::runtime_error("orvandel-sample failed");
-         }).toStdString();
+  return Prepared("large",
+                  [](const QString& folder) {
+                    QDir(folder).removeRecursively();
+                    const QString program = QCoreApplication::applicationDirPath() + "/orvandel-sample";
+                    if (QProcess::execute(program, {folder, "--entries", "1000000", "--photos", "100000",
+                                                    "--messages", "500000", "--contacts", "5000"}) != 0)
+                      throw std::runtime_error("orvandel-sample failed");
+                  })
+      .toStdString();
 }

@@ -13,10 +13,10 @@ constexpr int kPeople = 5000;
 /// Chooses the data folder.
 void SetDataFolder(const QString& folder);
 
-std::string BinaryManifest();      ///< path of a "Manifest.mbdb" of a million entries
-std::string DatabaseManifest();    ///< path of a "Manifest.db" of a million rows
-std::string MediaBackup();         ///< folder of a two-level backup with 100,000 camera files
-std::string MessageStorePath();    ///< a message store with a million messages of 2,000 senders
-std::string ContactsStorePath();   ///< a contacts store (new layout) with 5,000 people
-std::string ExportFolder();        ///< a folder that exports may use for themselves
-std::string LargeBackup();         ///< folder: a million entries, 100,000 photos, 500,000 messages
+std::string BinaryManifest();     ///< path of a "Manifest.mbdb" of a million entries
+std::string DatabaseManifest();   ///< path of a "Manifest.db" of a million rows
+std::string MediaBackup();        ///< folder of a two-level backup with 100,000 camera files
+std::string MessageStorePath();   ///< a message store with a million messages of 2,000 senders
+std::string ContactsStorePath();  ///< a contacts store (new layout) with 5,000 people
+std::string ExportFolder();       ///< a folder that exports may use for themselves
+std::string LargeBackup();        ///< folder: a million entries, 100,000 photos, 500,000 messages

@@ -22,10 +22,12 @@ struct Target {
 constexpr Target kTargets[] = {
     {"Digest of 1,000,000 names / EVP one-shot", "OwnDigest", "EvpDigest", 1.0},
     {"Binary manifest of 1,000,000 entries / EVP one-shot", "ReadBinaryManifest", "EvpDigest", 1.5},
-    {"Database manifest of 1,000,000 rows / plain SQLite loop", "ReadDatabaseManifest", "PlainManifestQuery", 3.0},
+    {"Database manifest of 1,000,000 rows / plain SQLite loop", "ReadDatabaseManifest", "PlainManifestQuery",
+     3.0},
     {"Message store of 1,000,000 rows / plain SQLite loop", "ReadMessageStore", "PlainMessageQuery", 3.0},
     {"Media walk over 100,000 files / plain loop of system calls", "WalkMedia", "PlainMediaLoop", 1.3},
-    {"Export of 1,000,000 messages in 2,000 conversations / plain fwrite", "ExportMessages", "PlainExportWrites", 2.0},
+    {"Export of 1,000,000 messages in 2,000 conversations / plain fwrite", "ExportMessages",
+     "PlainExportWrites", 2.0},
 };
 constexpr double kPeakMemoryLimit = 600;  // MiB
 
@@ -52,7 +54,9 @@ class BestTimes : public benchmark::ConsoleReporter {
   std::map<std::string, double> m_times;
 };
 
-const char* Verdict(bool bMet) { return bMet ? "met" : "NOT MET"; }
+const char* Verdict(bool bMet) {
+  return bMet ? "met" : "NOT MET";
+}
 
 }  // namespace
 
@@ -71,11 +75,11 @@ int main(int argc, char** argv) {
     const double dMeasured = times.Of(target.pszMeasured), dBaseline = times.Of(target.pszBaseline);
     if (dMeasured == 0 || dBaseline == 0) continue;  // filtered out
     const double dRatio = dMeasured / dBaseline;
-    printf("| %s | %.0f | %.0f | %.2f | %.1f | %s |\n", target.pszWhat, dMeasured, dBaseline, dRatio, target.dLimit,
-           Verdict(dRatio <= target.dLimit));
+    printf("| %s | %.0f | %.0f | %.2f | %.1f | %s |\n", target.pszWhat, dMeasured, dBaseline, dRatio,
+           target.dLimit, Verdict(dRatio <= target.dLimit));
   }
   if (!bAll) return 0;
-  printf("| Peak memory of a scan of 1,000,000 entries, MiB | %.0f | | | %.0f | %s |\n", dPeak, kPeakMemoryLimit,
-         Verdict(dPeak <= kPeakMemoryLimit));
+  printf("| Peak memory of a scan of 1,000,000 entries, MiB | %.0f | | | %.0f | %s |\n", dPeak,
+         kPeakMemoryLimit, Verdict(dPeak <= kPeakMemoryLimit));
   return 0;
 }

@@ -58,7 +58,8 @@ BENCHMARK(ReadBinaryManifest)->Unit(benchmark::kMillisecond);
 
 std::string Column(sqlite3_stmt* pStatement, int nColumn) {
   const auto* pText = reinterpret_cast<const char*>(sqlite3_column_text(pStatement, nColumn));
-  return pText ? std::string(pText, static_cast<size_t>(sqlite3_column_bytes(pStatement, nColumn))) : std::string();
+  return pText ? std::string(pText, static_cast<size_t>(sqlite3_column_bytes(pStatement, nColumn)))
+               : std::string();
 }
 
 void PlainManifestQuery(benchmark::State& state) {

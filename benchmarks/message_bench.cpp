@@ -8,8 +8,10 @@ namespace {
 
 // The statement of the message reader.
 constexpr char kStatement[] =
-    "SELECT  message.text, message.is_from_me, datetime(message.date/1000000000 + 978307200, 'unixepoch') AS DateStr, "
-    "message.RowID,message.handle_id, handle.id as sender_name,message.date, datetime(message.date + 978307200, "
+    "SELECT  message.text, message.is_from_me, datetime(message.date/1000000000 + 978307200, 'unixepoch') AS "
+    "DateStr, "
+    "message.RowID,message.handle_id, handle.id as sender_name,message.date, datetime(message.date + "
+    "978307200, "
     "'unixepoch') AS DateStrOld FROM chat_message_join INNER JOIN message  ON message.rowid = "
     "chat_message_join.message_id INNER JOIN handle  ON handle.rowid = message.handle_id";
 

@@ -21,8 +21,8 @@ struct OpenBackup {
   std::vector<WrittenFile> notDecrypted;  ///< by their names on the device, where the manifest has them
 };
 
-/// The contacts store tells whether a backup is encrypted. Where there is none that can be opened, the backup's
-/// "Manifest.plist" decides.
+/// The contacts store tells whether a backup is encrypted. Where there is none that can be opened, the
+/// backup's "Manifest.plist" decides.
 void CompleteEncryption(__BACK_FILE_INFO__& info);
 
 /// Opens the backup of the options and reads all of it.

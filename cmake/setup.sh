@@ -7,11 +7,13 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 debian_build="g++ cmake ninja-build qtbase5-dev libqt5sql5-sqlite libqt5webkit5-dev libssl-dev libsqlite3-dev libplist-dev pkg-config fonts-crosextra-carlito"
 debian_screens="xvfb"
 debian_test="libgtest-dev libgmock-dev chromium nodejs openssl xvfb xdotool imagemagick"
+debian_format="clang-format"
 debian_bench="libbenchmark-dev libssl-dev libsqlite3-dev time"
 debian_fuzz="clang libclang-rt-14-dev"
 ports_build="cmake ninja qt5-qtbase qt5-sqlite-plugin qt5-qtwebkit openssl3 sqlite3 libplist pkgconfig libiconv"
 ports_screens="xorg-server"
 ports_test="gtest nodejs18 openssl3"
+ports_format="clang-16"
 ports_bench="google-benchmark openssl3 sqlite3"
 ports_fuzz="clang-16"
 
@@ -67,7 +69,7 @@ setup_macos() {
   export CMAKE_PREFIX_PATH="/opt/local/libexec/qt5:/opt/local${CMAKE_PREFIX_PATH:+:$CMAKE_PREFIX_PATH}"
 }
 
-# setup KIND...: KIND is build, test, screens, bench or fuzz.
+# setup KIND...: KIND is build, test, format, screens, bench or fuzz.
 setup() {
   local kind debian="" ports="" name
   for kind in "$@"; do

@@ -45,8 +45,7 @@ int CIPhoneHistoryCall::GetHistoryCallInfo(const std::string& strCallPath, const
   }
   std::vector<__PERSON_CONTENT__> people;
   {
-    StoreQuery query(strContactsPath, kPhoneOwners,
-                     StoreQuery::Failure::Expected);
+    StoreQuery query(strContactsPath, kPhoneOwners, StoreQuery::Failure::Expected);
     people = ReadPhoneOwners(query);
   }
   if (!people.empty()) {

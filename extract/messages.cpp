@@ -135,8 +135,7 @@ std::vector<__MESSAGE_INFO__> CIPhoneMessage::ReadMessages(const std::string& st
 
 void CIPhoneMessage::MatchNames(const std::string& strContactsPath,
                                 std::vector<__MESSAGE_INFO__>& messages) const {
-  StoreQuery query(strContactsPath,
-                   bNewContactsLayout ? kNewPhoneOwners : kOldPhoneOwners);
+  StoreQuery query(strContactsPath, bNewContactsLayout ? kNewPhoneOwners : kOldPhoneOwners);
   const std::vector<__PERSON_CONTENT__> people = ReadPhoneOwners(query);
   NameMatcher matcher(people, kShortestNamedSender);
   for (__MESSAGE_INFO__& message : messages) message.strContactName = matcher.NameOf(message.strSender);

@@ -1,7 +1,7 @@
 #pragma once
 
-// Signatures that the type judge knows beside those in its tests: marks at the end of files and object identifiers, for a
-// search from the tail. Nothing reads them yet.
+// Signatures that the type judge knows beside those in its tests: marks at the end of files and object
+// identifiers, for a search from the tail. Nothing reads them yet.
 namespace signature {
 
 constexpr unsigned char szJpgTail[] = {0xFF, 0xD9};

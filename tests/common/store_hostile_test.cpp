@@ -91,8 +91,8 @@ TEST_F(HostileStore, ViewInPlaceOfATableIsNotRun) {
 }
 
 TEST_F(HostileStore, PlainViewIsNotReadEither) {
-  const std::string strPath = MakeStore({"create table t (name)", "insert into t values ('Ann')",
-                                         "create view people as select name from t"});
+  const std::string strPath = MakeStore(
+      {"create table t (name)", "insert into t values ('Ann')", "create view people as select name from t"});
 
   const int nRows = Rows(strPath, "select name from people");
 

@@ -80,7 +80,8 @@ bool NoConversationIsWritten(const Run& run) {
          strOut.find("Failed\t") != std::string::npos;
 }
 
-/// A page behind its title, which holds the display name of the device. The page's script names the tag before.
+/// A page behind its title, which holds the display name of the device. The page's script names the tag
+/// before.
 std::string BehindTitle(const std::string& strPage) {
   return strPage.substr(std::min(strPage.rfind("</h1>"), strPage.size()));
 }
