@@ -1,5 +1,6 @@
 #include "backup/layout.h"
 
+#include "common/file.h"
 #include "common/text.h"
 
 namespace {
@@ -19,6 +20,7 @@ QString BackupLayout::PathOf(const std::string& strFileId) const {
   qstrPath += qstrRoot;
   qstrPath += '/';
   if (!bEncrypted && bHasManifestDb) {
+    DeclareSharded(ToNarrow(qstrRoot));
     qstrPath += qstrId.leftRef(2);
     qstrPath += '/';
   }

@@ -146,3 +146,9 @@ std::vector<WrittenFile> LostFiles(const OpenBackup& backup,
   }
   return lost;
 }
+
+std::vector<WrittenFile> AllLosses(const OpenBackup& backup) {
+  std::vector<WrittenFile> lost = LostFiles(backup, [](const std::string&) { return true; });
+  lost.insert(lost.end(), backup.notDecrypted.begin(), backup.notDecrypted.end());
+  return lost;
+}

@@ -34,5 +34,8 @@ int ReadBackup(const Options& options, ProgressBar& bar, OpenBackup& backup);
 std::vector<WrittenFile> LostFiles(const OpenBackup& backup,
                                    const std::function<bool(const std::string& strFileId)>& isWanted);
 
+/// The same of all files, and those that could not be decrypted.
+std::vector<WrittenFile> AllLosses(const OpenBackup& backup);
+
 /// Ends a command that a signal stopped. @return the exit status for it.
 int Interrupted();

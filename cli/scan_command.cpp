@@ -14,5 +14,5 @@ int RunScan(const Options& options) {
     for (const Category& category : Categories())
       PrintLine(FromNarrow(CategoryLabel(category, category.pfnCount(backup.records))));
   }
-  return FinishOutput() && backup.notDecrypted.empty() ? kExitDone : kExitNotWritten;
+  return FinishOutput() && AllLosses(backup).empty() ? kExitDone : kExitNotWritten;
 }

@@ -119,8 +119,9 @@ void PrintScanJson(OpenBackup& backup, bool bManifest) {
   PrintConversations(json, "whatsapp", records.m_mapWhatsApp, ChatMessageObject);
   PrintArray(json, "whatsappAttachments", records.m_vecWhatsAppAttachment,
              FileObject<_WHATSAPP_ATTACHMENTS_>);
-  if (!backup.notDecrypted.empty()) {
-    PrintArray(json, "notDecrypted", backup.notDecrypted, [](const WrittenFile& file) {
+  const std::vector<WrittenFile> failed = AllLosses(backup);
+  if (!failed.empty()) {
+    PrintArray(json, "failed", failed, [](const WrittenFile& file) {
       return QJsonObject{{"name", file.qstrPath}, {"reason", file.qstrReason}};
     });
   }

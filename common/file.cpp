@@ -8,6 +8,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <mutex>
+#include <shared_mutex>
+#include <unordered_set>
 #include <vector>
 
 #include "common/new_file.h"
@@ -23,8 +26,6 @@ FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode) {
 namespace {
 
 constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW;
-// Of the folders that spread the files of a backup by the first two UTF-16 units of their identifiers.
-constexpr size_t kLongestShard = 6;  // bytes
 
 /// Opens without following a link at the last step of the path.
 /// @param nFolder what a relative path starts from.
@@ -57,19 +58,28 @@ int OpenInFolder(const std::string& strFolder, const char* pszName) {
   return nDescriptor;
 }
 
-/// The length of the folder part of "root/ab/abcdef", where the folder belongs to the backup; else 0.
-size_t ShardFolderLength(const char* pszPath) {
-  const char* pszName = strrchr(pszPath, '/');
-  if (!pszName) return 0;
-  const char* pszShard = pszName;
-  while (pszShard != pszPath && pszShard[-1] != '/') --pszShard;
-  const auto nLength = static_cast<size_t>(pszName - pszShard);
-  const bool bShard = nLength > 0 && nLength <= kLongestShard && pszShard != pszPath &&
-                      strncmp(pszShard, pszName + 1, nLength) == 0;
-  return bShard ? static_cast<size_t>(pszName - pszPath) : 0;
+std::shared_mutex g_rootsMutex;
+std::unordered_set<std::string> g_shardedRoots;
+
+/// The length of the folder part of "root/ab/abcdef", where the folder belongs to a backup; else 0.
+size_t ShardFolderLength(const std::string& strPath) {
+  const size_t nName = strPath.rfind('/');
+  const size_t nShard = nName == std::string::npos || nName == 0 ? nName : strPath.rfind('/', nName - 1);
+  if (nName == std::string::npos || nShard == std::string::npos || nShard == nName) return 0;
+  const std::shared_lock<std::shared_mutex> lock(g_rootsMutex);
+  return g_shardedRoots.count(strPath.substr(0, nShard)) != 0 ? nName : 0;
 }
 
 }  // namespace
+
+void DeclareSharded(const std::string& strRoot) {
+  {
+    const std::shared_lock<std::shared_mutex> lock(g_rootsMutex);
+    if (g_shardedRoots.count(strRoot) != 0) return;
+  }
+  const std::unique_lock<std::shared_mutex> lock(g_rootsMutex);
+  g_shardedRoots.insert(strRoot);
+}
 
 int OpenBackupFile(const char* pszPath) {
   const size_t nFolder = ShardFolderLength(pszPath);

@@ -16,10 +16,15 @@ struct STRUCT_RSB_FILE_ATTR {
 /// @return a stream as fopen gives it, or null with errno set.
 FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode);
 
+/// Declares that the files of a backup lie in folders of its own folder, so that these may not be links
+/// either. The rule that locates files does that. For the whole process. @param strRoot narrow, without a
+/// trailing "/".
+void DeclareSharded(const std::string& strRoot);
+
 /// Opens a file of a backup for reading. It is the only way in which the system opens one: what is not a
 /// regular file is refused, since opening a FIFO could block forever, and so is a symbolic link, since it
-/// could lead to any file of the machine. Both the file and a two-character folder that it lies in count; the
-/// backup's own folder and its parents may be links.
+/// could lead to any file of the machine. In a backup that is declared as sharded the folder that the file
+/// lies in counts too. The backup's own folder and its parents may be links.
 /// @param pszPath narrow. @return a descriptor, or -1 with errno set: EISDIR for a folder, ELOOP for a link,
 ///                        ENXIO for anything else that is not a regular file.
 int OpenBackupFile(const char* pszPath);

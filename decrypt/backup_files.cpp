@@ -75,6 +75,7 @@ BackupFiles::BackupFiles(const std::string& strBackup)
   m_keybag = DataOf(Member(manifest.Root(), "BackupKeyBag"));
   if (m_keybag.empty()) throw std::runtime_error(strPath + ": holds no keybag");
   m_manifestKey = DataOf(Member(manifest.Root(), "ManifestKey"));
+  if (m_bHasManifestDb) DeclareSharded(strBackup);
 }
 
 void BackupFiles::OpenManifest(const Keybag& keybag, const std::string& strFolder) {

@@ -151,12 +151,16 @@ TEST(LinkToABackup, IsFollowed) {
   TemporaryFolder folder;
   const SmallBackup small = WriteSmallBackup(folder.Path("disk/backup"), Layout::Db);
   fs::create_directory_symlink(folder.Path("disk"), folder.Path("linked"));
-  fs::create_directory_symlink(folder.Path("linked/backup"), folder.Path("link"));
+  // The last two names are those that files in it begin with.
+  for (const char* pszName : {"link", "I", "Man"}) {
+    fs::create_directory_symlink(folder.Path("linked/backup"), folder.Path(pszName));
+    const std::string strOut = folder.Path("out of ") + pszName;
 
-  const CommandResult result = RunCommand(RecoverFiles(folder.Path("link"), folder.Path("out")));
+    const CommandResult result = RunCommand(RecoverFiles(folder.Path(pszName), strOut));
 
-  EXPECT_EQ(0, result.nExitStatus) << result.strErr;
-  EXPECT_EQ(small.files.size(), FilesBelow(folder.Path("out")).size());
+    EXPECT_EQ(0, result.nExitStatus) << result.strErr;
+    EXPECT_EQ(small.files.size(), FilesBelow(strOut).size());
+  }
 }
 
 namespace {

@@ -54,7 +54,7 @@ class PipeInBackup : public testing::TestWithParam<PipeCase> {
 TEST_P(PipeInBackup, EndsTheScanWithTheRest) {
   const CommandResult result = RunCommand({"scan", Backup()});
 
-  EXPECT_EQ(0, result.nExitStatus) << result.strErr;
+  EXPECT_EQ(4, result.nExitStatus) << result.strErr;
   EXPECT_THAT(result.Lines(), Contains(GetParam().pszCount));
 }
 

@@ -22,6 +22,7 @@ struct Place {
   void (*pfnMake)(const TemporaryFolder& folder, const std::string& strPath);
   std::string strPath;  ///< below the temporary folder
   int nError;           ///< 0 when it is opened
+  bool bFlat = false;   ///< the backup isn't sharded
 };
 
 void PrintTo(const Place& place, std::ostream* pStream) {
@@ -61,21 +62,25 @@ std::string Sharded(const std::string& strId) {
 
 const Place kPlaces[] = {
     {"File", MakeFile, Sharded(kId), 0},
-    {"FlatFile", MakeFile, std::string("backup/") + kId, 0},
+    {"FlatFile", MakeFile, std::string("backup/") + kId, 0, true},
     {"Nothing", MakeNothing, Sharded(kId), ENOENT},
     {"Link", MakeLink, Sharded(kId), ELOOP},
-    {"FlatLink", MakeLink, std::string("backup/") + kId, ELOOP},
+    {"FlatLink", MakeLink, std::string("backup/") + kId, ELOOP, true},
     {"LinkInPlaceOfTheTwoCharacterFolder", MakeLinkedFolder, Sharded(kId), ELOOP},
     {"LinkInPlaceOfAShorterFolder", MakeLinkedFolder, "backup/a/a", ELOOP},
     {"LinkInPlaceOfALongerFolder", MakeLinkedFolder, "backup/\xC3\xA4\xC3\xB6/\xC3\xA4\xC3\xB6x", ELOOP},
     {"LinkInPlaceOfTheBackupsFolder", MakeLinkedFolder, std::string("backup/") + kId, 0},
+    {"LinkInPlaceOfAFlatBackupsFolder", MakeLinkedFolder, Sharded(kId), 0, true},
     {"Pipe", MakePipe, Sharded(kId), ENXIO},
     {"Folder", MakeFolder, Sharded(kId), EISDIR},
 };
 
 class BackupFile : public testing::TestWithParam<Place> {
  protected:
-  void SetUp() override { GetParam().pfnMake(m_folder, Path()); }
+  void SetUp() override {
+    GetParam().pfnMake(m_folder, Path());
+    if (!GetParam().bFlat) DeclareSharded(m_folder.Path("backup"));
+  }
   std::string Path() const { return m_folder.Path(GetParam().strPath); }
 
   TemporaryFolder m_folder;

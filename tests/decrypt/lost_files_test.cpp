@@ -80,7 +80,7 @@ TEST_P(LostFile, IsListedInTheJsonOfAScan) {
   const CommandResult result = Run({"scan", Backup(), "--json"});
 
   EXPECT_EQ(4, result.nExitStatus);
-  const QJsonArray lost = result.Object()["notDecrypted"].toArray();
+  const QJsonArray lost = result.Object()["failed"].toArray();
   ASSERT_EQ(1, lost.size());
   EXPECT_EQ("HomeDomain-Library/SMS/sms.db", lost[0].toObject()["name"].toString());
 }
