@@ -13,7 +13,9 @@
 #include "backup/discovery.h"
 #include "cli/exit_status.h"
 #include "cli/open_backup.h"
+#include "cli/output.h"
 #include "cli/password.h"
+#include "cli/places.h"
 #include "cli/problems.h"
 #include "cli/stop_signal.h"
 #include "common/format.h"
@@ -93,16 +95,23 @@ int DecryptRun::CheckRoom(const Options& options) const {
 }
 
 void DecryptRun::AddFailure(const Options& options, const QString& qstrLine) {
-  // "FILE: REASON", where the file lies in the backup; its path may hold the separator too.
-  const int nColon =
-      qstrLine.startsWith(options.qstrBackup + '/') ? qstrLine.indexOf(": ", options.qstrBackup.size()) : -1;
-  if (nColon < 0)
+  // "FILE: REASON", where the file lies in the backup, whose path may hold the separator too. The tool prints
+  // no control characters.
+  const QString qstrFolder = Printable(options.qstrBackup) + '/';
+  const int nColon = qstrLine.startsWith(qstrFolder) ? qstrLine.indexOf(": ", qstrFolder.size()) : -1;
+  if (nColon < 0) {
     m_failures.push_back({QString(), qstrLine});
-  else
-    m_failures.push_back({qstrLine.left(nColon), qstrLine.mid(nColon + 2)});
+    return;
+  }
+  const QString qstrFile = qstrLine.mid(qstrFolder.size(), nColon - qstrFolder.size());
+  m_failures.push_back({options.qstrBackup + '/' + qstrFile, qstrLine.mid(nColon + 2)});
 }
 
 int DecryptRun::Run(const Options& options, ProgressBar& bar) {
+  if (!WorkFolderProblem().isEmpty()) {
+    PrintError("the private folder for the decrypted files can't be created: " + WorkFolderProblem());
+    return kExitNotWritten;
+  }
   if (const int nStatus = CheckRoom(options)) return nStatus;
   QByteArray password;
   if (!ReadPassword(options, password)) return StopSignal() != 0 ? Interrupted() : kExitPassword;

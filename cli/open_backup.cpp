@@ -32,7 +32,7 @@ int NotABackup(const QString& qstrFolder, int nError) {
     PrintError(qstrFolder + ": no such folder");
   } else {
     PrintError(QString("%1: not a backup: \"Info.plist\" in it can't be read (%2)")
-                   .arg(qstrFolder, QString::fromLocal8Bit(strerror(nError))));
+                   .arg(qstrFolder, FromNarrow(OpenFailure(nError))));
     if (HoldsBackups(qstrFolder))
       PrintError(QString("there are backups below it; 'orvandel-cli backups %1' lists them").arg(qstrFolder));
   }

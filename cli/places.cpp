@@ -13,6 +13,12 @@ std::string& Root() {
   return strRoot;
 }
 
+/// Private to this process, on disk, and gone with it. No environment variable moves it.
+const QTemporaryDir& PrivateFolder() {
+  static const QTemporaryDir folder("/var/tmp/orvandel-XXXXXX");
+  return folder;
+}
+
 }  // namespace
 
 void SetBackupRoot(const QString& qstrFolder) {
@@ -24,10 +30,12 @@ std::string BackupRoot() {
 }
 
 std::string WorkFolder() {
-  // Private to this process, on disk, and gone with it. No environment variable moves it.
-  static const QTemporaryDir folder("/var/tmp/orvandel-XXXXXX");
   // Without one, a place that can't hold anything: what needs the folder fails on its own terms.
-  return folder.isValid() ? ToNarrow(folder.path()) + "/" : "/dev/null/";
+  return PrivateFolder().isValid() ? ToNarrow(PrivateFolder().path()) + "/" : "/dev/null/";
+}
+
+QString WorkFolderProblem() {
+  return PrivateFolder().isValid() ? QString() : "/var/tmp: " + PrivateFolder().errorString();
 }
 
 std::string ProgramFolder() {

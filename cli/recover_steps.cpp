@@ -110,7 +110,8 @@ void RecoverDocuments(const Options& options, const BackupRecords& records, CRec
     });
   }
   if (StopSignal() != 0) return;
-  recovery.SaveMessage();  // wanted or not: without a folder of messages it does nothing
+  // Only when they are wanted: it replaces the store of an earlier run at the same destination.
+  if (IsWanted(options, kMessages)) recovery.SaveMessage();
   if (IsWanted(options, kContacts)) {
     WriteTable(
         records.m_vecContact, [&](const __PERSON_CONTENT__* p) { recovery.RecoveryContacts(p); },

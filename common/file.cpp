@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <mutex>
 #include <shared_mutex>
 #include <unordered_set>
@@ -96,6 +98,17 @@ int OpenBackupFile(const char* pszPath) {
   close(nDescriptor);
   errno = nError;
   return -1;
+}
+
+std::string ResolvedBackupPath(const std::string& strPath) {
+  const size_t nShard = ShardFolderLength(strPath);
+  const size_t nFolder = strPath.rfind('/', nShard == 0 ? std::string::npos : nShard - 1);
+  const bool bHasFolder = nFolder != std::string::npos;
+  const std::string strFolder = bHasFolder ? strPath.substr(0, nFolder + 1) : ".";
+  const std::unique_ptr<char, decltype(&free)> resolved(realpath(strFolder.c_str(), nullptr), &free);
+  if (!resolved) return strPath;
+  const std::string strRoot = strcmp(resolved.get(), "/") == 0 ? "" : resolved.get();
+  return strRoot + "/" + strPath.substr(bHasFolder ? nFolder + 1 : 0);
 }
 
 std::string OpenFailure(int nError) {

@@ -29,6 +29,10 @@ void DeclareSharded(const std::string& strRoot);
 ///                        ENXIO for anything else that is not a regular file.
 int OpenBackupFile(const char* pszPath);
 
+/// The absolute path of a file of a backup, with the links that lead to the backup's folder resolved and none
+/// inside it. @param strPath narrow. @return the path itself when its folder can't be resolved.
+std::string ResolvedBackupPath(const std::string& strPath);
+
 /// Why a file could not be opened or read, for people. @param nError as OpenBackupFile sets errno.
 std::string OpenFailure(int nError);
 

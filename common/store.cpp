@@ -4,8 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QDir>
 #include <QLocale>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -23,19 +23,19 @@ constexpr int kStepsBetweenLooks = 1000;  // of SQLite's machine: some ten micro
 // text comes a few times at most. A damaged or hostile store can repeat its pages without end.
 constexpr int64_t kStepsPerByte = 64;
 constexpr int64_t kBytesPerByte = 16;
+constexpr int64_t kLargestStore = 1LL << 48;  // bytes, more than SQLite can have
 constexpr int64_t kFreeSteps = 10 * 1000 * 1000;
 constexpr int64_t kFreeBytes = 16 << 20;
 
 constexpr char kEndless[] = "it delivers more than a store of its size can hold";
 
-/// The store's address for SQLite. A plain open would create a missing store, and would make "-wal" and
+/// The store's address for SQLite. @param strPath absolute. A plain open would create a missing store, and
+/// would make "-wal" and
 /// "-shm" files beside one in WAL mode.
 std::string StoreUri(const std::string& strPath) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
   std::string strUri = "file://";
-  const std::string strAbsolute =
-      strPath.compare(0, 1, "/") == 0 ? strPath : ToNarrow(QDir::currentPath()) + "/" + strPath;
-  for (const char nByte : strAbsolute) {
+  for (const char nByte : strPath) {
     const auto n = static_cast<unsigned char>(nByte);
     const bool bPlain = (n >= '0' && n <= '9') || (n >= 'A' && n <= 'Z') || (n >= 'a' && n <= 'z') ||
                         n == '/' || n == '-' || n == '.' || n == '_' || n == '~';
@@ -138,7 +138,7 @@ struct StoreQuery::Budget {
 StoreQuery::StoreQuery(const std::string& strPath, const char* pszStatement, Failure failure)
     : m_strPath(strPath), m_failure(failure) {
   const Examined examined = ExamineStore(strPath);
-  const int64_t nSize = examined.nSize;
+  const int64_t nSize = std::min(examined.nSize, kLargestStore);  // so that no product overflows
   if (examined.nError != 0) {
     m_strError = OpenFailure(examined.nError);
     // A store that is missing is no problem: devices differ in what they hold.
@@ -165,8 +165,11 @@ void StoreQuery::CloseAll() {
 }
 
 bool StoreQuery::Open(const std::string& strPath, const char* pszStatement) {
-  int nStatus = sqlite3_open_v2(StoreUri(strPath).c_str(), &m_pDatabase,
-                                SQLITE_OPEN_READONLY | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX, nullptr);
+  // No step of the resolved path is a link, and SQLite makes sure of that: none that has come meanwhile is
+  // followed.
+  int nStatus = sqlite3_open_v2(
+      StoreUri(ResolvedBackupPath(strPath)).c_str(), &m_pDatabase,
+      SQLITE_OPEN_READONLY | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_NOFOLLOW, nullptr);
   if (nStatus == SQLITE_OK) {
     sqlite3_extended_result_codes(m_pDatabase, 1);
     for (const int nSwitch : {SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_ENABLE_TRIGGER,

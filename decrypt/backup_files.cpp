@@ -78,20 +78,30 @@ BackupFiles::BackupFiles(const std::string& strBackup)
   if (m_bHasManifestDb) DeclareSharded(strBackup);
 }
 
-void BackupFiles::OpenManifest(const Keybag& keybag, const std::string& strFolder) {
+std::string BackupFiles::OpenManifest(const Keybag& keybag, const std::string& strFolder,
+                                      const std::string& strOtherFolder) {
   m_strManifest = m_strBackup + (m_bHasManifestDb ? "/Manifest.db" : "/Manifest.mbdb");
   if (!EntryExists(m_strManifest)) throw std::runtime_error(m_strManifest + ": is missing");
-  if (!m_bHasManifestDb) return;
-  const std::string strDecrypted = strFolder + kDecryptedManifest;
+  if (!m_bHasManifestDb) return {};
+  std::string strProblem;
   try {
     // Never padded: its size is the size of the database.
     const uint64_t nSize = SizeOf(Open(m_strManifest), m_strManifest);
     const Secret key = m_manifestKey.empty() ? Secret() : keybag.FileKey(m_manifestKey);
-    WriteDecrypted(m_strManifest, strDecrypted, key, nSize);
+    std::string strDecrypted = strFolder + kDecryptedManifest;
+    try {
+      WriteDecrypted(m_strManifest, strDecrypted, key, nSize);
+    } catch (const std::runtime_error& error) {
+      if (strOtherFolder == strFolder) throw;
+      strProblem = m_strManifest + ": " + error.what();
+      strDecrypted = strOtherFolder + kDecryptedManifest;
+      WriteDecrypted(m_strManifest, strDecrypted, key, nSize);
+    }
+    m_strManifest = strDecrypted;
   } catch (const std::runtime_error& error) {
     throw std::runtime_error(m_strManifest + ": " + error.what());
   }
-  m_strManifest = strDecrypted;
+  return strProblem;
 }
 
 uint64_t BackupFiles::Count() const {

@@ -20,8 +20,11 @@ class BackupFiles {
 
   /// Makes the manifest readable, once the keybag is unlocked. A "Manifest.db", encrypted or not, comes out
   /// as "Manifest.db-decypted": it replaces one of an earlier run, which would be read in its stead.
-  /// @param strFolder where that file goes. Throws std::runtime_error with the reason.
-  void OpenManifest(const Keybag& keybag, const std::string& strFolder);
+  /// @param strFolder      where that file goes.
+  /// @param strOtherFolder where it goes when it can't be written there: the backup's disk may be read-only.
+  /// @return why it had to; empty when it hadn't. Throws std::runtime_error when the manifest can't be read.
+  std::string OpenManifest(const Keybag& keybag, const std::string& strFolder,
+                           const std::string& strOtherFolder);
 
   /// Number of files. After OpenManifest.
   uint64_t Count() const;

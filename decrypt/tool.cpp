@@ -22,7 +22,11 @@ void PrintWrongPassword() {
 }
 
 /// Reports one failure on a line of its own, from any thread.
-void PrintFailure(const std::string& strWhat) {
+void PrintFailure(std::string strWhat) {
+  // A path may hold a line feed, which would make two lines of it.
+  for (char& nByte : strWhat) {
+    if (static_cast<unsigned char>(nByte) < 0x20 || nByte == 0x7F) nByte = '?';
+  }
   fprintf(stderr, "%s\n", strWhat.c_str());
 }
 
@@ -94,7 +98,11 @@ ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFol
       PrintWrongPassword();
       return kToolWrongPassword;
     }
-    files.OpenManifest(*keybag, strManifestFolder);
+    const std::string strProblem = files.OpenManifest(*keybag, strManifestFolder, strFolder);
+    if (!strProblem.empty()) {
+      PrintFailure(strProblem);
+      bFailed = true;
+    }
     Progress progress(files.Count());
     WorkerPool pool([&](FileJob& job) {
       try {

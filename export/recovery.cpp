@@ -194,13 +194,16 @@ void CRecovery::SaveStore(const char* pszStoreId, const QString& qstrFolder, con
   const bool bHasStore = EntryExists(strSource);
   if (MakeFolder(qstrFolder, file.qstrReason)) {
     const std::string strTarget = ToNarrow(file.qstrPath);
-    QFile::remove(file.qstrPath);
-    const bool bInTheWay = EntryExists(strTarget);
-    (m_pBackupFile->*copy)(strTarget.c_str());
-    if (bInTheWay)
-      file.qstrReason = "The entry in the way can't be replaced";
-    else if (!EntryExists(strTarget))
+    // The copy of an earlier run goes when there is a new one, or nothing to copy.
+    const std::string strPart = m_freeNames.Take(strTarget + ".part");
+    if (!bHasStore) QFile::remove(file.qstrPath);
+    (m_pBackupFile->*copy)(strPart.c_str());
+    if (!EntryExists(strPart)) {
       file.qstrReason = StoreFailure(strSource);
+    } else if (rename(strPart.c_str(), strTarget.c_str()) != 0) {
+      file.qstrReason = "The entry in the way can't be replaced";
+      unlink(strPart.c_str());
+    }
   }
   if (m_handler && (bHasStore || bWasRead)) m_handler(file);
 }

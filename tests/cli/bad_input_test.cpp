@@ -362,7 +362,7 @@ INSTANTIATE_TEST_SUITE_P(
                    f.MakeFolder("backup");
                    PutLoopAt(f.Path("backup/Info.plist"));
                  },
-                 "Too many levels of symbolic links"},
+                 "is a symbolic link"},
         NoBackup{"InfoIsALink",
                  [](const TemporaryFolder& f) {
                    f.MakeFolder("backup");

@@ -241,6 +241,16 @@ TEST_F(RecoverDocuments, HostileSendersWriteNothingOutsideTheDestination) {
   }
 }
 
+TEST_F(RecoverDocuments, MessageStoreOfAnEarlierRunStaysUnlessMessagesAreWanted) {
+  WriteSmallBackup(Backup(), Layout::Db);
+  WriteFile(Out() + "/Message/sms.db", "of an earlier run");
+
+  const CommandResult result = RunCommand({"recover", Backup(), Out(), "--only", "Notes"});
+
+  EXPECT_EQ(0, result.nExitStatus);
+  EXPECT_EQ("of an earlier run", ReadFile(Out() + "/Message/sms.db"));
+}
+
 TEST_F(RecoverDocuments, OnAFullDiskFailWithTheReason) {
   WriteConversations(Backup(), {"+1", "+2", "+3", "+4"}, std::string(30000, 'x'));
   m_folder.MakeFolder("out");

@@ -106,6 +106,18 @@ TEST_P(LostFile, ThatTellsWhetherTheBackupIsEncryptedLeavesItsManifestListToTell
   }
 }
 
+TEST_P(LostFile, IsNamedInABackupWhosePathHasALineFeed) {
+  const std::string strBackup = m_folder.Path("two\nlines");
+  fs::resize_file(PathOf(kMessageStore), 100);
+  fs::rename(Backup(), strBackup);
+
+  const CommandResult result = Run({"recover", strBackup, Out()});
+
+  EXPECT_EQ(4, result.nExitStatus);
+  EXPECT_THAT(result.Lines(), Contains(StartsWith("Failed\tHomeDomain-Library/SMS/sms.db\tis cut short")));
+  EXPECT_THAT(result.LastLine(), HasSubstr(" recovered, 1 failed, "));
+}
+
 TEST_P(LostFile, OfWhichThereAreTooManyForTheRoomIsRefusedBeforeAnythingIsWritten) {
   if (!MayMount("/var/tmp")) GTEST_SKIP() << "no file system may be mounted here";
 

@@ -198,6 +198,23 @@ TEST_P(DecryptToolOfAge, LeavesTheBackupAloneWhenItIsToldTo) {
   EXPECT_EQ(bDatabase, Exists(Out() + "/Manifest.db-decypted"));
 }
 
+TEST_P(DecryptToolOfAge, ReadsABackupOnADiskThatIsReadOnly) {
+  const KnownBackup known = WriteEncryptedBackup(Backup(), GetParam());
+  const std::string strScript =
+      "mount --bind \"$1\" \"$1\" && mount -o remount,bind,ro \"$1\" && exec \"$0\" \"$@\"";
+  if (!MayMount(Out())) GTEST_SKIP() << "no file system may be mounted here";
+
+  const ToolResult result =
+      RunProgram("unshare", {"-rm", "sh", "-c", strScript, ToolPath(), Backup(), Out(), kPassword});
+
+  const bool bDatabase = GetParam().layout == BackupBuilder::Layout::Db;
+  EXPECT_EQ(bDatabase ? 1 : 0, result.nExitStatus);
+  EXPECT_THAT(result.err, SizeIs(bDatabase ? 1 : 0));
+  for (const auto& [strId, strBytes] : known.files)
+    EXPECT_TRUE(strBytes == ReadFile(Out() + "/" + strId)) << strId;
+  EXPECT_EQ(bDatabase, Exists(Out() + "/Manifest.db-decypted"));
+}
+
 TEST_P(DecryptToolOfAge, FollowsNoLinkInTheBackup) {
   const KnownBackup known = WriteEncryptedBackup(Backup(), GetParam());
   const auto& [strId, strPath] = *known.paths.begin();

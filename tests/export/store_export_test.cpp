@@ -182,6 +182,18 @@ TEST_F(StoresOfRecovery, MessageStoreIsNotCopiedWithoutAFolderOfMessages) {
   EXPECT_THAT(m_told, IsEmpty());
 }
 
+TEST_F(StoresOfRecovery, OldMessageStoreStaysWhenTheNewOneCanNotBeRead) {
+  m_folder.MakeFolder(std::string("backup/") + kMessageStore);
+  WriteFile(MessagePath(), "of an earlier run");
+  Begin();
+
+  m_recovery.SaveMessage();
+
+  EXPECT_EQ("of an earlier run", ReadFile(MessagePath()));
+  EXPECT_THAT(Failed(), ElementsAre(MessagePath()));
+  EXPECT_THAT(NamesIn(Out() + "/Message"), ElementsAre("sms.db"));
+}
+
 TEST_F(StoresOfRecovery, OldMessageStoreGoesEvenIfTheBackupHasNone) {
   m_folder.Write("out/Message/sms.db", "of another backup");
   Begin();
