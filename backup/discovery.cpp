@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -44,6 +45,7 @@ bool IsDotEntry(const QFileInfo& entry) {
 // What "Info.plist" holds, by line: a key, and its value on the next line.
 
 constexpr size_t kLineSize = 2048;
+constexpr long kMostLines = 1000 * 1000;  // devices write some thousand; a file may be endless
 
 /// The text of a value line between two tags. False, with strText left alone, without the opening tag.
 bool TextBetween(std::string strLine, const char* pszOpen, const char* pszClose, std::string& strText) {
@@ -123,7 +125,11 @@ const InfoKey* FindKey(const char* pszLine) {
 /// @return false when the file could not be read to where its reading ends.
 bool ReadInfoLines(FILE* pFile, __BACK_FILE_INFO__& info) {
   char szLine[kLineSize];
-  while (fgets(szLine, sizeof szLine, pFile)) {
+  for (long nLine = 0; fgets(szLine, sizeof szLine, pFile); ++nLine) {
+    if (nLine == kMostLines) {
+      errno = EFBIG;
+      return false;
+    }
     const InfoKey* pKey = FindKey(szLine);
     if (!pKey || !fgets(szLine, sizeof szLine, pFile)) continue;
     pKey->pfnSet(szLine, info);

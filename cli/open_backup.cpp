@@ -89,7 +89,7 @@ void NameFailures(OpenBackup& backup) {
     PrintError(qstrName + ": " + failure.qstrReason);
     // A file that the manifest lists and the backup lacks is passed over, as in a backup that isn't
     // encrypted.
-    if (!failure.qstrFile.isEmpty() && !EntryExists(ToNarrow(failure.qstrFile))) continue;
+    if (!failure.qstrFile.isEmpty() && failure.qstrReason == kMissingSource) continue;
     backup.notDecrypted.push_back({qstrName, failure.qstrReason, {}, false});
   }
   if (!backup.notDecrypted.empty())

@@ -42,17 +42,18 @@ int CheckDestination(const Options& options) {
   return kExitNotWritten;
 }
 
+/// Looks at the templates, if any page is wanted: without its template a page would have no fence.
+bool HasTemplates(const Options& options, const CRecovery& recovery) {
+  const QString qstrUnusable = WantsDocuments(options) ? recovery.FindUnusableTemplate() : QString();
+  if (!qstrUnusable.isEmpty()) PrintError(qstrUnusable);
+  return qstrUnusable.isEmpty();
+}
+
 }  // namespace
 
 int RunRecover(const Options& options) {
-  if (WantsDocuments(options)) {
-    // Before anything is read or written: without its template a page would have no fence.
-    const QString qstrUnusable = CRecovery().FindUnusableTemplate();
-    if (!qstrUnusable.isEmpty()) {
-      PrintError(qstrUnusable);
-      return kExitNotWritten;
-    }
-  }
+  // Before anything is read or written.
+  if (!HasTemplates(options, CRecovery())) return kExitNotWritten;
   ProgressBar scanBar(!options.bQuiet);
   OpenBackup backup(options);
   if (const int nStatus = ReadBackup(options, scanBar, backup)) return nStatus;
@@ -64,6 +65,8 @@ int RunRecover(const Options& options) {
   recovery.SetWrittenFileHandler([&](const WrittenFile& file) { report.Add(file); });
   recovery.SetNamePolicy(NamePolicy::MadeSafe);
   if (WantsDocuments(options)) recovery.Init(options.qstrDestination, &backup.session);
+  // Once more: they may have gone while the backup was read.
+  if (!HasTemplates(options, recovery)) return kExitNotWritten;
   RecoverFiles(options, backup, report);
   if (WantsDocuments(options)) RecoverDocuments(options, backup.records, recovery, report);
   ReportLosses(options, backup, report);

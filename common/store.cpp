@@ -47,7 +47,7 @@ std::string StoreUri(const std::string& strPath) {
   return strUri + "?immutable=1";
 }
 
-/// What a look at a file tells before SQLite may open it.
+/// What is known of a file before SQLite may open it.
 struct Examined {
   int nError = 0;  ///< the system's error number
   int64_t nSize = 0;
@@ -126,7 +126,7 @@ struct StoreQuery::Budget {
   int64_t nBytes;
   bool bSpent = false;
 
-  /// Asked by SQLite now and then. @return other than 0 to interrupt it.
+  /// Called by SQLite every kStepsBetweenLooks steps. @return other than 0 to interrupt it.
   static int Look(void* pBudget) {
     auto* pSelf = static_cast<Budget*>(pBudget);
     pSelf->nSteps -= kStepsBetweenLooks;

@@ -98,6 +98,7 @@ void WriteDecrypted(const std::string& strSource, const std::string& strTarget, 
                     uint64_t nSize) {
   const Descriptor source(OpenBackupFile(strSource.c_str()));
   struct stat attributes;
+  if (source.Get() == -1 && errno == ENOENT) throw std::runtime_error(kMissingSource);
   if (source.Get() == -1) throw std::runtime_error("can't be opened: " + OpenFailure(errno));
   if (fstat(source.Get(), &attributes) != 0) Fail("can't be read");
 

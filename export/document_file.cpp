@@ -1,5 +1,6 @@
 #include "export/document_file.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,12 +34,16 @@ TextFile::TextFile(const char16_t* pPath) : m_strPath(Unicode2Ansi(pPath)) {
   } else {
     m_pNewFile = std::make_unique<NewFile>(m_strPath, kRights);
     // A descriptor of its own, since closing the stream closes it.
-    if (m_pNewFile->Descriptor() != -1) m_pFile = fdopen(dup(m_pNewFile->Descriptor()), "w");
+    if (m_pNewFile->Descriptor() != -1)
+      m_pFile = fdopen(fcntl(m_pNewFile->Descriptor(), F_DUPFD_CLOEXEC, 0), "w");
   }
   Keep(!m_pFile);
 }
 
 TextFile::~TextFile() {
+  if (!m_pFile) return;
+  // Nobody has finished it: an exception has passed, and what there is isn't the whole.
+  Keep(true);
   Close();
 }
 

@@ -66,6 +66,8 @@ QString CRecovery::FindUnusableTemplate() const {
   for (const Page& page : kPages) {
     const QString qstrPath = m_qstrProgramFolder + page.pszName;
     QFile file(qstrPath);
+    const QFileInfo info(qstrPath);
+    if (info.exists() && !info.isFile()) return qstrPath + ": is not a regular file";
     if (!file.open(QIODevice::ReadOnly)) return qstrPath + ": " + file.errorString();
     if (!file.readAll().contains(kContentToken)) return qstrPath + ": the template lacks " + kContentToken;
   }

@@ -19,7 +19,7 @@ void DRUI::CheckBoxStatChange(int) {
 }
 
 void DRUI::CheckBoxAllStatChange(int nState) {
-  // The six speak of one change: the next one may be a click again.
+  // The flag holds for one change only: the next may be a click again.
   const bool bFromSix = std::exchange(m_bPartFromSix, false);
   if (nState == Qt::PartiallyChecked && !bFromSix) {
     // A click has led from unticked to partly ticked: it means all.

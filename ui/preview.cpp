@@ -23,7 +23,7 @@ constexpr qint64 kMostPixelsWhole = 8LL * 1000 * 1000;
 constexpr qint64 kMostPixelsScaled = 100LL * 1000 * 1000;
 constexpr qint64 kMostPixels = 50LL * 1000 * 1000;
 
-/// What decoding a picture takes in pixels of 32 bits, as its head tells; -1 where it can't be told.
+/// What decoding a picture takes in pixels of 32 bits, from its header; -1 where that is unknown.
 /// @param format of the reader, which no longer knows it once it has read the size.
 qint64 PixelsOf(const QImageReader& reader, const QByteArray& format, const QSize& full) {
   if (format == "ico" || format == "cur") return PixelsOfIcon(*reader.device());
@@ -60,7 +60,7 @@ QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
   if (!reader.canRead()) return QPixmap();
   const QByteArray format = reader.format();
   const QSize full = reader.size();
-  // A drawing says nothing of its size: it is a program of a kind, names other files and may take any time.
+  // A drawing has no bound: it is a program of a kind, names other files and may take any time.
   if (!full.isValid() || format.startsWith("svg")) return QPixmap();
   const bool bScales = format == "jpeg" && full.width() > kWidestUnscaled;
   const qint64 nPixels = PixelsOf(reader, format, full);

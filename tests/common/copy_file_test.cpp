@@ -68,7 +68,7 @@ TEST_F(CopyFile, HasItsRightsWhateverTheMask) {
 }
 
 TEST_F(CopyFile, WhatSeemsEmptyToTheSystemIsReadToItsEnd) {
-  // Its size is told as nought.
+  // The system reports a size of zero.
   const CopyError error = Copy("/proc/self/status");
 
   EXPECT_EQ(CopyError::kNone, error.step);

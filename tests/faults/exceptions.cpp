@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "tests/faults/tree.h"
 
@@ -22,9 +23,12 @@ constexpr char kNoMessageFolder[] = "the message store isn't copied when no conv
 constexpr char kNoInfo[] =
     "what is no regular file counts as a missing \"Info.plist\" in the list of backups";
 
+/// True when there is nothing under a path, and no link in place of its folder either.
 bool IsGone(const std::string& strPath) {
   struct stat info;
-  return lstat(strPath.c_str(), &info) != 0;
+  const std::string strFolder = strPath.substr(0, strPath.rfind('/'));
+  if (lstat(strFolder.c_str(), &info) == 0 && !S_ISDIR(info.st_mode)) return false;
+  return lstat(strPath.c_str(), &info) != 0 && errno == ENOENT;
 }
 
 bool FeedsFrom(const Reference& reference, const std::string& strProduct, const Fault& fault) {
