@@ -8,6 +8,7 @@
 
 #include "tests/app/encrypted_fixture.h"
 #include "tests/cli/small_backup.h"
+#include "ui/styles.h"
 
 namespace {
 
@@ -107,6 +108,20 @@ TEST_F(EncryptedSelect, FolderWithoutInfoIsNoBackup) {
   EXPECT_EQ(kNotFound, box.strText);
   ExpectHomeScreen();
   EXPECT_EQ("", WindowAccess::ChosenBackup(Window()).strBackupPath);
+}
+
+TEST_F(EncryptedSelect, LeavesScanGrayWhereNoRowWasPressed) {
+  const std::string strBackup = m_folder.Path("picked");
+  WriteSmallBackup(strBackup, BackupBuilder::Layout::Db);
+  Open();
+  ModalSteps steps;
+  ChooseFolder(steps, strBackup);
+
+  Select();
+
+  ExpectDataScreen();
+  EXPECT_FALSE(Find<QPushButton>("m_pScanButton")->isEnabled());
+  EXPECT_EQ(main_button_style_no_file, Find<QPushButton>("m_pScanButton")->styleSheet());
 }
 
 TEST_F(EncryptedSelect, PlainBackupIsScannedWithoutAPasswordAndWithoutTheTool) {

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "backup/discovery.h"
 #include "backup/manifest.h"
 #include "common/status.h"
 #include "common/text.h"
@@ -52,6 +53,21 @@ TEST(LargeManifest, ThatIsNoneIsRefusedBeforeItIsRead) {
 
   EXPECT_EQ(kStatusMissing, nStatus);
   EXPECT_LT(PeakMegabytes() - nBefore, kMostMegabytes);
+}
+
+TEST(LargeInfo, EndsTheReadingOfItsFacts) {
+  TemporaryFolder folder;
+  const std::string strPath =
+      folder.Write("backup/Info.plist", "<key>Display Name</key>\n<string>Phone</string>\n");
+  ASSERT_EQ(0, truncate(strPath.c_str(), kHuge * 100));
+  __BACK_FILE_INFO__ info;
+  ProblemRecorder recorder;
+
+  const int nStatus = ReadBackupInfo(folder.Path("backup"), info);
+
+  EXPECT_EQ(kStatusOk, nStatus);
+  EXPECT_EQ("Phone", info.strDisplayName);
+  EXPECT_EQ(1u, recorder.Problems().size());
 }
 
 TEST(LargeManifest, IsReadInPieces) {

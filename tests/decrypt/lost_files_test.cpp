@@ -94,6 +94,19 @@ TEST_P(LostFile, ThatTheBackupLacksIsPassedOverAsInAPlainBackup) {
   EXPECT_THAT(result.Lines(), Contains("Message(0)"));
 }
 
+TEST_P(LostFile, BehindALinkThatLeadsNowhereCountsAsFailed) {
+  if (GetParam().layout != BackupBuilder::Layout::Db) GTEST_SKIP() << "has no folders inside";
+  const fs::path shard = fs::path(PathOf(kMessageStore)).parent_path();
+  fs::remove_all(shard);
+  fs::create_symlink(m_folder.Path("nowhere"), shard);
+
+  const CommandResult result = Run({"recover", Backup(), Out()});
+
+  EXPECT_EQ(4, result.nExitStatus);
+  EXPECT_THAT(result.Lines(), Contains(AllOf(StartsWith("Failed\tHomeDomain-Library/SMS/sms.db\t"),
+                                             HasSubstr("is a symbolic link"))));
+}
+
 TEST_P(LostFile, ThatTellsWhetherTheBackupIsEncryptedLeavesItsManifestListToTellIt) {
   for (const bool bLink : {true, false}) {
     fs::remove(PathOf(kContactsStore));

@@ -47,6 +47,18 @@ TEST_F(DataScreen, HasItsTwelvePagesInOrder) {
   }
 }
 
+// Picture and table have fixed sizes, and the page is lower than both.
+TEST_F(DataScreen, TableOfThePhotoStreamCoversSeventeenPixelsOfItsPicture) {
+  OpenDataScreen();
+
+  WindowAccess::PageStack(Window())->setCurrentIndex(1);
+  QCoreApplication::processEvents();
+
+  const QRect picture = Find<QLabel>("m_pPhotoStreamPreview")->geometry();
+  const QRect table = Table("m_pPhotoStreamTable")->geometry();
+  EXPECT_EQ(17, picture.top() + picture.height() - table.top());
+}
+
 TEST_F(DataScreen, StartsOnTheCameraPageWithoutASelectedNode) {
   OpenDataScreen();
 
