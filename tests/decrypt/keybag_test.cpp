@@ -189,6 +189,17 @@ TEST(Keybag, OpensThoughOneClassIsDamaged) {
   EXPECT_EQ("no key for its class 2", ReasonOf([&] { FileKeyOf(keybag, 2, SomeKey(2)); }));
 }
 
+TEST(Keybag, OpensThoughItsLastClassIsDamaged) {
+  std::string strDamaged = WrappedUnderSecret(SomeKey(3));
+  strDamaged[7] = static_cast<char>(strDamaged[7] ^ 1);
+  Keybag keybag(ToBytes(Head() + ClassOf(1, WrappedUnderSecret(SomeKey(1))) + ClassOf(3, strDamaged)));
+
+  ASSERT_TRUE(keybag.Unlock(SecretOf("secret")));
+
+  EXPECT_EQ(TextOfBytes(SomeKey(99)), FileKeyOf(keybag, 1, SomeKey(1)));
+  EXPECT_EQ("no key for its class 3", ReasonOf([&] { FileKeyOf(keybag, 3, SomeKey(3)); }));
+}
+
 TEST(FileKey, IsRefusedForAClassThatNoPasswordOpens) {
   Keybag keybag(ToBytes(WholeKeybag()));
   ASSERT_TRUE(keybag.Unlock(SecretOf("secret")));
