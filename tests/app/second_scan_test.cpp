@@ -1,3 +1,4 @@
+#include "common/status.h"
 #include "sample/pictures.h"
 #include "tests/cli/small_backup.h"
 #include "tests/ui/window_fixture.h"
@@ -134,6 +135,39 @@ TEST_F(SecondScan, MakesItsOwnParser) {
   EXPECT_EQ(kSmallBackupLabels, Labels());
   CloseWindow();
   EXPECT_EQ("gone 2", notes.back());
+}
+
+/// A parser that reports one value and fails.
+class StuckParser : public CLocalBuckupRecovery {
+ public:
+  int InitCallback(ProgressCallback pfnCallback, void* pContext) override {
+    m_pfnReport = pfnCallback;
+    m_pReportContext = pContext;
+    return 0;
+  }
+  int Scan(QString) override {
+    m_pfnReport(m_pReportContext, 40);
+    return kStatusFailed;
+  }
+
+ private:
+  ProgressCallback m_pfnReport = nullptr;
+  void* m_pReportContext = nullptr;
+};
+
+TEST_F(SecondScan, ReportsTheValueAtWhichTheFirstEnded) {
+  WriteSmallBackup(BackupPath("one"), BackupBuilder::Layout::Db);
+  Open();
+  WindowAccess::ParserMaker(Window()) = [](CIphoneBackupFile&) { return std::make_unique<StuckParser>(); };
+  std::vector<int> reports;
+  QObject::connect(&Window(), &DRUI::ScanProcessCallBack, &Window(),
+                   [&](int nProgress) { reports.push_back(nProgress); });
+  ScanBackup();
+  GoHome();
+
+  Click(Find<QPushButton>("m_pScanButton"));
+
+  EXPECT_EQ(std::vector<int>({40, 100, 40, 100}), reports);
 }
 
 }  // namespace
