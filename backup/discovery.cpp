@@ -185,7 +185,15 @@ int64_t CountBackupFiles(const std::string& strFolder) {
 
 int ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info) {
   const FilePointer pFile = OpenForReading(strFolder + "/Info.plist");
-  if (!pFile) return kStatusMissing;
+  if (!pFile) {
+    const int nError = errno;
+    // What isn't a regular file counts as missing; one that may not or can't be read is worth a word.
+    const bool bMissing =
+        nError == ENOENT || nError == ENOTDIR || nError == EISDIR || nError == ENXIO || nError == ELOOP;
+    if (!bMissing) ReportProblem(strFolder + "/Info.plist", strerror(nError));
+    errno = nError;
+    return kStatusMissing;
+  }
   info.strBackupPath = strFolder;
   if (!ReadInfoLines(pFile.get(), info)) ReportLoss(strFolder + "/Info.plist", strerror(errno));
   info.bEncrypted = IsBackupEncrypted(strFolder) != 0;

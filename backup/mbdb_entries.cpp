@@ -201,6 +201,9 @@ int VisitBinaryManifest(const char16_t* pPath, const std::function<void(const fi
   }
   if (nRead < sizeof head) ReportLoss(strPath, "cut short within its head");
   ManifestWindow window(nDescriptor);
+  // A device lists some thousand files: a manifest without any was cut behind its head.
+  if (window.Size() == 0 && window.Error() == 0 && nRead == sizeof head)
+    ReportProblem(strPath, "lists no files");
   VisitEntries(strPath, window, visit);
   return kStatusOk;
 }

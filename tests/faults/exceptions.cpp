@@ -15,6 +15,7 @@ constexpr size_t kHead = 6;  // bytes of "SQLite", which a store begins with
 
 constexpr char kEncryptionRule[] = "a contacts store too short for a head counts as an encrypted one";
 constexpr char kAbsent[] = "a file that the backup lacks is passed over";
+constexpr char kNames[] = "a contacts store that goes while the backup is read leaves names out";
 constexpr char kShort[] = "a file shorter than 512 bytes has no type and isn't listed";
 constexpr char kAsItIs[] = "a file cut short in a plain backup is copied as it is";
 constexpr char kTitle[] = "a key that \"Info.plist\" lacks stays empty";
@@ -40,6 +41,11 @@ bool IsStore(const Reference& reference, const std::string& strObject) {
   return std::any_of(reference.objects.begin(), reference.objects.end(), [&](const auto& object) {
     return object.second == strObject && object.first.find("store") != std::string::npos;
   });
+}
+
+bool IsContactsStore(const Reference& reference, const std::string& strObject) {
+  const auto contacts = reference.objects.find("contacts store");
+  return contacts != reference.objects.end() && contacts->second == strObject;
 }
 
 /// Nothing of what a file would have given is there, so that it was gone before it was first looked at.
@@ -104,6 +110,10 @@ std::string ExceptionFor(const Reference& reference, const Variant& variant, con
   const std::string strObject = strBackup + fault.strObject;
   if (fault.effect == Fault::kGone && IsGone(strObject) && NothingIsMadeOf(reference, fault, run))
     return kAbsent;
+  const bool bNames = strProduct.rfind("/CallHistory/", 0) == 0 || strProduct.rfind("/Message/", 0) == 0;
+  if (fault.effect == Fault::kGone && IsGone(strObject) && bNames && product != run.products.end() &&
+      IsContactsStore(reference, fault.strObject))
+    return kNames;
   if (fault.effect != Fault::kCut || variant.bEncrypted) return {};
   const std::string strBytes = BytesOf(strObject);
   if (strBytes.size() < kShortestFile && !IsStore(reference, fault.strObject)) return kShort;
@@ -123,10 +133,8 @@ std::string OutputException(const Reference& reference, Command command, const V
   }
   if (IsCutBetweenEntries(fault, strBackup)) return kEntryEnd;
   if (command == Command::Backups) {
-    const auto contacts = reference.objects.find("contacts store");
-    const bool bContacts = contacts != reference.objects.end() && contacts->second == strObject;
     const bool bCut = fault.effect == Fault::kCut && BytesOf(strBackup + strObject).size() < kHead;
-    return bContacts && bCut ? kEncryptionRule : "";
+    return IsContactsStore(reference, strObject) && bCut ? kEncryptionRule : "";
   }
   if (IsNamedFile(strObject)) return {};
   if (fault.effect == Fault::kGone && IsGone(strBackup + strObject)) return kAbsent;

@@ -16,7 +16,8 @@
 
 namespace {
 
-constexpr int kShortSeconds = 60;
+constexpr int kShortSeconds = 120;  // on a slow machine it tries fewer
+constexpr size_t kShortRuns = 1200;
 constexpr int kWindowEvery = 8;  // a run of the window takes that much longer than the others
 const char* const kParts[] = {"objects", "vanishing", "cuts", "full-disk", "signals"};
 
@@ -24,6 +25,7 @@ struct Options {
   std::string strPart;
   std::string strCommand;
   int nSeconds = 600;
+  size_t nMostRuns = SIZE_MAX;
   unsigned long nSeed = 1;
   std::string strFolder = "/tmp/orvandel-faults";
 };
@@ -33,6 +35,7 @@ bool ReadOptions(int argc, char** argv, Options& options) {
     const std::string strName = argv[i];
     if (strName == "--short") {
       options.nSeconds = kShortSeconds;
+      options.nMostRuns = kShortRuns;
       continue;
     }
     if (++i == argc) return false;
@@ -79,7 +82,8 @@ class Campaign {
     size_t nDone = 0;
     int nWindow = 0;
     for (const Case& one : m_cases) {
-      if (Clock::now() - begin > std::chrono::seconds(m_options.nSeconds)) break;
+      if (nDone == m_options.nMostRuns || Clock::now() - begin > std::chrono::seconds(m_options.nSeconds))
+        break;
       const bool bRare = one.command == Command::Window && m_options.strCommand.empty();
       if (bRare && nWindow++ % kWindowEvery != 0) continue;
       RunCase(one);
