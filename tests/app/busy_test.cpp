@@ -30,6 +30,9 @@ class PaintWatch : public QObject {
 
  protected:
   bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
+    // Other events may come to objects that aren't made to their end.
+    const QEvent::Type type = pEvent->type();
+    if (type != QEvent::Show && type != QEvent::Hide && type != QEvent::Paint) return false;
     auto* pWidget = qobject_cast<QWidget*>(pWatched);
     if (!pWidget || !pWidget->isWindow()) return false;
     const std::string strClass = pWidget->metaObject()->className();
