@@ -30,6 +30,4 @@ class CIPhoneHistoryCall {
   /// @return 0 always; a store that can't be read adds nothing.
   int GetHistoryCallInfo(const std::string& strCallPath, const std::string& strContactsPath,
                          std::vector<__CALLHISTORY__>& calls);
-
- private:
 };

@@ -69,8 +69,6 @@ class CIPhoneWhatsApp {
   /// @return 0.
   int GetWhatsAppMessageInfo(const std::string& strPath, const std::string& strSecondPath,
                              WhatsAppMap& chats);
-
- private:
 };
 
 /// Reader of a QQ store: finds nothing.

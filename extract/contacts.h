@@ -23,6 +23,4 @@ class CIPhoneContacts {
   /// Copies the store to a path and makes the copy readable and writable by all. @param nMaxId not used.
   /// @return 0 always.
   int SaveContactsCsvFile(const std::string& strSource, const std::string& strDestination, uint64_t nMaxId);
-
- private:
 };

@@ -32,6 +32,4 @@ class CIPhoneNotes {
 
   /// The same for the store with the table ZICCLOUDSYNCINGOBJECT.
   int GetNotesStoreInfo(const std::string& strPath, std::vector<__NOTES__>& notes);
-
- private:
 };

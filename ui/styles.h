@@ -21,6 +21,6 @@ extern const QString backGroud_style;
 /// Where the family isn't installed, the system's substitute with the same metrics stands in.
 QFont TextFont(int nSize, int nWeight);
 
-/// Makes the icons known. They stand in a library, which the program's own start doesn't see. Any number of
+/// Registers the icons. They are in a library, which the program's own start doesn't see. Any number of
 /// calls.
 void InitResources();

@@ -17,7 +17,7 @@ QByteArray ReadProcFile(qint64 nProcess, const char* pszName) {
 }
 
 /// Makes a root of its own out of the machine's, with "/Library" from a folder of the test, and runs a
-/// command there. All of it goes with the process.
+/// command there. All of it is gone when the process ends.
 constexpr char kScript[] =
     "set -e\n"
     "root=$1 library=$2; shift 2\n"

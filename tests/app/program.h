@@ -15,7 +15,7 @@ QString ProgramPath();
 bool MayStartWindow();
 
 /// The command in front of another that runs it in a file system of its own: the machine's, with "/Library"
-/// from a folder of that name inside a test's folder. All of it goes with the last process there.
+/// from a folder of that name inside a test's folder. All of it is gone with the last process there.
 QStringList InOwnRoot(const TemporaryFolder& folder);
 /// Why this machine can't run it; empty when it can.
 std::string ObstacleToOwnRoot(const TemporaryFolder& folder);

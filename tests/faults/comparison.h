@@ -4,7 +4,7 @@
 
 #include "tests/faults/reference.h"
 
-/// Lines that tell of a failure and that an undisturbed run doesn't print: on standard error, and "Failed" on
+/// Lines that report a failure and that an undisturbed run doesn't print: on standard error, and "Failed" on
 /// standard output.
 std::vector<std::string> ReportsOf(const Reference& reference, const Run& run);
 

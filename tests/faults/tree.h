@@ -16,7 +16,7 @@ void CopyTree(const std::string& strFrom, const std::string& strTo);
 /// Makes a folder that is empty.
 void MakeEmptyFolder(const std::string& strPath);
 
-/// All that a user could tell of a folder's content: for each name below it the kind, mode, time of change
+/// All that a user could see of a folder's content: for each name below it the kind, mode, time of change
 /// and bytes, or the target of a link. The folder itself has an empty name.
 std::map<std::string, std::string> TreeState(const std::string& strFolder);
 

@@ -1,4 +1,4 @@
-// Icons: their directory tells of sizes up to 256, the pictures in them may have any.
+// Icons: their directory gives sizes up to 256, the pictures in them may have any.
 #include <QBuffer>
 #include <QElapsedTimer>
 #include <QImageWriter>
@@ -39,7 +39,7 @@ std::string Encoded(const QImage& image, const char* pszFormat) {
   return bytes.toStdString();
 }
 
-/// A PNG whose head tells of another size. Nothing but the head is good.
+/// A PNG whose header claims another size. Nothing but the header is good.
 std::string PngHead(quint32 nWidth, quint32 nHeight, char nDepth = 8) {
   std::string strBytes = Encoded(Colourful({8, 8}), "png");
   return strBytes.replace(16, 9, BigEndian(nWidth) + BigEndian(nHeight) + nDepth);
