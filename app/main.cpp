@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QDir>
-#include <QTextCodec>
 
 #include "app/message_handler.h"
 #include "app/relaunch.h"
@@ -22,11 +21,8 @@ void ShowWindow() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);  // only the window's own close ends the run
-  // Narrow texts are in the locale's encoding: what they are converted by is what codecForLocale says.
-  QTextCodec::setCodecForLocale(QTextCodec::codecForLocale());
   qInstallMessageHandler(customMessageHandler);
   inner_initUnicodeMap("UTF-8");
   if (argc == kSecondStageArguments)

@@ -31,7 +31,7 @@ CPasswordUI::CPasswordUI(QDialog*, Qt::WindowFlags flags) : QDialog(nullptr, fla
   setWindowTitle("iTunes Backup Password");
   setWindowIcon(QIcon(":/image/logo.ico"));
   setFixedSize(500, 250);
-  setFont(TextFont(12, QFont::Normal));
+  setFont(TextFont(12, 50));
   InitDialog();
 }
 
@@ -63,7 +63,7 @@ void CPasswordUI::InitDialog() {
   const auto addButton = [&](const char* pszText, int nX, void (CPasswordUI::*pfnSlot)()) {
     QPushButton* pButton = CreateDialogButton(pszText, pStrip);
     pButton->setObjectName(pszText);
-    pButton->setFont(TextFont(12, QFont::Normal));
+    pButton->setFont(TextFont(12, 50));
     pButton->move(nX, 10);
     connect(pButton, &QPushButton::clicked, this, pfnSlot);
   };

@@ -9,7 +9,6 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTextCodec>
 #include <QTimer>
 #include <cstdio>
 

@@ -21,7 +21,7 @@ QString BackupLayout::PathOf(const std::string& strFileId) const {
   qstrPath += '/';
   if (!bEncrypted && bHasManifestDb) {
     DeclareSharded(ToNarrow(qstrRoot));
-    qstrPath += qstrId.leftRef(2);
+    qstrPath += QStringView(qstrId).left(2);
     qstrPath += '/';
   }
   qstrPath += qstrId;

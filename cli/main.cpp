@@ -1,5 +1,4 @@
 #include <QCoreApplication>
-#include <QTextCodec>
 #include <new>
 #include <stdexcept>
 
@@ -11,15 +10,6 @@
 #include "common/text.h"
 
 namespace {
-
-/// A locale without an encoding of its own ("C" of a cron job, say) would lose every character beyond ASCII.
-void UseUtf8WithoutLocale() {
-  const QByteArray codec = QTextCodec::codecForLocale()->name();
-  const bool bAsciiOnly = codec.contains("ASCII") || codec.contains("X3.4") || codec == "System";
-  const QByteArray locale = qgetenv("LC_ALL") + qgetenv("LC_CTYPE") + qgetenv("LANG");
-  if (bAsciiOnly || locale.isEmpty() || locale == "C" || locale == "POSIX")
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-}
 
 int Run(const Options& options) {
   switch (options.command) {
@@ -37,7 +27,6 @@ int Run(const Options& options) {
 
 int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);
-  UseUtf8WithoutLocale();
   inner_initUnicodeMap("UTF-8");
   PrintProblems();
   CatchStopSignals();

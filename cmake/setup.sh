@@ -4,7 +4,7 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What every build needs, then what only tests, benchmarks and fuzz targets need.
-debian_build="g++ cmake ninja-build qtbase5-dev libqt5sql5-sqlite libqt5webkit5-dev libssl-dev libsqlite3-dev libplist-dev pkg-config fonts-crosextra-carlito"
+debian_build="g++ cmake ninja-build qt6-base-dev libqt6sql6-sqlite qt6-webengine-dev libgl-dev libssl-dev libsqlite3-dev libplist-dev pkg-config fonts-crosextra-carlito"
 debian_screens="xvfb"
 debian_test="libgtest-dev libgmock-dev chromium nodejs openssl xvfb xdotool imagemagick"
 debian_format="clang-format"

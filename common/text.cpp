@@ -1,31 +1,39 @@
 #include "common/text.h"
 
-#include <QTextCodec>
-
 namespace {
 const iconv_t kNoHandle = reinterpret_cast<iconv_t>(-1);
-}
+QStringConverter::Encoding g_narrowEncoding = QStringConverter::Utf8;
+}  // namespace
 
 std::string g_language;
 iconv_t sz2uni_handle = kNoHandle;
 iconv_t uni2sz_handle = kNoHandle;
 
+QStringConverter::Encoding NarrowEncoding() {
+  return g_narrowEncoding;
+}
+
+void SetNarrowEncoding(QStringConverter::Encoding encoding) {
+  g_narrowEncoding = encoding;
+}
+
 bool NarrowIsUtf8() {
-  static constexpr int kMibOfUtf8 = 106;
-  return QTextCodec::codecForLocale()->mibEnum() == kMibOfUtf8;
+  return g_narrowEncoding == QStringConverter::Utf8;
 }
 
 std::string ToNarrow(const QString& qstrText) {
-  const QByteArray bytes = QTextCodec::codecForLocale()->fromUnicode(qstrText);
-  return {bytes.constData(), static_cast<size_t>(bytes.size())};
+  if (NarrowIsUtf8()) return qstrText.toStdString();
+  const QByteArray bytes = QStringEncoder(g_narrowEncoding)(qstrText);
+  return bytes.toStdString();
 }
 
 QString FromNarrow(const std::string& strNarrow) {
-  return QTextCodec::codecForLocale()->toUnicode(strNarrow.data(), static_cast<int>(strNarrow.size()));
+  if (NarrowIsUtf8()) return QString::fromStdString(strNarrow);
+  return QStringDecoder(g_narrowEncoding)(QByteArrayView(strNarrow));
 }
 
 QString FromNarrow(const char* pszNarrow) {
-  return pszNarrow ? QTextCodec::codecForLocale()->toUnicode(pszNarrow) : QString();
+  return pszNarrow ? FromNarrow(std::string(pszNarrow)) : QString();
 }
 
 std::u16string ToWide(const QString& qstrText) {

@@ -2,19 +2,25 @@
 #include <iconv.h>
 
 #include <QString>
+#include <QStringConverter>
 #include <string>
 
 // The two string forms of the system, and every conversion between them.
 // A narrow string is text in the locale's encoding. A wide string carries UTF-16.
 // A conversion to narrow keeps what the encoding can express and puts its replacement for the rest.
 
+/// The encoding of narrow text. The toolkit runs in a UTF-8 locale alone (it changes any other at its start), so
+/// that this is UTF-8 unless a test sets something else. Not thread-safe: set it while no other thread converts.
+QStringConverter::Encoding NarrowEncoding();
+void SetNarrowEncoding(QStringConverter::Encoding encoding);
+
 /// True when the locale's encoding is UTF-8, so that valid UTF-8 is narrow text as it stands.
 bool NarrowIsUtf8();
 
-/// QString to narrow, through the codec of the locale.
+/// QString to narrow.
 std::string ToNarrow(const QString& qstrText);
 
-/// Narrow to QString, through the codec of the locale.
+/// Narrow to QString.
 QString FromNarrow(const std::string& strNarrow);
 QString FromNarrow(const char* pszNarrow);
 

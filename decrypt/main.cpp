@@ -1,6 +1,5 @@
 #include <unistd.h>
 
-#include <QTextCodec>
 #include <algorithm>
 #include <clocale>
 #include <cstdio>
@@ -101,8 +100,6 @@ int main(int argc, char** argv) {
     return kToolUsage;
   }
   setlocale(LC_CTYPE, "");  // the encoding that a password may be in
-  // Paths pass through as they are, whatever the locale.
-  QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
   SetProblemHandler(PrintProblem);
   char** ppArguments = argv + nOptions;
   const int nBeforeCheck = bPasswordStdin ? 3 : 4;

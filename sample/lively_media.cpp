@@ -174,7 +174,7 @@ std::vector<SampleAttachment> addAttachments(BackupBuilder& backup, const Lively
                              .arg(storeGuid(QString("place %1").arg(seed)), QString::fromUtf8(kind.name));
     const QByteArray content = kind.make(seed++);
     backup.addFile("MediaDomain", path, content);
-    attachments.push_back({path, kind.mimeType, content.size()});
+    attachments.push_back({path, kind.mimeType, static_cast<int>(content.size())});
   }
   return attachments;
 }

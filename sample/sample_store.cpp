@@ -1,11 +1,11 @@
 #include <QFile>
-#include <QHash>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QtDebug>
 #include <atomic>
 #include <exception>
+#include <map>
 
 #include "sample/stores.h"
 #include "sample/written_file.h"
@@ -29,7 +29,7 @@ struct SampleStore::Private {
   bool wal;
   QString connection = nextConnectionName();
   bool open = false;
-  QHash<QString, Prepared> prepared;
+  std::map<QString, Prepared> prepared;
 
   QSqlDatabase database() const { return QSqlDatabase::database(connection, false); }
 
@@ -49,10 +49,10 @@ struct SampleStore::Private {
       QSqlQuery query(database());
       query.setForwardOnly(true);
       if (!query.prepare(sql)) fail(query.lastError());
-      found = prepared.insert(sql, {query, values.size()});
+      found = prepared.emplace(sql, Prepared{std::move(query), values.size()}).first;
     }
-    if (found->valueCount != values.size()) written_file::fail(path, "wrong number of values for " + sql);
-    QSqlQuery& query = found->query;
+    if (found->second.valueCount != values.size()) written_file::fail(path, "wrong number of values for " + sql);
+    QSqlQuery& query = found->second.query;
     for (size_t i = 0; i < values.size(); ++i) query.bindValue(static_cast<int>(i), values[i]);
     if (!query.exec()) fail(query.lastError());
     const qint64 row = query.lastInsertId().toLongLong();

@@ -14,6 +14,7 @@
 
 #include "common/places.h"
 #include "common/problem.h"
+#include "common/text.h"
 
 namespace {
 
@@ -172,10 +173,14 @@ std::vector<ProblemRecorder::Problem> ProblemRecorder::Problems() const {
   return g_problems;
 }
 
-LocaleCodec::LocaleCodec(const char* pszEncoding) : m_pOld(QTextCodec::codecForLocale()) {
-  QTextCodec* pCodec = QTextCodec::codecForName(pszEncoding);
-  EXPECT_NE(nullptr, pCodec) << pszEncoding;
-  QTextCodec::setCodecForLocale(pCodec);
+LocaleCodec::LocaleCodec(const char* pszEncoding) : m_old(NarrowEncoding()) {
+  const std::optional<QStringConverter::Encoding> encoding = QStringConverter::encodingForName(pszEncoding);
+  EXPECT_TRUE(encoding) << pszEncoding;
+  SetNarrowEncoding(encoding.value_or(m_old));
+}
+
+LocaleCodec::~LocaleCodec() {
+  SetNarrowEncoding(m_old);
 }
 
 void ExpectQtWarning(const char* pszPattern) {

@@ -1,6 +1,6 @@
 #pragma once
+#include <QStringConverter>
 #include <QTemporaryDir>
-#include <QTextCodec>
 #include <string>
 #include <utility>
 #include <vector>
@@ -71,12 +71,12 @@ class ProblemRecorder {
 class LocaleCodec {
  public:
   explicit LocaleCodec(const char* pszEncoding);
-  ~LocaleCodec() { QTextCodec::setCodecForLocale(m_pOld); }
+  ~LocaleCodec();
   LocaleCodec(const LocaleCodec&) = delete;
   LocaleCodec& operator=(const LocaleCodec&) = delete;
 
  private:
-  QTextCodec* m_pOld;
+  QStringConverter::Encoding m_old;
 };
 
 /// Announces a Qt warning of the running test. A warning that no test announced fails it, and so does an

@@ -1,61 +1,139 @@
 #include "ui/chat_view.h"
 
+#include <QCoreApplication>
 #include <QFile>
+#include <QPluginLoader>
+#include <QPointer>
 #include <QRegularExpression>
+#include <QVariant>
 
-#include "ui/sealed_page.h"
+#include "ui/chat_engine.h"
 
 namespace {
 
+constexpr char kClearScript[] = "document.body.innerHTML=''";
+constexpr char kEnableScript[] = "document.getElementById(\"content\").removeAttribute(\"disabled\")";
 constexpr char kReceivedScript[] =
     "document.getElementById(\"content\").insertAdjacentHTML(\"beforeEnd\",\"<div style='overflow:hidden;'>"
     "<p class='triangle-left left'>%1</p></div>\")";
 constexpr char kSentScript[] =
     "document.getElementById(\"content\").insertAdjacentHTML(\"beforeEnd\",\"<div style='overflow:hidden;'>"
     "<p class='triangle-right right'>%1</p></div>\")";
+// A script that looks something up would meet an element of that name instead. The functions are taken from where no
+// element can stand in for them. A field for a colour would open a dialog of the toolkit's.
+constexpr char kRemoveNamesScript[] =
+    "(function(){var take=Element.prototype.removeAttribute;"
+    "function each(what,name){Document.prototype.querySelectorAll.call(document,what).forEach("
+    "function(element){take.call(element,name)})}"
+    "each('body [name]','name');each('body object[id],body applet[id],body embed[id],body img[id],"
+    "body form[id],body iframe[id]','id');each('body input[type=color i]','type')})()";
 
-/// True for a text with an element that has a name, or with an escape of the script that may hide one.
+/// True for a text with an element that has a name or asks for a colour, or with an escape of the script that may hide
+/// one.
 bool MayHoldNames(const QString& qstrText) {
-  static const QRegularExpression name("<[^>]*(id|name)\\s*=", QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression name("<[^>]*((id|name)\\s*=|color)", QRegularExpression::CaseInsensitiveOption);
   return qstrText.contains('\\') || qstrText.contains(name);
+}
+
+QString ReadPage(const char* pszStyleFile) {
+  QFile style(pszStyleFile);
+  return style.open(QIODevice::ReadOnly) ? QString::fromUtf8(style.readAll()) : QString();
+}
+
+/// The module with the engine, which lies beside the program. Loaded on the first call. @return null if it is missing.
+ChatEngineFactory* EngineFactory() {
+  static ChatEngineFactory* const pFactory = [] {
+    QPluginLoader loader(QCoreApplication::applicationDirPath() + "/" ORVANDEL_CHAT_MODULE);
+    loader.setLoadHints(QLibrary::PreventUnloadHint);
+    return qobject_cast<ChatEngineFactory*>(loader.instance());
+  }();
+  return pFactory;
 }
 
 }  // namespace
 
 ChatView::ChatView(const char* pszStyleFile, QWidget* pParent)
-    : QWebView(pParent), m_pPage(new SealedPage(this)) {
-  setPage(m_pPage);
-  m_pPage->SetLaidOut(false);
-  QFile style(pszStyleFile);
-  m_pPage->SetContent(style.open(QIODevice::ReadOnly) ? QString::fromUtf8(style.readAll()) : QString());
-}
+    : QWidget(pParent), m_qstrPage(ReadPage(pszStyleFile)) {}
 
-// Out of sight nothing is laid out: markup can be made to take minutes for it.
-void ChatView::showEvent(QShowEvent* pEvent) {
-  m_pPage->SetLaidOut(true);
-  QWebView::showEvent(pEvent);
-}
-
-void ChatView::hideEvent(QHideEvent* pEvent) {
-  QWebView::hideEvent(pEvent);
-  m_pPage->SetLaidOut(false);
-}
+ChatView::~ChatView() = default;
 
 void ChatView::Clear() {
-  m_pPage->Run("document.body.innerHTML=''");
   m_nContent = 0;
+  m_scripts.clear();
+  if (m_bEnabled) m_scripts.push_back({Step::Enable, QString()});
+  Add(Step::Clear);
 }
 
 void ChatView::Enable() {
-  m_pPage->Run("document.getElementById(\"content\").removeAttribute(\"disabled\")");
+  m_bEnabled = true;
+  Add(Step::Enable);
 }
 
 bool ChatView::AddBubble(bool bReceived, const QString& qstrText) {
   const bool bNames = MayHoldNames(qstrText);
   m_nContent += qstrText.size() + kBubbleCost + (bNames ? kNamesCost : 0);
   if (m_nContent > kMostContent) return false;
-  if (!SealedPage::StaysInString(qstrText)) return true;
-  m_pPage->Run(QString(bReceived ? kReceivedScript : kSentScript).arg(qstrText));
-  if (bNames) m_pPage->RemoveNames();
+  if (!StaysInString(qstrText)) return true;
+  Add(bReceived ? Step::Received : Step::Sent, qstrText);
+  if (bNames) Add(Step::RemoveNames);
   return true;
+}
+
+void ChatView::Add(Step step, const QString& qstrText) {
+  m_scripts.push_back({step, qstrText});
+  if (m_bPageLoaded) Run(m_scripts.back());
+}
+
+void ChatView::Run(const Script& script) {
+  static constexpr const char* kScripts[] = {kClearScript, kEnableScript, kReceivedScript, kSentScript,
+                                             kRemoveNamesScript};
+  QString qstrScript = kScripts[static_cast<int>(script.step)];
+  if (script.step == Step::Received || script.step == Step::Sent) qstrScript = qstrScript.arg(script.qstrText);
+  ++m_nRunning;
+  m_pEngine->Run(qstrScript, [pThis = QPointer<ChatView>(this)](const QVariant&) {
+    if (pThis) --pThis->m_nRunning;
+  });
+}
+
+void ChatView::StartEngine() {
+  ChatEngineFactory* pFactory = EngineFactory();
+  if (pFactory) m_pEngine = pFactory->Create(this);
+  if (!m_pEngine) return;
+  m_pEngine->Widget()->setGeometry(rect());
+  m_pEngine->Widget()->show();
+  m_pEngine->Load(m_qstrPage, [pThis = QPointer<ChatView>(this)] {
+    if (!pThis) return;
+    pThis->m_bPageLoaded = true;
+    for (const Script& script : pThis->m_scripts) pThis->Run(script);
+  });
+}
+
+bool ChatView::StaysInString(const QString& qstrText) {
+  for (qsizetype i = 0; i < qstrText.size(); ++i) {
+    switch (qstrText[i].unicode()) {
+      case '\\':
+        // With what it escapes; a line break of two characters is one.
+        i += QStringView(qstrText).mid(i + 1, 2) == QLatin1String("\r\n") ? 2 : 1;
+        break;
+      case '"':
+      case '\n':
+      case '\r':
+      case 0x2028:  // the separators of lines and paragraphs end a string as well
+      case 0x2029:
+        return false;
+      default:
+        break;
+    }
+  }
+  return true;
+}
+
+void ChatView::showEvent(QShowEvent* pEvent) {
+  QWidget::showEvent(pEvent);
+  if (!m_pEngine) StartEngine();
+}
+
+void ChatView::resizeEvent(QResizeEvent* pEvent) {
+  QWidget::resizeEvent(pEvent);
+  if (m_pEngine) m_pEngine->Widget()->setGeometry(rect());
 }

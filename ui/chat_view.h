@@ -1,25 +1,35 @@
 #pragma once
-#include <QtWebKitWidgets/QWebView>
+#include <QWidget>
+#include <vector>
 
-class SealedPage;
+class ChatEngine;
 
-/// A chat of speech bubbles, on a sealed page. Each operation runs one script, which fails without a word
-/// where the page has no element "content".
-class ChatView : public QWebView {
+/// A chat of speech bubbles.
+///
+/// The view keeps the scripts that make up what it would show. Only when it is first shown does it load a browser
+/// engine, in which the scripts then run in their order. Each of them fails silently where the page has no element
+/// "content".
+class ChatView : public QWidget {
   Q_OBJECT
 
  public:
-  /// @param pszStyleFile the page to begin with, UTF-8. One that can't be read gives an empty page.
+  /// @param pszStyleFile the page to begin with, UTF-8, read at once. One that can't be read gives an empty page.
   explicit ChatView(const char* pszStyleFile, QWidget* pParent = nullptr);
+  ~ChatView() override;
 
-  /// Takes all bubbles away.
+  /// Removes all bubbles.
   void Clear();
-  /// Takes the attribute "disabled" from the page.
+  /// Removes the attribute "disabled" from the page.
   void Enable();
   /// Adds a bubble below the others. Its text goes in as it stands, markup and all; one that would end the
   /// script's string, with a double quote or a line break, gives no bubble.
   /// @return false when the view is full: it takes no more until it is cleared.
   bool AddBubble(bool bReceived, const QString& qstrText);
+
+  /// Null until the view is first shown, and where no engine can run.
+  ChatEngine* Engine() const { return m_pEngine; }
+  /// True when all scripts so far have run.
+  bool IsLoaded() const { return m_bPageLoaded && m_nRunning == 0; }
 
   /// What a view holds at the most, in characters and kBubbleCost for each bubble. A chat's bubbles repeat
   /// all texts before their own, so that a long one would take memory and time without an end.
@@ -27,11 +37,29 @@ class ChatView : public QWebView {
   static constexpr qint64 kBubbleCost = 1000;
   static constexpr qint64 kNamesCost = 50000;  ///< of a bubble whose elements may have names, on top
 
+  /// True when a text can be placed between double quotes in a script without ending the string.
+  static bool StaysInString(const QString& qstrText);
+
  protected:
   void showEvent(QShowEvent* pEvent) override;
-  void hideEvent(QHideEvent* pEvent) override;
+  void resizeEvent(QResizeEvent* pEvent) override;
 
  private:
-  SealedPage* m_pPage;
+  enum class Step { Clear, Enable, Received, Sent, RemoveNames };
+  struct Script {
+    Step step;
+    QString qstrText;  // of a bubble
+  };
+
+  void Add(Step step, const QString& qstrText = QString());
+  void Run(const Script& script);
+  void StartEngine();
+
+  const QString m_qstrPage;
+  std::vector<Script> m_scripts;  // since the last clearing; kept, since an engine may be made later
   qint64 m_nContent = 0;
+  bool m_bEnabled = false;  // outlasts a clearing
+  ChatEngine* m_pEngine = nullptr;
+  bool m_bPageLoaded = false;
+  int m_nRunning = 0;  // scripts that the engine has yet to finish
 };

@@ -23,7 +23,7 @@ void CCheckBoxHeaderView::paintSection(QPainter* pPainter, const QRect& rect, in
 }
 
 void CCheckBoxHeaderView::mousePressEvent(QMouseEvent* pEvent) {
-  if (visualIndexAt(pEvent->pos().x()) == m_nCheckSection) {
+  if (visualIndexAt(qRound(pEvent->position().x())) == m_nCheckSection) {
     m_bChecked = !m_bChecked;
     updateSection(m_nCheckSection);
     emit checkStausChange(m_bChecked);

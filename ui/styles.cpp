@@ -17,6 +17,12 @@ QString ButtonStyle(const char* pszColour, const char* pszText, const char* pszS
 constexpr char kRoundShape[] = "border-radius:15px;border:2px groove white;border-style:outset;";
 constexpr char kDialogShape[] = "border-radius:10px;border:2px groove white;border-style:outset;";
 
+/// A weight from 0 to 99 on the toolkit's scale from 1 to 1000.
+QFont::Weight FontWeight(int nWeight) {
+  if (nWeight >= 87) return QFont::Black;
+  return nWeight >= 75 ? QFont::Bold : QFont::Normal;
+}
+
 }  // namespace
 
 const QString main_button_style_no_file = ButtonStyle("rgb(191, 191, 191)", "color:gray;", kRoundShape);
@@ -31,7 +37,7 @@ const QString dialog_style::main_button_style = ButtonStyle("rgb(191, 191, 191)"
 const QString dialog_style::backGroud_style = "background-color: rgb(79, 79 ,79);";
 
 QFont TextFont(int nSize, int nWeight) {
-  return QFont("Calibri", nSize, nWeight);
+  return QFont("Calibri", nSize, FontWeight(nWeight));
 }
 
 void InitResources() {

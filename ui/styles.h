@@ -17,7 +17,7 @@ extern const QString main_button_style;
 extern const QString backGroud_style;
 }  // namespace dialog_style
 
-/// The family of all texts, Calibri, in a size in points and a weight from 0 to 99.
+/// The family of all texts, Calibri, in a size in points and a weight: 50 normal, 75 bold, 87 black.
 /// Where the family isn't installed, the system's substitute with the same metrics stands in.
 QFont TextFont(int nSize, int nWeight);
 

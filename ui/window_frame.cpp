@@ -50,7 +50,7 @@ QWidget* DRUI::CreateTopBar() {
   pLogo->setObjectName("logo");
   pLogo->setGeometry(Corners(10, 10, 73, 73));
   pLogo->setAlignment(Qt::AlignLeft);
-  pLogo->setPixmap(QIcon(":/image/logo-64.png").pixmap(windowHandle(), QSize(64, 64)));
+  pLogo->setPixmap(QIcon(":/image/logo-64.png").pixmap(QSize(64, 64)));
 
   auto* pTitle = new QLabel(pBar);
   pTitle->setObjectName("title");

@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QTextCodec>
 #include <QTimer>
 #include <cstdio>
 #include <cstring>
@@ -64,7 +63,6 @@ int main(int argc, char** argv) {
                  "usage: orvandel-faults-window BACKUP_ROOT BACKUP WORK_FOLDER DESTINATION PASSWORD\n");
     return 1;
   }
-  QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
   qInstallMessageHandler(customMessageHandler);
   inner_initUnicodeMap("UTF-8");
   InitResources();

@@ -1,9 +1,5 @@
-#include <QtWebKit/QWebElement>
-#include <QtWebKitWidgets/QWebFrame>
-
 #include "tests/cli/small_backup.h"
-#include "tests/ui/window_fixture.h"
-#include "ui/chat_view.h"
+#include "tests/ui/preview_fixture.h"
 
 namespace {
 
@@ -145,7 +141,7 @@ TEST_F(CategoryTree, ANodeWithoutRecordsShowsAnEmptyPageAndNoPreview) {
     if (auto* pLabel = Window().findChild<QLabel*>(one.pszPreview))
       pLabel->setText("mark");
     else
-      Find<ChatView>(one.pszPreview)->page()->mainFrame()->findFirstElement("body").setInnerXml("mark");
+      Ask(Find<ChatView>(one.pszPreview), "document.body.innerHTML='mark'");
   }
 
   for (const Case& one : cases) {
@@ -162,9 +158,7 @@ TEST_F(CategoryTree, ANodeWithoutRecordsShowsAnEmptyPageAndNoPreview) {
       if (const auto* pLabel = qobject_cast<QLabel*>(pPreview))
         EXPECT_EQ("mark", pLabel->text()) << other.pszPreview << ", " << one.nNode;
       else
-        EXPECT_EQ(
-            "mark",
-            Find<ChatView>(other.pszPreview)->page()->mainFrame()->findFirstElement("body").toInnerXml())
+        EXPECT_EQ("mark", Ask(Find<ChatView>(other.pszPreview), "document.body.innerHTML").toString())
             << other.pszPreview << ", " << one.nNode;
     }
   }

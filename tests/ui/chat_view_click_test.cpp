@@ -62,7 +62,7 @@ TEST_F(ChatClicks, ReachWhatTheyAreMeantFor) {
 
   ClickGo(Messages());
 
-  EXPECT_FALSE(Messages()->page()->mainFrame()->findFirstElement("[id=go]:checked").isNull());
+  EXPECT_TRUE(WaitFor([&] { return Ask(Messages(), "document.querySelector('#go').checked").toBool(); }));
 }
 
 }  // namespace

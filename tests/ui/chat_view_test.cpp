@@ -49,17 +49,17 @@ TEST_F(ChatViewTest, ClearTakesAllAwayAndKeepsTheBody) {
   view.Clear();
 
   EXPECT_EQ("", BodyOf(&view));
-  EXPECT_FALSE(view.page()->mainFrame()->findFirstElement("body#content").isNull());
+  EXPECT_EQ(QVariant(true), Ask(&view, "document.querySelector('body#content')!==null"));
 }
 
 TEST_F(ChatViewTest, EnableTakesTheAttributeAlone) {
   ChatView view("style.html");
-  ASSERT_EQ("disabled", view.page()->mainFrame()->findFirstElement("body").attribute("disabled"));
+  ASSERT_EQ("disabled", Ask(&view, "document.body.getAttribute('disabled')").toString());
 
   view.Enable();
 
-  EXPECT_FALSE(view.page()->mainFrame()->findFirstElement("body").hasAttribute("disabled"));
-  EXPECT_EQ("content", view.page()->mainFrame()->findFirstElement("body").attribute("id"));
+  EXPECT_EQ(QVariant(false), Ask(&view, "document.body.hasAttribute('disabled')"));
+  EXPECT_EQ("content", Ask(&view, "document.body.getAttribute('id')").toString());
 }
 
 TEST_F(ChatViewTest, ThePageIsReadAsUtf8FromTheCurrentFolder) {
@@ -67,7 +67,7 @@ TEST_F(ChatViewTest, ThePageIsReadAsUtf8FromTheCurrentFolder) {
                  "<html><head></head><body id='content'><i>\xc3\xbc\xe2\x82\xac</i></body></html>");
   EnterFolder(m_folder.Path());
 
-  const ChatView view("page.html");
+  ChatView view("page.html");
 
   EXPECT_EQ("<i>\xc3\xbc\xe2\x82\xac</i>", BodyOf(&view));
 }
@@ -77,12 +77,13 @@ TEST_F(ChatViewTest, ThePageOfTheProgramHasStylesForBothSides) {
   view.AddBubble(true, "one");
   view.AddBubble(false, "two");
 
-  const QWebElement left = view.page()->mainFrame()->findFirstElement("p.triangle-left.left");
-  const QWebElement right = view.page()->mainFrame()->findFirstElement("p.triangle-right.right");
-
-  EXPECT_EQ("left", left.styleProperty("float", QWebElement::ComputedStyle));
-  EXPECT_EQ("right", right.styleProperty("float", QWebElement::ComputedStyle));
-  EXPECT_EQ("hidden", left.parent().styleProperty("overflow-y", QWebElement::ComputedStyle));
+  const auto StyleOf = [&view](const char* pszElement, const char* pszProperty) {
+    return Ask(&view, QString("getComputedStyle(document.querySelector('%1')).%2").arg(pszElement, pszProperty))
+        .toString();
+  };
+  EXPECT_EQ("left", StyleOf("p.triangle-left.left", "float"));
+  EXPECT_EQ("right", StyleOf("p.triangle-right.right", "float"));
+  EXPECT_EQ("hidden", StyleOf("div", "overflowY"));
 }
 
 TEST_F(ChatViewTest, WithoutItsPageTheWindowWorksAndThePanesStayEmpty) {

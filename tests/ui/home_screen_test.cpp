@@ -35,7 +35,7 @@ TEST_F(HomeScreen, TopBarBearsLogoTitleAndHelpButton) {
   EXPECT_EQ(Layout1TopBackGroud_style, pBar->styleSheet());
   EXPECT_EQ(Corners(10, 10, 73, 73), pLogo->geometry());
   EXPECT_TRUE(pLogo->alignment() & Qt::AlignLeft);
-  EXPECT_FALSE(pLogo->pixmap(Qt::ReturnByValue).isNull());
+  EXPECT_FALSE(pLogo->pixmap().isNull());
   EXPECT_EQ(Corners(80, 20, 679, 79), pTitle->geometry());
   EXPECT_TRUE(pTitle->alignment() & Qt::AlignLeft);
   EXPECT_EQ("Velmora Orvandel\nExtractor all kinds of data from you iTunes backup file for free.",

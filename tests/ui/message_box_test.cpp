@@ -59,8 +59,8 @@ TEST_F(MessageBox, QuestionHasTextIconAndTwoButtons) {
   EXPECT_EQ(QRect(200, 5, 80, 25), pOk->geometry());
   EXPECT_EQ(kQuestion, TextOf(Text()));
   EXPECT_FALSE(Text()->wordWrap());
-  EXPECT_EQ(QPixmap(":/image/question.png").toImage(), pIcon->pixmap(Qt::ReturnByValue).toImage());
-  EXPECT_FALSE(pIcon->pixmap(Qt::ReturnByValue).isNull());
+  EXPECT_EQ(QPixmap(":/image/question.png").toImage(), pIcon->pixmap().toImage());
+  EXPECT_FALSE(pIcon->pixmap().isNull());
   EXPECT_EQ(Qt::AlignCenter, pIcon->alignment());
 }
 
@@ -75,8 +75,8 @@ TEST_F(MessageBox, InformationHasWrappedTextIconAndOneButton) {
   EXPECT_EQ(QRect(133, 5, 80, 25), pOk->geometry());
   EXPECT_TRUE(Text()->wordWrap());
   EXPECT_EQ("Can not found the iTunes Backup file.", TextOf(Text()));
-  EXPECT_EQ(QPixmap(":/image/information.png").toImage(), pIcon->pixmap(Qt::ReturnByValue).toImage());
-  EXPECT_FALSE(pIcon->pixmap(Qt::ReturnByValue).isNull());
+  EXPECT_EQ(QPixmap(":/image/information.png").toImage(), pIcon->pixmap().toImage());
+  EXPECT_FALSE(pIcon->pixmap().isNull());
 }
 
 TEST_F(MessageBox, SharesItsLookBetweenBothForms) {

@@ -60,13 +60,12 @@ TEST_F(PreviewMessages, EachConversationTakesThePlaceOfTheOneBefore) {
 TEST_F(PreviewMessages, TakeTheAttributeDisabledFromThePage) {
   OpenDataScreen();
   Put(5, {Message(0, "a")});
-  QWebFrame* pFrame = Messages()->page()->mainFrame();
-  ASSERT_TRUE(pFrame->findFirstElement("body#content").hasAttribute("disabled"));
+  ASSERT_TRUE(Ask(Messages(), "document.querySelector('body#content').hasAttribute('disabled')").toBool());
 
   ClickNode(4);
 
-  EXPECT_FALSE(pFrame->findFirstElement("body#content").isNull());
-  EXPECT_FALSE(pFrame->findFirstElement("body").hasAttribute("disabled"));
+  EXPECT_EQ(QVariant(false),
+            Ask(Messages(), "document.querySelector('body#content').hasAttribute('disabled')"));
 }
 
 TEST_F(PreviewMessages, AMissingKeyLeavesTheViewClearedAndOn) {
@@ -74,12 +73,12 @@ TEST_F(PreviewMessages, AMissingKeyLeavesTheViewClearedAndOn) {
   Put(5, {Message(0, "a")});
   ClickNode(4);
   ASSERT_EQ(1u, BubblesOf(Messages()).size());
-  Messages()->page()->mainFrame()->findFirstElement("body").setAttribute("disabled", "disabled");
+  Ask(Messages(), "document.body.setAttribute('disabled','disabled')");
 
   ShowKey(6u);
 
   EXPECT_EQ("", BodyOf(Messages()));
-  EXPECT_FALSE(Messages()->page()->mainFrame()->findFirstElement("body").hasAttribute("disabled"));
+  EXPECT_EQ(QVariant(false), Ask(Messages(), "document.body.hasAttribute('disabled')"));
 }
 
 TEST_F(PreviewMessages, AKeyThatDoesNotConvertIsNought) {
@@ -241,7 +240,7 @@ TEST_F(PreviewWhatsApp, ThePageKeepsTheAttributeDisabled) {
 
   SelectNode(9);
 
-  EXPECT_TRUE(Chats()->page()->mainFrame()->findFirstElement("body").hasAttribute("disabled"));
+  EXPECT_EQ(QVariant(true), Ask(Chats(), "document.body.hasAttribute('disabled')"));
 }
 
 TEST_F(PreviewWhatsApp, ATextThatEndsItsStringTakesAllBubblesAfterItAlong) {

@@ -3,9 +3,8 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <QShowEvent>
 #include <QTest>
-#include <QtWebKit/QWebElement>
-#include <QtWebKitWidgets/QWebFrame>
 #include <random>
 
 namespace {
@@ -32,15 +31,34 @@ Deadline::~Deadline() {
   signal(SIGALRM, SIG_DFL);
 }
 
-void ServeEngine() {
-  // What is due at once may put off more, and that again.
-  constexpr int kRounds = 3;
-  QWebPage page;
-  QWebFrame* pFrame = page.mainFrame();
-  for (int i = 0; i < kRounds; ++i) {
-    pFrame->evaluateJavaScript("window.served=false;setTimeout(function(){window.served=true},20)");
-    ASSERT_TRUE(WaitFor([&] { return pFrame->evaluateJavaScript("window.served").toBool(); }));
+ChatEngine& EngineOf(ChatView* pView) {
+  const bool bHidden = pView->isHidden();
+  pView->setVisible(true);
+  if (!pView->Engine()) {  // on a page that isn't on view
+    QShowEvent event;
+    QCoreApplication::sendEvent(pView, &event);
   }
+  if (!pView->Engine()) throw std::runtime_error("the view has no engine");
+  EXPECT_TRUE(WaitFor([&] { return pView->IsLoaded(); }));
+  if (bHidden) pView->setVisible(false);
+  return *pView->Engine();
+}
+
+QVariant Ask(ChatView* pView, const QString& qstrScript) {
+  // The answer may come after the wait has been given up.
+  struct Answer {
+    bool bThere = false;
+    QVariant value;
+  };
+  const auto pAnswer = std::make_shared<Answer>();
+  EngineOf(pView).Run(qstrScript, [pAnswer](const QVariant& value) { *pAnswer = {true, value}; });
+  EXPECT_TRUE(WaitFor([&] { return pAnswer->bThere; })) << qstrScript.left(100).toStdString();
+  return pAnswer->value;
+}
+
+void ServeEngine(ChatView* pView) {
+  const double nBegin = Ask(pView, "performance.now()").toDouble();
+  EXPECT_TRUE(WaitFor([&] { return Ask(pView, "performance.now()").toDouble() > nBegin + 100; }));
 }
 
 const std::vector<PictureCategory> kPictureCategories = {
@@ -98,11 +116,11 @@ QSize PreviewTest::ShowFile(const PictureCategory& category, const std::string& 
 }
 
 QSize PreviewTest::PictureSize(const QLabel* pLabel) {
-  return pLabel->pixmap(Qt::ReturnByValue).size();
+  return pLabel->pixmap().size();
 }
 
 QImage PreviewTest::Picture(const PictureCategory& category) {
-  return Preview(category)->pixmap(Qt::ReturnByValue).toImage().convertToFormat(QImage::Format_RGB32);
+  return Preview(category)->pixmap().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
 void PreviewTest::PressKey(QTableWidget* pTable, int nKey) {
@@ -121,21 +139,15 @@ std::string PreviewTest::WritePicture(const std::string& strName, const QSize& s
   return strPath;
 }
 
-const SealedPage& PreviewTest::PageOf(const ChatView* pView) {
-  const auto* pPage = qobject_cast<SealedPage*>(pView->page());
-  if (!pPage) throw std::runtime_error("the page isn't sealed");
-  return *pPage;
+std::string PreviewTest::BodyOf(ChatView* pView) {
+  return Ask(pView, "document.body.innerHTML").toString().toStdString();
 }
 
-std::string PreviewTest::BodyOf(const ChatView* pView) {
-  return pView->page()->mainFrame()->findFirstElement("body").toInnerXml().toStdString();
-}
-
-std::vector<std::string> PreviewTest::BubblesOf(const ChatView* pView) {
+std::vector<std::string> PreviewTest::BubblesOf(ChatView* pView) {
   std::vector<std::string> bubbles;
-  const QWebElement body = pView->page()->mainFrame()->findFirstElement("body");
-  for (QWebElement child = body.firstChild(); !child.isNull(); child = child.nextSibling())
-    bubbles.push_back(child.toOuterXml().toStdString());
+  const QVariant markup =
+      Ask(pView, "Array.prototype.map.call(document.body.children,function(child){return child.outerHTML})");
+  for (const QVariant& bubble : markup.toList()) bubbles.push_back(bubble.toString().toStdString());
   return bubbles;
 }
 

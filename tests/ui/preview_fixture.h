@@ -1,12 +1,9 @@
 #pragma once
 #include <QImage>
-#include <QtWebKit/QWebElement>
-#include <QtWebKitWidgets/QWebFrame>
-#include <QtWebKitWidgets/QWebView>
 
 #include "tests/ui/selection_fixture.h"
+#include "ui/chat_engine.h"
 #include "ui/chat_view.h"
-#include "ui/sealed_page.h"
 
 /// Ends the process when a test hangs: nothing inside it could.
 class Deadline {
@@ -17,9 +14,13 @@ class Deadline {
   Deadline& operator=(const Deadline&) = delete;
 };
 
-/// Serves what the engine of the chat views has put off: all that was due within a moment, and what came of
-/// it. Its timers run in the order of their time, so that one of the test's own comes after the others.
-void ServeEngine();
+/// Shows a view by itself where its page isn't on view, waits until its engine has run all its scripts, and hides it
+/// again if it was hidden.
+ChatEngine& EngineOf(ChatView* pView);
+/// The value of a script of the test's in a view's page.
+QVariant Ask(ChatView* pView, const QString& qstrScript);
+/// Serves what the engine of a view has put off: all that is due within a tenth of a second of its page's own clock.
+void ServeEngine(ChatView* pView);
 
 /// A category whose rows are files, shown as pictures.
 struct PictureCategory {
@@ -63,11 +64,10 @@ class PreviewTest : public SelectionTest {
 
   ChatView* Messages() { return Find<ChatView>("m_pMessageWebView"); }
   ChatView* Chats() { return Find<ChatView>("m_pWhatsappWebView"); }
-  static const SealedPage& PageOf(const ChatView* pView);
   /// Markup inside a view's body.
-  static std::string BodyOf(const ChatView* pView);
+  static std::string BodyOf(ChatView* pView);
   /// Markup of the bubbles themselves, from the top.
-  static std::vector<std::string> BubblesOf(const ChatView* pView);
+  static std::vector<std::string> BubblesOf(ChatView* pView);
 
   Deadline m_deadline{60};
 };

@@ -1,6 +1,7 @@
 #include "tests/ui/window_fixture.h"
 
 #include <QTest>
+#include <map>
 
 namespace {
 
@@ -89,7 +90,13 @@ std::vector<std::string> WindowTest::Cells(const QTableWidget* pTable, int nRow)
 }
 
 std::string FontOf(const QFont& font) {
-  return QString("%1 %2/%3").arg(font.family()).arg(font.pointSize()).arg(font.weight()).toStdString();
+  const std::map<int, int> weights = {{QFont::Normal, 50}, {QFont::Bold, 75}, {QFont::Black, 87}};
+  const auto weight = weights.find(font.weight());
+  return QString("%1 %2/%3")
+      .arg(font.family())
+      .arg(font.pointSize())
+      .arg(weight == weights.end() ? -1 : weight->second)
+      .toStdString();
 }
 
 std::string TextOf(const QLabel* pLabel) {
