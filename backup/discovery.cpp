@@ -10,8 +10,8 @@
 #include <cstring>
 #include <memory>
 
-#include "backup/layout.h"
 #include "common/file.h"
+#include "common/layout.h"
 #include "common/places.h"
 #include "common/problem.h"
 #include "common/status.h"

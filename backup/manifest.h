@@ -1,7 +1,7 @@
 #pragma once
 #include <string>
 
-#include "backup/catalogue.h"
+#include "common/catalogue.h"
 
 // Readers of the two forms of manifest. docs/manifest-format.md tells the binary one byte by byte.
 

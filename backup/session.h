@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "backup/catalogue.h"
 #include "backup/info.h"
-#include "backup/layout.h"
 #include "common/callback.h"
+#include "common/catalogue.h"
+#include "common/layout.h"
 #include "extract/app_files.h"
 #include "extract/call_history.h"
 #include "extract/chats.h"

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "backup/catalogue.h"
-#include "backup/layout.h"
 #include "common/callback.h"
+#include "common/catalogue.h"
+#include "common/layout.h"
 
 // Media files of a backup. Sizes are those on disk, cut to 32 bits; names narrow, paths UTF-16.
 

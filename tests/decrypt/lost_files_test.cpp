@@ -4,7 +4,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "backup/layout.h"
+#include "common/layout.h"
 #include "sample/lively_backup.h"
 #include "tests/backup/tree_state.h"
 #include "tests/cli/command.h"

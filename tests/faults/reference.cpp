@@ -7,7 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "backup/layout.h"
+#include "common/layout.h"
 
 namespace {
 

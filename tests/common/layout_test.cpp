@@ -1,4 +1,4 @@
-#include "backup/layout.h"
+#include "common/layout.h"
 
 #include <gtest/gtest.h>
 

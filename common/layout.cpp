@@ -1,4 +1,4 @@
-#include "backup/layout.h"
+#include "common/layout.h"
 
 #include "common/file.h"
 #include "common/text.h"
