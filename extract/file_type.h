@@ -71,6 +71,31 @@ class CFileTypeJudge {
   static int IsTtfType(const void* pData, uint32_t nLength);
   static int IsMtsType(const void* pData, uint32_t nLength);
 
+  // Marks at the end of files and object identifiers, for a search from the tail. Nothing reads them yet.
+  static constexpr unsigned char szJpgTail[] = {0xFF, 0xD9};
+  static constexpr unsigned char szGifTail[] = {0x00, 0x3B};
+  static constexpr unsigned char szPngTail[] = {'I', 'E', 'N', 'D', 0xAE, 0x42, 0x60, 0x82};
+  static constexpr char szMp4Tail[] = "freeIsoMedia File Produced";
+  static constexpr unsigned char szWinrarTail[] = {0xC4, 0x3D, 0x7B, 0x00, 0x40, 0x07, 0x00};
+  static constexpr unsigned char sm_ucWinrarTail[] = {0xC4, 0x3D, 0x7B, 0x00, 0x40, 0x07, 0x00};
+  static constexpr char sm_ucMp3Tail[] = "TAG";
+  static constexpr char Mp3Tail[] = "TAG";
+  static constexpr unsigned char sz_ApeTail[] = {'A', 'P', 'E', 'T', 'A', 'G', 'E', 'X', 0xD0, 0x07};
+  static constexpr char sm_ucPdfEof[] = "%%EOF";
+  static constexpr char sm_ucPdfTrailer[] = "trailer";
+
+  // The published identifiers of ASF objects, as they stand in a file.
+  static constexpr unsigned char sm_Asf_file_head_guid[] = {0x30, 0x26, 0xB2, 0x75, 0x8E, 0x66, 0xCF, 0x11,
+                                                            0xA6, 0xD9, 0x00, 0xAA, 0x00, 0x62, 0xCE, 0x6C};
+  static constexpr unsigned char sm_Asf_file_properties_guid[] = {
+      0xA1, 0xDC, 0xAB, 0x8C, 0x47, 0xA9, 0xCF, 0x11, 0x8E, 0xE4, 0x00, 0xC0, 0x0C, 0x20, 0x53, 0x65};
+  static constexpr unsigned char sm_Asf_stream_properties_guid[] = {
+      0x91, 0x07, 0xDC, 0xB7, 0xB7, 0xA9, 0xCF, 0x11, 0x8E, 0xE6, 0x00, 0xC0, 0x0C, 0x20, 0x53, 0x65};
+  static constexpr unsigned char sm_Asf_audio_guid[] = {0x40, 0x9E, 0x69, 0xF8, 0x4D, 0x5B, 0xCF, 0x11,
+                                                        0xA8, 0xFD, 0x00, 0x80, 0x5F, 0x5C, 0x44, 0x2B};
+  static constexpr unsigned char sm_Asf_video_guid[] = {0xC0, 0xEF, 0x19, 0xBC, 0x4D, 0x5B, 0xCF, 0x11,
+                                                        0xA8, 0xFD, 0x00, 0x80, 0x5F, 0x5C, 0x44, 0x2B};
+
  private:
   struct Row {
     const char* pszExtension;

@@ -1,5 +1,5 @@
-// The tests of the type judge. Offsets count from the start of the file; every read stays inside the given
-// length.
+// The signatures that the type judge looks for in a head. Offsets count from the start of the file; every
+// read stays inside the given length.
 
 #include <initializer_list>
 
