@@ -7,7 +7,7 @@
 #include <exception>
 #include <map>
 
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 
 namespace {
 
@@ -21,19 +21,19 @@ int complain(const QString& text, int status) {
 
 struct NumberOption {
   const char *name, *description;
-  int LivelyOptions::*member;
+  int DemoOptions::*member;
 };
 
 const NumberOption kNumbers[] = {
-    {"photos", "Pictures and films of the camera roll.", &LivelyOptions::photos},
-    {"messages", "Messages, over all conversations.", &LivelyOptions::messages},
-    {"contacts", "People of the address book.", &LivelyOptions::contacts},
-    {"entries", "Fill the manifest up to this many entries.", &LivelyOptions::entries},
-    {"seed", "Another number makes another backup.", &LivelyOptions::seed},
+    {"photos", "Pictures and films of the camera roll.", &DemoOptions::photos},
+    {"messages", "Messages, over all conversations.", &DemoOptions::messages},
+    {"contacts", "People of the address book.", &DemoOptions::contacts},
+    {"entries", "Fill the manifest up to this many entries.", &DemoOptions::entries},
+    {"seed", "Another number makes another backup.", &DemoOptions::seed},
 };
 
 /// Takes over what tells of the encryption. @return what is wrong with it; null when nothing is.
-QString readEncryption(const QCommandLineParser& parser, LivelyOptions& options) {
+QString readEncryption(const QCommandLineParser& parser, DemoOptions& options) {
   using Age = Encryption::Age;
   static const std::map<QString, Age> kAges = {
       {"9", Age::BeforeIos10}, {"10.0", Age::Ios10}, {"10.2", Age::From102}};
@@ -62,7 +62,7 @@ QString readEncryption(const QCommandLineParser& parser, LivelyOptions& options)
 }
 
 /// Takes the options over. @return what is wrong with them; null when nothing is.
-QString readOptions(const QCommandLineParser& parser, LivelyOptions& options) {
+QString readOptions(const QCommandLineParser& parser, DemoOptions& options) {
   const QString layout = parser.value("layout");
   if (layout != "db" && layout != "mbdb") return "--layout is mbdb or db, not \"" + layout + "\"";
   options.layout = layout == "db" ? BackupBuilder::Layout::Db : BackupBuilder::Layout::Mbdb;
@@ -94,7 +94,7 @@ int main(int argc, char** argv) {
   parser.addVersionOption();
   parser.addPositionalArgument("FOLDER", "The backup's own folder; missing or empty.");
   parser.addOption({"layout", "Kind of manifest: mbdb or db.", "layout", "db"});
-  LivelyOptions options;
+  DemoOptions options;
   for (const NumberOption& number : kNumbers) {
     parser.addOption({number.name, number.description, "N", QString::number(options.*number.member)});
   }
@@ -124,7 +124,7 @@ int main(int argc, char** argv) {
   }
 
   try {
-    const LivelySummary summary = writeLivelyBackup(folder, options);
+    const DemoSummary summary = writeDemoBackup(folder, options);
     std::printf(
         "%s: %lld entries, %d photos, %d messages in %d conversations, %d contacts, %d calls, %d notes\n",
         qPrintable(folder), static_cast<long long>(summary.entries), options.photos, options.messages,

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 #include "tests/app/encrypted_fixture.h"
 #include "tests/backup/tree_state.h"
 #include "tests/cli/recovery_output.h"
@@ -146,14 +146,14 @@ std::map<std::string, std::string> RecoveredFiles(const std::string& strOut) {
 class EncryptedAges : public EncryptedTest, public testing::WithParamInterface<Age> {
  protected:
   EncryptedAges() {
-    LivelyOptions options;
+    DemoOptions options;
     options.layout = GetParam().layout;
     options.age = GetParam().age;
     options.rounds = 20;
     options.messages = 120;
-    writeLivelyBackup(QString::fromStdString(Plain()), options);
+    writeDemoBackup(QString::fromStdString(Plain()), options);
     options.password = kPassword;
-    writeLivelyBackup(QString::fromStdString(Encrypted()), options);
+    writeDemoBackup(QString::fromStdString(Encrypted()), options);
   }
   std::string Plain() const { return m_folder.Path("plain/my phone"); }
   std::string Encrypted() const { return m_folder.Path("encrypted/my phone"); }

@@ -1,7 +1,7 @@
 // A recovery through the real program, with real keys.
 #include <QCoreApplication>
 
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 #include "tests/app/end_to_end_fixture.h"
 #include "tests/app/recovery_tree.h"
 #include "tests/backup/tree_state.h"
@@ -35,9 +35,9 @@ class EndToEndRecovery : public EndToEnd {
 };
 
 TEST_F(EndToEndRecovery, AllThatAScanFindsIsWrittenAsTheCommandLineWritesIt) {
-  LivelyOptions options;
+  DemoOptions options;
   options.messages = 120;
-  writeLivelyBackup(QString::fromStdString(BackupPath("one")), options);
+  writeDemoBackup(QString::fromStdString(BackupPath("one")), options);
   const std::string strOut = m_folder.MakeFolder("out folder");
   const std::string strExpected = RecoverByCommand(BackupPath("one"), m_folder.Path("expected"));
   const auto before = TreeState(BackupPath("one"));

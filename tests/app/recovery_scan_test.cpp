@@ -2,7 +2,7 @@
 #include <QTest>
 #include <algorithm>
 
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 #include "tests/app/recovery_fixture.h"
 #include "tests/app/recovery_tree.h"
 #include "tests/backup/tree_state.h"
@@ -19,9 +19,9 @@ constexpr size_t kLeastFiles = 100;  // of the backup's recovery
 class RecoveryOfScan : public RecoveryTest {
  protected:
   RecoveryOfScan() {
-    LivelyOptions options;
+    DemoOptions options;
     options.messages = 150;
-    writeLivelyBackup(QString::fromStdString(BackupPath("one")), options);
+    writeDemoBackup(QString::fromStdString(BackupPath("one")), options);
     m_before = TreeState(BackupPath("one"));
     Open();
     ScanBackup();

@@ -4,7 +4,7 @@
 
 #include "backup/categories.h"
 #include "export/file_copy.h"
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 #include "sample/stores.h"
 #include "tests/backup/tree_state.h"
 #include "tests/scan_support.h"
@@ -20,13 +20,13 @@ class Unchanged : public testing::TestWithParam<Layout> {
 
   std::string Backup() const { return m_folder.Path("backup"); }
 
-  void MakeLivelyBackup() {
-    LivelyOptions options;
+  void MakeDemoBackup() {
+    DemoOptions options;
     options.layout = GetParam();
     options.photos = 6;
     options.messages = 60;
     options.contacts = 20;
-    writeLivelyBackup(FromNarrow(Backup()), options);
+    writeDemoBackup(FromNarrow(Backup()), options);
     std::filesystem::create_symlink("Info.plist", Backup() + "/link");
     std::filesystem::create_symlink("nowhere", Backup() + "/dangling");
   }
@@ -55,7 +55,7 @@ class Unchanged : public testing::TestWithParam<Layout> {
 }  // namespace
 
 TEST_P(Unchanged, ByAScan) {
-  MakeLivelyBackup();
+  MakeDemoBackup();
   const auto before = TreeState(Backup());
 
   const int nStatus = ScanAll();
@@ -94,7 +94,7 @@ TEST_P(Unchanged, ByAScanOfStoresInWalMode) {
 }
 
 TEST_P(Unchanged, ByAScanWithStoresMissing) {
-  MakeLivelyBackup();
+  MakeDemoBackup();
   for (const auto pfnPlace : {store_places::contacts, store_places::messages, store_places::notes,
                               store_places::notesCloud, store_places::calls, store_places::callsFallback})
     std::filesystem::remove(PathOf(pfnPlace()));
@@ -108,7 +108,7 @@ TEST_P(Unchanged, ByAScanWithStoresMissing) {
 }
 
 TEST_P(Unchanged, ByAScanWithoutAManifest) {
-  MakeLivelyBackup();
+  MakeDemoBackup();
   std::filesystem::remove(Backup() + (GetParam() == Layout::Db ? "/Manifest.db" : "/Manifest.mbdb"));
   const auto before = TreeState(Backup());
 
@@ -119,7 +119,7 @@ TEST_P(Unchanged, ByAScanWithoutAManifest) {
 }
 
 TEST_P(Unchanged, ByCopyingFilesAndStoresOut) {
-  MakeLivelyBackup();
+  MakeDemoBackup();
   ScanAll();
   const auto before = TreeState(Backup());
   BackupFileCopier copier(FromNarrow(m_folder.Path("out")), QString());

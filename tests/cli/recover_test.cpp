@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 #include "sample/pictures.h"
 #include "tests/cli/command.h"
 #include "tests/cli/small_backup.h"
@@ -106,9 +106,9 @@ TEST_P(RecoverOfLayout, CopiesTheSameFilesInTheSameOrderWithoutOnly) {
 }
 
 TEST_P(RecoverOfLayout, LeavesTheBackupAsItWas) {
-  LivelyOptions options;
+  DemoOptions options;
   options.layout = GetParam();
-  writeLivelyBackup(QString::fromStdString(Backup()), options);
+  writeDemoBackup(QString::fromStdString(Backup()), options);
   const auto before = TreeOf(Backup());
 
   const CommandResult result = RunCommand({"recover", Backup(), Out()});
@@ -117,10 +117,10 @@ TEST_P(RecoverOfLayout, LeavesTheBackupAsItWas) {
   EXPECT_TRUE(before == TreeOf(Backup()));
 }
 
-TEST_P(RecoverOfLayout, CopiesAsManyFilesOfALivelyBackupAsTheScanCounts) {
-  LivelyOptions options;
+TEST_P(RecoverOfLayout, CopiesAsManyFilesOfADemoBackupAsTheScanCounts) {
+  DemoOptions options;
   options.layout = GetParam();
-  writeLivelyBackup(QString::fromStdString(Backup()), options);
+  writeDemoBackup(QString::fromStdString(Backup()), options);
 
   const QJsonObject counts = RunCommand({"scan", Backup(), "--json"}).Object()["counts"].toObject();
   const CommandResult result = RunCommand(RecoverFiles(Backup(), Out()));

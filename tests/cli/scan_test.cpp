@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 #include "sample/stores.h"
 #include "tests/cli/command.h"
 #include "tests/cli/small_backup.h"
@@ -122,10 +122,10 @@ TEST_P(ScanCommand, JsonTellsTheManifestOnDemand) {
                         R"(","name":"CameraRollDomain-Media/DCIM/100APPLE/IMG_0001.PNG"})"));
 }
 
-TEST_P(ScanCommand, CountsOfALivelyBackupAgreeWithItsLists) {
-  LivelyOptions options;
+TEST_P(ScanCommand, CountsOfADemoBackupAgreeWithItsLists) {
+  DemoOptions options;
   options.layout = GetParam();
-  writeLivelyBackup(QString::fromStdString(Backup()), options);
+  writeDemoBackup(QString::fromStdString(Backup()), options);
 
   const QJsonObject json = RunCommand({"scan", Backup(), "--json"}).Object();
   const CommandResult text = RunCommand({"scan", Backup()});
@@ -155,9 +155,9 @@ TEST_P(ScanCommand, CountsOfALivelyBackupAgreeWithItsLists) {
 }
 
 TEST_P(ScanCommand, LeavesTheBackupAsItWas) {
-  LivelyOptions options;
+  DemoOptions options;
   options.layout = GetParam();
-  writeLivelyBackup(QString::fromStdString(Backup()), options);
+  writeDemoBackup(QString::fromStdString(Backup()), options);
   const auto before = TreeOf(Backup());
 
   const CommandResult result = RunCommand({"scan", Backup(), "--json", "--manifest"});

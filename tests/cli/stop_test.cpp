@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 #include "sample/pictures.h"
 #include "tests/cli/command.h"
 #include "tests/cli/small_backup.h"
@@ -167,7 +167,7 @@ TEST(ReaderOfTheLines, ThatGoesAwayIsAFailedWrite) {
 
 TEST(Progress, IsDrawnOnATerminalAndTakenAway) {
   TemporaryFolder folder;
-  writeLivelyBackup(QString::fromStdString(folder.Path("backup")), {});
+  writeDemoBackup(QString::fromStdString(folder.Path("backup")), {});
   Terminal terminal;
   CommandResult result;
 
@@ -182,7 +182,7 @@ TEST(Progress, IsDrawnOnATerminalAndTakenAway) {
 
 TEST(Progress, NeverGoesBack) {
   TemporaryFolder folder;
-  writeLivelyBackup(QString::fromStdString(folder.Path("backup")), {});
+  writeDemoBackup(QString::fromStdString(folder.Path("backup")), {});
   Terminal terminal;
   CommandResult result;
 

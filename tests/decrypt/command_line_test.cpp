@@ -13,7 +13,7 @@
 #include <filesystem>
 #include <thread>
 
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 #include "tests/backup/tree_state.h"
 #include "tests/cli/command.h"
 #include "tests/cli/recovery_output.h"
@@ -30,8 +30,8 @@ namespace {
 constexpr int kLimit = 60000;  // milliseconds
 constexpr int kStep = 10;
 
-LivelyOptions OptionsOf(const BackupAge& age) {
-  LivelyOptions options;
+DemoOptions OptionsOf(const BackupAge& age) {
+  DemoOptions options;
   options.layout = age.layout;
   options.age = age.age;
   options.rounds = 20;
@@ -43,10 +43,10 @@ LivelyOptions OptionsOf(const BackupAge& age) {
 class EncryptedCommand : public testing::Test {
  protected:
   void Write(const BackupAge& age) {
-    LivelyOptions options = OptionsOf(age);
-    writeLivelyBackup(QString::fromStdString(Plain()), options);
+    DemoOptions options = OptionsOf(age);
+    writeDemoBackup(QString::fromStdString(Plain()), options);
     options.password = kPassword;
-    writeLivelyBackup(QString::fromStdString(Backup()), options);
+    writeDemoBackup(QString::fromStdString(Backup()), options);
     m_folder.Write("password", std::string(kPassword) + "\n");
   }
   std::string Plain() const { return m_folder.Path("plain/backup"); }

@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "common/layout.h"
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 #include "tests/backup/tree_state.h"
 #include "tests/cli/command.h"
 #include "tests/cli/mount.h"
@@ -26,13 +26,13 @@ namespace {
 class LostFile : public testing::TestWithParam<BackupAge> {
  protected:
   void SetUp() override {
-    LivelyOptions options;
+    DemoOptions options;
     options.layout = GetParam().layout;
     options.age = GetParam().age;
     options.rounds = 20;
     options.messages = 60;
     options.password = kPassword;
-    writeLivelyBackup(QString::fromStdString(Backup()), options);
+    writeDemoBackup(QString::fromStdString(Backup()), options);
     m_folder.Write("password", std::string(kPassword) + "\n");
   }
 
@@ -226,12 +226,12 @@ const Command kCommands[] = {
 TEST_P(CommandOnABackup, LeavesItAsItIs) {
   TemporaryFolder folder;
   const std::string strBackup = folder.Path("backups/backup");
-  LivelyOptions options;
+  DemoOptions options;
   options.layout = BackupBuilder::Layout::Db;
   options.rounds = 20;
   options.messages = 60;
   if (GetParam().bEncrypted) options.password = kPassword;
-  writeLivelyBackup(QString::fromStdString(strBackup), options);
+  writeDemoBackup(QString::fromStdString(strBackup), options);
   if (GetParam().pfnDamage) GetParam().pfnDamage(strBackup);
   // Of a window that is decrypting right now, or of one that was killed.
   for (const char* pszName : {"Manifest.db-decypted.part", "Manifest.db-decypted.part2"})

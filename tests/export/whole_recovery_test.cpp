@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "backup/categories.h"
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 #include "sample/stores.h"
 #include "tests/backup/tree_state.h"
 #include "tests/export/recovery_fixture.h"
@@ -16,14 +16,14 @@ using Layout = BackupBuilder::Layout;
 
 namespace {
 
-/// A recovery of all documents of the lively backup.
+/// A recovery of all documents of the demo backup.
 class WholeRecovery : public RecoveryTest, public testing::WithParamInterface<Layout> {
  protected:
   WholeRecovery() : m_records(m_session.GetMessageMap()) {
-    LivelyOptions options;
+    DemoOptions options;
     options.layout = GetParam();
     options.photos = 4;
-    writeLivelyBackup(FromNarrow(Backup()), options);
+    writeDemoBackup(FromNarrow(Backup()), options);
   }
 
   std::string Backup() const { return m_folder.Path("backup"); }

@@ -1,6 +1,6 @@
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 
-#include "sample/lively_parts.h"
+#include "sample/demo_parts.h"
 #include "sample/plist_writer.h"
 #include "sample/written_file.h"
 
@@ -90,7 +90,7 @@ void fillUp(BackupBuilder& backup, int from, int to) {
   }
 }
 
-BackupBuilder::Info infoOf(const LivelyOptions& options) {
+BackupBuilder::Info infoOf(const DemoOptions& options) {
   BackupBuilder::Info info;
   info.displayName = QString::fromUtf8("Lena’s iPhone");
   info.lastBackupDate = "2016-12-30T18:04:11Z";
@@ -146,9 +146,9 @@ void writeManifestPlist(const QString& folder, const BackupBuilder::Info& info) 
 
 }  // namespace
 
-LivelySummary writeLivelyBackup(const QString& folder, const LivelyOptions& options) {
+DemoSummary writeDemoBackup(const QString& folder, const DemoOptions& options) {
   BackupBuilder backup(folder, options.layout);
-  LivelySummary summary;
+  DemoSummary summary;
   if (!options.password.isNull())
     backup.encrypt({options.password, options.systemAge(), options.rounds, options.seed});
   const BackupBuilder::Info info = infoOf(options);

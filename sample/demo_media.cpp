@@ -1,7 +1,7 @@
-// The files of the lively backup: camera roll, photo stream, apps, attachments.
+// The files of the demo backup: camera roll, photo stream, apps, attachments.
 #include <functional>
 
-#include "sample/lively_parts.h"
+#include "sample/demo_parts.h"
 #include "sample/pictures.h"
 #include "sample/store_guid.h"
 
@@ -119,7 +119,7 @@ const AttachmentKind kAttachments[] = {
 
 }  // namespace
 
-void addCameraRoll(BackupBuilder& backup, const LivelyOptions& options) {
+void addCameraRoll(BackupBuilder& backup, const DemoOptions& options) {
   static const QString kDomain = "CameraRollDomain";
   if (options.photos <= 0) return;
   const bool usesPool = options.photos > kMostDistinct;
@@ -145,7 +145,7 @@ void addCameraRoll(BackupBuilder& backup, const LivelyOptions& options) {
   backup.addEntry(kDomain, "Media/DCIM/102APPLE", BackupBuilder::kDirectory);
 }
 
-void addPhotoStream(BackupBuilder& backup, const LivelyOptions& options) {
+void addPhotoStream(BackupBuilder& backup, const DemoOptions& options) {
   static const int kNumbers[] = {12, 3, 8, 1, 27, 5, 19, 2};  // devices don't sort these
   int seed = options.seed * 1000 + 500;
   for (const int number : kNumbers) {
@@ -156,14 +156,14 @@ void addPhotoStream(BackupBuilder& backup, const LivelyOptions& options) {
   }
 }
 
-void addAppFiles(BackupBuilder& backup, const LivelyOptions& options) {
+void addAppFiles(BackupBuilder& backup, const DemoOptions& options) {
   int seed = options.seed * 1000 + 600;
   for (const AppFile& file : kAppFiles) {
     backup.addFile(file.domain, QString::fromUtf8(file.path), file.make(seed++));
   }
 }
 
-std::vector<SampleAttachment> addAttachments(BackupBuilder& backup, const LivelyOptions& options) {
+std::vector<SampleAttachment> addAttachments(BackupBuilder& backup, const DemoOptions& options) {
   std::vector<SampleAttachment> attachments;
   int seed = options.seed * 1000 + 700;
   for (const AttachmentKind& kind : kAttachments) {

@@ -1,6 +1,6 @@
 // A whole backup as a well-used device leaves it, through the parser.
 
-#include "sample/lively_backup.h"
+#include "sample/demo_backup.h"
 
 #include <gmock/gmock.h>
 
@@ -23,15 +23,15 @@ using Layout = BackupBuilder::Layout;
 namespace {
 
 // The binary manifest's digest isn't SHA-1 for names beyond ASCII, so that a flat backup misses these files.
-class LivelyBackup : public testing::TestWithParam<Layout> {
+class DemoBackup : public testing::TestWithParam<Layout> {
  protected:
-  LivelyBackup() : m_records(m_session.GetMessageMap()) {}
+  DemoBackup() : m_records(m_session.GetMessageMap()) {}
 
   /// Writes the backup and scans it.
   void Scan() {
     m_options.layout = GetParam();
     m_options.photos = 25;
-    m_summary = writeLivelyBackup(FromNarrow(m_folder.Path("backup")), m_options);
+    m_summary = writeDemoBackup(FromNarrow(m_folder.Path("backup")), m_options);
     const __BACK_FILE_INFO__ info = InfoOf(m_folder.Path("backup"));
     m_session.Init(&info);
     const std::unique_ptr<IPhoneRecoveryParse> pParser(
@@ -64,15 +64,15 @@ class LivelyBackup : public testing::TestWithParam<Layout> {
   }
 
   TemporaryFolder m_folder;
-  LivelyOptions m_options;
-  LivelySummary m_summary;
+  DemoOptions m_options;
+  DemoSummary m_summary;
   CIphoneBackupFile m_session;
   BackupRecords m_records;
 };
 
 }  // namespace
 
-TEST_P(LivelyBackup, MediaAreThoseThatWereWritten) {
+TEST_P(DemoBackup, MediaAreThoseThatWereWritten) {
   Scan();
 
   // The roll has two more of a known type, whose names go beyond ASCII.
@@ -83,7 +83,7 @@ TEST_P(LivelyBackup, MediaAreThoseThatWereWritten) {
   EXPECT_TRUE(std::is_sorted(m_records.m_vecCamera.begin(), m_records.m_vecCamera.end(), CamVectorCmp));
 }
 
-TEST_P(LivelyBackup, AttachmentsAreNamedByTheirContent) {
+TEST_P(DemoBackup, AttachmentsAreNamedByTheirContent) {
   Scan();
 
   // Ten were written, one of an unknown type.
@@ -96,7 +96,7 @@ TEST_P(LivelyBackup, AttachmentsAreNamedByTheirContent) {
   EXPECT_THAT(FileNames(m_records.m_vecMessageAttachment), testing::UnorderedElementsAreArray(expected));
 }
 
-TEST_P(LivelyBackup, AppFilesAreGroupedByAppAndKind) {
+TEST_P(DemoBackup, AppFilesAreGroupedByAppAndKind) {
   Scan();
 
   EXPECT_THAT(m_records.m_mapAppPhotoFiles["example.Snap"], SizeIs(3));
@@ -111,7 +111,7 @@ TEST_P(LivelyBackup, AppFilesAreGroupedByAppAndKind) {
               ElementsAre("0704.JPG", "9d05.MOV", "ab01.JPG", "ac02.JPG", "c103.MP4", "Photo.JPG"));
 }
 
-TEST_P(LivelyBackup, StoresAreThoseThatWereWritten) {
+TEST_P(DemoBackup, StoresAreThoseThatWereWritten) {
   Scan();
   const auto withPhone = Rows(store_places::contacts(),
                               QString("select docid from ABPersonFullTextSearch_content where %1 <> ''")
@@ -132,13 +132,13 @@ TEST_P(LivelyBackup, StoresAreThoseThatWereWritten) {
   EXPECT_EQ(static_cast<uint64_t>(m_options.messages), m_session.GetMaxMessageId());
 }
 
-TEST_P(LivelyBackup, ProgressEndsAtTheLastShare) {
+TEST_P(DemoBackup, ProgressEndsAtTheLastShare) {
   Scan();
 
   EXPECT_EQ(98, m_session.GetProgress());
 }
 
-TEST_P(LivelyBackup, MessagesAndTheirNamesEqualAPlainDoubleLoop) {
+TEST_P(DemoBackup, MessagesAndTheirNamesEqualAPlainDoubleLoop) {
   Scan();
   const auto messages =
       Rows(store_places::messages(),
@@ -176,5 +176,5 @@ TEST_P(LivelyBackup, MessagesAndTheirNamesEqualAPlainDoubleLoop) {
   EXPECT_TRUE(expected == found);
 }
 
-INSTANTIATE_TEST_SUITE_P(Layouts, LivelyBackup, testing::Values(Layout::Mbdb, Layout::Db),
+INSTANTIATE_TEST_SUITE_P(Layouts, DemoBackup, testing::Values(Layout::Mbdb, Layout::Db),
                          [](const auto& info) { return info.param == Layout::Db ? "TwoLevel" : "Flat"; });

@@ -4,8 +4,8 @@
 
 #include "sample/backup_builder.h"
 
-/// How large the lively backup is to be. Numbers count what a user would see.
-struct LivelyOptions {
+/// How large the demo backup is to be. Numbers count what a user would see.
+struct DemoOptions {
   BackupBuilder::Layout layout = BackupBuilder::Layout::Db;
   int photos = 40;     ///< pictures and films of the camera roll; a few broken entries come on top
   int messages = 600;  ///< over at least 30 conversations, up to 2000
@@ -24,7 +24,7 @@ struct LivelyOptions {
 };
 
 /// What was written.
-struct LivelySummary {
+struct DemoSummary {
   qint64 entries = 0;
   int conversations = 0;
   int calls = 0;
@@ -35,4 +35,4 @@ struct LivelySummary {
 /// the same bytes. Needs a QCoreApplication, no display. Throws std::runtime_error with file and reason when
 /// something can't be written.
 /// @param folder the backup's own folder, empty or missing.
-LivelySummary writeLivelyBackup(const QString& folder, const LivelyOptions& options);
+DemoSummary writeDemoBackup(const QString& folder, const DemoOptions& options);

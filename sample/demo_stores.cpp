@@ -1,6 +1,6 @@
-// The stores of the lively backup: contacts, messages, calls, notes.
+// The stores of the demo backup: contacts, messages, calls, notes.
 
-#include "sample/lively_parts.h"
+#include "sample/demo_parts.h"
 #include "sample/people.h"
 #include "sample/texts.h"
 
@@ -52,7 +52,7 @@ QString serviceOf(const QString& handle, int index) {
 
 class Talks {
  public:
-  Talks(MessageStore& store, const LivelyOptions& options, const People& people)
+  Talks(MessageStore& store, const DemoOptions& options, const People& people)
       : m_store(store), m_random(static_cast<quint32>(options.seed) + 20), m_options(options) {
     m_count = qBound(kFewestHandles, options.messages / kMessagesPerHandle, kMostHandles);
     for (int i = 0; i < m_count; ++i) {
@@ -109,20 +109,20 @@ class Talks {
 
   MessageStore& m_store;
   SeededRandom m_random;
-  const LivelyOptions& m_options;
+  const DemoOptions& m_options;
   int m_count = 0;
   std::vector<qint64> m_handles, m_chats;
   qint64 m_group = 0;
 };
 
-void addContacts(BackupBuilder& backup, const LivelyOptions& options, const People& people) {
+void addContacts(BackupBuilder& backup, const DemoOptions& options, const People& people) {
   const bool isNew = options.layout == Layout::Db;
   ContactsStore store(reserve(backup, store_places::contacts()), isNew, isNew);
   for (const ContactsStore::Person& person : people) store.add(person);
   store.close();
 }
 
-int addMessages(BackupBuilder& backup, const LivelyOptions& options, const People& people,
+int addMessages(BackupBuilder& backup, const DemoOptions& options, const People& people,
                 const std::vector<SampleAttachment>& attachments) {
   MessageStore store(reserve(backup, store_places::messages()), options.layout == Layout::Db);
   Talks talks(store, options, people);
@@ -141,7 +141,7 @@ QString callAddress(int index, const People& people, SeededRandom& random) {
   return random.chance(25) ? phone.mid(3) : phone;
 }
 
-int addCalls(BackupBuilder& backup, const LivelyOptions& options, const People& people) {
+int addCalls(BackupBuilder& backup, const DemoOptions& options, const People& people) {
   struct Outcome {
     int answered, originated;
     bool hasDuration;
@@ -174,7 +174,7 @@ QVariant noteDate(int index, SeededRandom& random) {
   return double(kFirstDate) + random.below(static_cast<int>(kDateSpan)) + (index % 2) * 0.625;
 }
 
-int addNotes(BackupBuilder& backup, const LivelyOptions& options) {
+int addNotes(BackupBuilder& backup, const DemoOptions& options) {
   const std::vector<NoteText> notes = sampleNotes();
   SeededRandom random(static_cast<quint32>(options.seed) + 40);
   if (options.layout == Layout::Mbdb) {
@@ -196,8 +196,8 @@ int addNotes(BackupBuilder& backup, const LivelyOptions& options) {
 
 }  // namespace
 
-void addStores(BackupBuilder& backup, const LivelyOptions& options,
-               const std::vector<SampleAttachment>& attachments, LivelySummary& summary) {
+void addStores(BackupBuilder& backup, const DemoOptions& options,
+               const std::vector<SampleAttachment>& attachments, DemoSummary& summary) {
   SeededRandom random(static_cast<quint32>(options.seed) + 10);
   const People people = samplePeople(options.contacts, random);
   addContacts(backup, options, people);
