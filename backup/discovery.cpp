@@ -12,12 +12,9 @@
 
 #include "common/file.h"
 #include "common/layout.h"
-#include "common/places.h"
 #include "common/problem.h"
 #include "common/status.h"
 #include "common/text.h"
-
-#include "backup/session.h"
 
 namespace {
 
@@ -211,37 +208,4 @@ int IsBackupEncrypted(const std::string& strFolder) {
   char head[512] = {};
   if (fread(head, 1, sizeof head, pFile.get()) < 6) return 1;
   return memcmp(head, "SQLite", 6) == 0 ? 0 : 1;
-}
-
-int CIphoneBackupFile::LocalBackUpFileInfo() {
-  m_strBackupPath += BackupRoot();
-  m_vecBackupDirs.clear();
-  TraverseFolder(m_strBackupPath, m_vecBackupDirs);
-  return kStatusOk;
-}
-
-int CIphoneBackupFile::GetBackFileInfo(std::vector<__BACK_FILE_INFO__>& backups) {
-  // One record for the whole run, never cleared: a backup whose file lacks a key shows the value of the one
-  // before.
-  __BACK_FILE_INFO__ info;
-  for (const std::string& strFolder : m_vecBackupDirs) {
-    if (ReadBackupInfo(strFolder, info) == kStatusOk) backups.push_back(info);
-  }
-  return kStatusOk;
-}
-
-int CIphoneBackupFile::GetBackFileInfo(const char* pszFolder, __BACK_FILE_INFO__* pInfo) {
-  return ReadBackupInfo(pszFolder, *pInfo);
-}
-
-int CIphoneBackupFile::IsEncrypted(const char* pszFolder) {
-  return IsBackupEncrypted(pszFolder);
-}
-
-int CIphoneBackupFile::TraverseFolder(const std::string& strFolder, std::vector<std::string>& folders) {
-  return TraverseSubFolders(strFolder, folders);
-}
-
-int CIphoneBackupFile::TraverseFile(const std::string& strFolder, std::vector<std::string>& files) {
-  return TraverseFiles(strFolder, files);
 }

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include "backup/discovery.h"
 #include "backup/manifest.h"
 #include "common/file.h"
 #include "common/places.h"
@@ -28,6 +29,39 @@ CIphoneBackupFile::CIphoneBackupFile() : m_strWorkDir(WorkFolder()) {
 }
 
 CIphoneBackupFile::~CIphoneBackupFile() = default;
+
+int CIphoneBackupFile::LocalBackUpFileInfo() {
+  m_strBackupPath += BackupRoot();
+  m_vecBackupDirs.clear();
+  TraverseFolder(m_strBackupPath, m_vecBackupDirs);
+  return kStatusOk;
+}
+
+int CIphoneBackupFile::GetBackFileInfo(std::vector<__BACK_FILE_INFO__>& backups) {
+  // One record for the whole run, never cleared: a backup whose file lacks a key shows the value of the one
+  // before.
+  __BACK_FILE_INFO__ info;
+  for (const std::string& strFolder : m_vecBackupDirs) {
+    if (ReadBackupInfo(strFolder, info) == kStatusOk) backups.push_back(info);
+  }
+  return kStatusOk;
+}
+
+int CIphoneBackupFile::GetBackFileInfo(const char* pszFolder, __BACK_FILE_INFO__* pInfo) {
+  return ReadBackupInfo(pszFolder, *pInfo);
+}
+
+int CIphoneBackupFile::IsEncrypted(const char* pszFolder) {
+  return IsBackupEncrypted(pszFolder);
+}
+
+int CIphoneBackupFile::TraverseFolder(const std::string& strFolder, std::vector<std::string>& folders) {
+  return TraverseSubFolders(strFolder, folders);
+}
+
+int CIphoneBackupFile::TraverseFile(const std::string& strFolder, std::vector<std::string>& files) {
+  return TraverseFiles(strFolder, files);
+}
 
 int CIphoneBackupFile::ClearTempDir() {
   if (m_strWorkDir.empty()) return kStatusOk;  // without a work folder the names below are those of others
