@@ -11,9 +11,8 @@
 namespace {
 
 constexpr char kContactsCsvHead[] =
-    "Name,PhoneOne,PhoneTwo,PhoneThree,PhoneFour,EmailOne,EmailTwo,EmailThree,EmailFour,Address,Url,Social,"
-    "Company,"
-    "Department,Job Title,Birthday,Note,\n";
+    "Name,PhoneOne,PhoneTwo,PhoneThree,PhoneFour,EmailOne,EmailTwo,EmailThree,EmailFour,"
+    "Address,Url,Social,Company,Department,Job Title,Birthday,Note,\n";
 
 std::string TableRow(std::initializer_list<const std::string*> cells) {
   std::string strRow = "\t<tr>";

@@ -12,11 +12,11 @@
 namespace {
 
 constexpr char kNewLayout[] =
-    "select c0First, c1Last,c6Organization,c16Phone,c17Email,c20URL,docid from "
-    "ABPersonFullTextSearch_content";
+    "select c0First, c1Last,c6Organization,c16Phone,c17Email,c20URL,docid "
+    "from ABPersonFullTextSearch_content";
 constexpr char kOldLayout[] =
-    "select c0First, c1Last,c6Organization,c15Phone,c16Email,c19URL,docid from "
-    "ABPersonFullTextSearch_content";
+    "select c0First, c1Last,c6Organization,c15Phone,c16Email,c19URL,docid "
+    "from ABPersonFullTextSearch_content";
 
 }  // namespace
 

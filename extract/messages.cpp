@@ -15,23 +15,24 @@ namespace {
 // Newer stores keep message.date in nanoseconds, older ones in seconds; both readings are made for each row.
 // 978307200: seconds from 1970-01-01 to 2001-01-01, from which the store counts.
 constexpr char kMessages[] =
-    "SELECT  message.text, message.is_from_me, datetime(message.date/1000000000 + 978307200, 'unixepoch') AS "
-    "DateStr, "
-    "message.RowID,message.handle_id, handle.id as sender_name,message.date, datetime(message.date + "
-    "978307200, "
-    "'unixepoch') AS DateStrOld FROM chat_message_join INNER JOIN message  ON message.rowid = "
-    "chat_message_join.message_id INNER JOIN handle  ON handle.rowid = message.handle_id";
+    "SELECT  message.text, message.is_from_me, "
+    "datetime(message.date/1000000000 + 978307200, 'unixepoch') AS DateStr, "
+    "message.RowID,message.handle_id, handle.id as sender_name,message.date, "
+    "datetime(message.date + 978307200, 'unixepoch') AS DateStrOld "
+    "FROM chat_message_join "
+    "INNER JOIN message  ON message.rowid = chat_message_join.message_id "
+    "INNER JOIN handle  ON handle.rowid = message.handle_id";
 
 enum Column { kText, kFromMe, kDate, kRowId, kHandleId, kSender, kRawDate, kDateInSeconds };
 
 constexpr int kNanosecondDigits = 15;  // a raw date with fewer characters is a count of seconds
 
 constexpr char kNewPhoneOwners[] =
-    "select c0First, c1Last,c6Organization,c16Phone,c17Email,c18Address,c20URL from "
-    "ABPersonFullTextSearch_content";
+    "select c0First, c1Last,c6Organization,c16Phone,c17Email,c18Address,c20URL "
+    "from ABPersonFullTextSearch_content";
 constexpr char kOldPhoneOwners[] =
-    "select c0First, c1Last,c6Organization,c15Phone,c16Email,c17Address,c19URL from "
-    "ABPersonFullTextSearch_content";
+    "select c0First, c1Last,c6Organization,c15Phone,c16Email,c17Address,c19URL "
+    "from ABPersonFullTextSearch_content";
 
 constexpr size_t kShortestNamedSender = 1;  // an empty sender never gets a name
 
