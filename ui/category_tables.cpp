@@ -27,91 +27,282 @@ QString PathOf(const QVariant& hidden) {
   return FromWide(hidden.value<Record>().wstrFilePath);
 }
 
+std::vector<TableSpec::Column> FileColumns() {
+  return {{"Name", 400}, {"Size", 300}};
+}
+
+std::vector<TableSpec::Column> AppColumns() {
+  return {{"App Name", 400}, {"Type", 300}};
+}
+
 }  // namespace
 
+// The words of the headers are the system's own: "Data" and "Photo" stand where one might expect others.
+
+TableSpec TableSpec::CameraRoll() {
+  TableSpec spec;
+  spec.nNumber = kCameraRoll;
+  spec.pszNodeIcon = ":/image/photo.png";
+  spec.pszRowIcon = ":/image/photo.png";
+  spec.pszName = "m_pCameraTable";
+  spec.pszPageName = "cameraPage";
+  spec.pTable = &DRUI::m_pCameraTable;
+  spec.columns = FileColumns();
+  spec.minimumSize = QSize(300, 180);
+  spec.pfnPress = &DRUI::cameraTableItemPress;
+  spec.pfnSelect = &DRUI::cameraTableItemSelectChanged;
+  spec.pfnFill = table_fill::Camera;
+  spec.preview.pszName = "m_pCameraPreview";
+  spec.preview.pfnShow = &DRUI::ShowPicture;
+  spec.preview.pLabel = &DRUI::m_pCameraPreview;
+  spec.preview.labelSize = QSize(750, 300);
+  spec.preview.pictureSize = kPictureSize;
+  spec.preview.pfnContent = PathOf<_IPHONE_CAMERA_INFO_>;
+  spec.pSelection = &DRUI::m_mapSelCamera;
+  spec.pfnSize = SizeOf<_IPHONE_CAMERA_INFO_>;
+  return spec;
+}
+
+TableSpec TableSpec::PhotoStream() {
+  TableSpec spec;
+  spec.nNumber = kPhotoStream;
+  spec.pszNodeIcon = ":/image/photostream.png";
+  spec.pszRowIcon = ":/image/photostream.png";
+  spec.pszName = "m_pPhotoStreamTable";
+  spec.pszPageName = "photoStreamPage";
+  spec.pTable = &DRUI::m_pPhotoStreamTable;
+  spec.columns = FileColumns();
+  spec.minimumSize = QSize(300, 225);
+  spec.pfnPress = &DRUI::photoStreamTableItemPress;
+  spec.pfnSelect = &DRUI::photoStreamTableItemSelectChanged;
+  spec.pfnFill = table_fill::PhotoStream;
+  spec.preview.pszName = "m_pPhotoStreamPreview";
+  spec.preview.pfnShow = &DRUI::ShowPicture;
+  spec.preview.pLabel = &DRUI::m_pPhotoStreamPreview;
+  spec.preview.labelSize = QSize(750, 300);
+  spec.preview.pictureSize = kPictureSize;
+  spec.preview.pfnContent = PathOf<_IPHONE_CAMERA_INFO_>;
+  spec.pSelection = &DRUI::m_mapSelPhotoStream;
+  spec.pfnSize = SizeOf<_IPHONE_CAMERA_INFO_>;
+  return spec;
+}
+
+TableSpec TableSpec::AppPhotos() {
+  TableSpec spec;
+  spec.nNumber = kAppPhotos;
+  spec.pszNodeIcon = ":/image/appphoto.png";
+  spec.pszRowIcon = ":/image/appphoto.png";
+  spec.pszName = "m_pAppPhotosTable";
+  spec.pszPageName = "appPhotosPage";
+  spec.pTable = &DRUI::m_pAppPhotosTable;
+  spec.columns = AppColumns();
+  spec.minimumSize = QSize(300, 225);
+  spec.pfnPress = &DRUI::appPhotosTableItemPress;
+  spec.pfnSelect = &DRUI::appPhotosTableItemSelectChanged;
+  spec.pfnFill = table_fill::AppPhotos;
+  spec.pAppSelection = &DRUI::m_mapSelAppPhotos;
+  spec.pfnDoubleClick = &DRUI::appPhotosTableItemSelectDoubleClick;
+  return spec;
+}
+
+TableSpec TableSpec::AppVideos() {
+  TableSpec spec;
+  spec.nNumber = kAppVideos;
+  spec.pszNodeIcon = ":/image/video.png";
+  spec.pszRowIcon = ":/image/video.png";
+  spec.pszName = "m_pAppVideosTable";
+  spec.pszPageName = "appVideosPage";
+  spec.pTable = &DRUI::m_pAppVideosTable;
+  spec.columns = AppColumns();
+  spec.minimumSize = QSize(300, 225);
+  spec.pfnPress = &DRUI::appVideosTableItemPress;
+  spec.pfnSelect = &DRUI::appVideosTableItemSelectChanged;
+  spec.pfnFill = table_fill::AppVideos;
+  spec.pAppSelection = &DRUI::m_mapSelAppVideos;
+  spec.pfnDoubleClick = &DRUI::appVideosTableItemSelectDoubleClick;
+  return spec;
+}
+
+TableSpec TableSpec::Messages() {
+  TableSpec spec;
+  spec.nNumber = kMessages;
+  spec.pszNodeIcon = ":/image/message.png";
+  spec.pszName = "m_pMessageTable";
+  spec.pszPageName = "messagePage";
+  spec.pTable = &DRUI::m_pMessageTable;
+  spec.bHorizontalPage = true;
+  spec.columns = {{"User Name", 120}, {"Phone Number", 150}, {"Data", 150}, {"Message", 280}};
+  spec.minimumSize = QSize(700, 225);
+  spec.pfnPress = &DRUI::messageTableItemPress;
+  spec.pfnSelect = &DRUI::messageTableItemSelectChanged;
+  spec.pfnFill = table_fill::Messages;
+  spec.preview.pszName = "m_pMessageWebView";
+  spec.preview.pfnShow = &DRUI::ShowMessages;
+  spec.preview.pView = &DRUI::m_pMessageWebView;
+  spec.pSelection = &DRUI::m_mapSelMessage;
+  return spec;
+}
+
+TableSpec TableSpec::MessageAttachments() {
+  TableSpec spec;
+  spec.nNumber = kMessageAttachments;
+  spec.pszNodeIcon = ":/image/messageatta.png";
+  spec.pszRowIcon = kFileIcon;
+  spec.pszName = "m_pMessAttachTable";
+  spec.pszPageName = "messAttachPage";
+  spec.pTable = &DRUI::m_pMessAttachTable;
+  spec.columns = FileColumns();
+  spec.minimumSize = QSize(500, 225);
+  spec.pfnPress = &DRUI::messageAttachTableItemPress;
+  spec.pfnSelect = &DRUI::messAttachTableItemSelectChanged;
+  spec.pfnFill = table_fill::MessageAttachments;
+  spec.preview.pszName = "m_pMessAttachPreview";
+  spec.preview.pfnShow = &DRUI::ShowPicture;
+  spec.preview.pLabel = &DRUI::m_pMessAttachPreview;
+  spec.preview.labelSize = QSize(720, 200);
+  spec.preview.pictureSize = kAttachmentSize;
+  spec.preview.pfnContent = PathOf<_IPHONE_ATTACHMENTS_>;
+  spec.pSelection = &DRUI::m_mapSelMessAttach;
+  spec.pfnSize = SizeOf<_IPHONE_ATTACHMENTS_>;
+  return spec;
+}
+
+TableSpec TableSpec::Contacts() {
+  TableSpec spec;
+  spec.nNumber = kContacts;
+  spec.pszNodeIcon = ":/image/contact.png";
+  spec.pszRowIcon = ":/image/contact.png";
+  spec.pszName = "m_pContactsTable";
+  spec.pszPageName = "contactsPage";
+  spec.pTable = &DRUI::m_pContactsTable;
+  spec.bHorizontalPage = true;
+  spec.columns = {{"Name", 150}, {"Company", 100}, {"Phone", 150}, {"Email", 100}, {"Home Page", 200}};
+  spec.minimumSize = QSize(700, 225);
+  spec.pfnPress = &DRUI::contactsTableItemPress;
+  spec.pfnSelect = &DRUI::contactsTableItemSelectChanged;
+  spec.pfnFill = table_fill::Contacts;
+  spec.preview.pszName = "m_pContactText";
+  spec.preview.pfnShow = &DRUI::ShowText;
+  spec.preview.pLabel = &DRUI::m_pContactText;
+  spec.preview.labelSize = kLeastTextSize;
+  spec.preview.pfnContent = preview_text::Contact;
+  spec.pSelection = &DRUI::m_mapSelContacts;
+  return spec;
+}
+
+TableSpec TableSpec::CallHistory() {
+  TableSpec spec;
+  spec.nNumber = kCallHistory;
+  spec.pszNodeIcon = ":/image/phone.png";
+  spec.pszRowIcon = ":/image/phone.png";
+  spec.pszName = "m_pCallHistoryTable";
+  spec.pszPageName = "callHistoryPage";
+  spec.pTable = &DRUI::m_pCallHistoryTable;
+  spec.bHorizontalPage = true;
+  spec.columns = {{"Name", 150}, {"Photo", 150}, {"Data", 200}, {"Type", 150}, {"Duration", 200}};
+  spec.minimumSize = QSize(500, 225);
+  spec.pfnPress = &DRUI::callHistoryTableItemPress;
+  spec.pfnSelect = &DRUI::callHistoryTableItemSelectChanged;
+  spec.pfnFill = table_fill::Calls;
+  spec.pSelection = &DRUI::m_mapSelCallHistory;
+  return spec;
+}
+
+TableSpec TableSpec::Notes() {
+  TableSpec spec;
+  spec.nNumber = kNotes;
+  spec.pszNodeIcon = ":/image/note.png";
+  spec.pszRowIcon = ":/image/note.png";
+  spec.pszName = "m_pNotesTable";
+  spec.pszPageName = "notesPage";
+  spec.pTable = &DRUI::m_pNotesTable;
+  spec.bHorizontalPage = true;
+  spec.columns = {{"Title", 150}, {"Date", 150}, {"Note", 350}};
+  spec.minimumSize = QSize(650, 225);
+  spec.pfnPress = &DRUI::notesTableItemPress;
+  spec.pfnSelect = &DRUI::notesTableItemSelectChanged;
+  spec.pfnFill = table_fill::Notes;
+  spec.preview.pszName = "m_pNoteText";
+  spec.preview.pfnShow = &DRUI::ShowText;
+  spec.preview.pLabel = &DRUI::m_pNoteText;
+  spec.preview.labelSize = kLeastTextSize;
+  spec.preview.pfnContent = preview_text::Note;
+  spec.pSelection = &DRUI::m_mapSelNotes;
+  return spec;
+}
+
+TableSpec TableSpec::WhatsApp() {
+  TableSpec spec;
+  spec.nNumber = kWhatsApp;
+  spec.pszNodeIcon = ":/image/whatsapp.png";
+  spec.pszRowIcon = kFileIcon;
+  spec.pszName = "m_pWhatsappTable";
+  spec.pszPageName = "whatsappPage";
+  spec.pTable = &DRUI::m_pWhatsappTable;
+  spec.bHorizontalPage = true;
+  spec.columns = {{"Chats", 300}, {"Name", 200}, {"Phone", 200}};
+  spec.minimumSize = QSize(700, 225);
+  spec.pfnPress = &DRUI::whatsappTableItemPress;
+  spec.pfnSelect = &DRUI::whatsappMessageTableItemSelectChanged;
+  spec.pfnFill = table_fill::WhatsApp;
+  spec.preview.pszName = "m_pWhatsappWebView";
+  spec.preview.pfnShow = &DRUI::ShowChat;
+  spec.preview.pView = &DRUI::m_pWhatsappWebView;
+  spec.pSelection = &DRUI::m_mapSelWhatsapp;
+  return spec;
+}
+
+TableSpec TableSpec::WhatsAppAttachments() {
+  TableSpec spec;
+  spec.nNumber = kWhatsAppAttachments;
+  spec.pszNodeIcon = ":/image/whatsappatt.png";
+  spec.pszRowIcon = kFileIcon;
+  spec.pszName = "m_pWhatsappAttachTable";
+  spec.pszPageName = "whatsappAttachPage";
+  spec.pTable = &DRUI::m_pWhatsappAttachTable;
+  spec.columns = FileColumns();
+  spec.minimumSize = QSize(500, 225);
+  spec.pfnPress = &DRUI::whatsappAttachTableItemPress;
+  spec.pfnSelect = &DRUI::whatsappMessAttachTableItemSelectChanged;
+  spec.pfnFill = table_fill::WhatsAppAttachments;
+  spec.preview.pszName = "m_pWhatsappAttachPreview";
+  spec.preview.pfnShow = &DRUI::ShowPicture;
+  spec.preview.pLabel = &DRUI::m_pWhatsappAttachPreview;
+  spec.preview.labelSize = QSize(720, 200);
+  spec.preview.pictureSize = kAttachmentSize;
+  spec.preview.pfnContent = PathOf<_WHATSAPP_ATTACHMENTS_>;
+  spec.pSelection = &DRUI::m_mapSelWhatsappAttach;
+  spec.pfnSize = SizeOf<_WHATSAPP_ATTACHMENTS_>;
+  return spec;
+}
+
+TableSpec TableSpec::AppFiles() {
+  TableSpec spec;
+  spec.nNumber = kAppFiles;
+  spec.pszRowIcon = kFileIcon;
+  spec.pszName = "m_pAppsTable";
+  spec.pszPageName = "appFilesPage";
+  spec.pTable = &DRUI::m_pAppsTable;
+  spec.columns = {{"File Name", 400}, {"Size", 300}};
+  spec.minimumSize = QSize(300, 225);
+  spec.pfnPress = &DRUI::appsTableItemPress;
+  spec.pfnSelect = &DRUI::appsTableItemSelectChanged;
+  spec.preview.pszName = "m_pAppFilePreview";
+  spec.preview.pfnShow = &DRUI::ShowPicture;
+  spec.preview.pLabel = &DRUI::m_pAppFilePreview;
+  spec.preview.labelSize = QSize(750, 200);
+  spec.preview.pictureSize = kPictureSize;
+  spec.preview.pfnContent = PathOf<_IPHONE_APP_FILE_INFO_>;
+  spec.preview.pCaption = &DRUI::m_pAppFileCaption;
+  spec.pfnSize = SizeOf<_IPHONE_APP_FILE_INFO_>;
+  return spec;
+}
+
 const std::array<TableSpec, kCategoryCount + 1>& TableSpec::All() {
-  static const std::vector<Column> fileColumns = {{"Name", 400}, {"Size", 300}};
-  static const std::vector<Column> appColumns = {{"App Name", 400}, {"Type", 300}};
-  const auto picture = [](const char* pszName, QLabel* DRUI::*pLabel, QSize labelSize, QSize pictureSize,
-                          QString (*pfnPath)(const QVariant&), QLabel* DRUI::*pCaption = nullptr) {
-    return TablePreview{pszName,   &DRUI::ShowPicture, pLabel,  nullptr,
-                        labelSize, pictureSize,        pfnPath, pCaption};
-  };
-  const auto text = [](const char* pszName, QLabel* DRUI::*pLabel, QString (*pfnText)(const QVariant&)) {
-    return TablePreview{pszName, &DRUI::ShowText, pLabel, nullptr, kLeastTextSize, QSize(), pfnText, nullptr};
-  };
-  const auto chat = [](const char* pszName, ChatView* DRUI::*pView,
-                       void (DRUI::*pfnShow)(const TablePreview&, const QVariant&)) {
-    return TablePreview{pszName, pfnShow, nullptr, pView, QSize(), QSize(), nullptr, nullptr};
-  };
-  // The words of the headers are the system's own: "Data" and "Photo" stand where one might expect others.
-  static const std::array<TableSpec, kCategoryCount + 1> specs = {{
-      {kCameraRoll, ":/image/photo.png", ":/image/photo.png", "m_pCameraTable", "cameraPage",
-       &DRUI::m_pCameraTable, false, fileColumns, QSize(300, 180), &DRUI::cameraTableItemPress,
-       &DRUI::cameraTableItemSelectChanged, table_fill::Camera,
-       picture("m_pCameraPreview", &DRUI::m_pCameraPreview, QSize(750, 300), kPictureSize,
-               PathOf<_IPHONE_CAMERA_INFO_>),
-       &DRUI::m_mapSelCamera, SizeOf<_IPHONE_CAMERA_INFO_>},
-      {kPhotoStream, ":/image/photostream.png", ":/image/photostream.png", "m_pPhotoStreamTable",
-       "photoStreamPage", &DRUI::m_pPhotoStreamTable, false, fileColumns, QSize(300, 225),
-       &DRUI::photoStreamTableItemPress, &DRUI::photoStreamTableItemSelectChanged, table_fill::PhotoStream,
-       picture("m_pPhotoStreamPreview", &DRUI::m_pPhotoStreamPreview, QSize(750, 300), kPictureSize,
-               PathOf<_IPHONE_CAMERA_INFO_>),
-       &DRUI::m_mapSelPhotoStream, SizeOf<_IPHONE_CAMERA_INFO_>},
-      {kAppPhotos, ":/image/appphoto.png", ":/image/appphoto.png", "m_pAppPhotosTable", "appPhotosPage",
-       &DRUI::m_pAppPhotosTable, false, appColumns, QSize(300, 225), &DRUI::appPhotosTableItemPress,
-       &DRUI::appPhotosTableItemSelectChanged, table_fill::AppPhotos, TablePreview(), nullptr, nullptr,
-       &DRUI::m_mapSelAppPhotos, &DRUI::appPhotosTableItemSelectDoubleClick},
-      {kAppVideos, ":/image/video.png", ":/image/video.png", "m_pAppVideosTable", "appVideosPage",
-       &DRUI::m_pAppVideosTable, false, appColumns, QSize(300, 225), &DRUI::appVideosTableItemPress,
-       &DRUI::appVideosTableItemSelectChanged, table_fill::AppVideos, TablePreview(), nullptr, nullptr,
-       &DRUI::m_mapSelAppVideos, &DRUI::appVideosTableItemSelectDoubleClick},
-      {kMessages, ":/image/message.png", nullptr, "m_pMessageTable", "messagePage", &DRUI::m_pMessageTable,
-       true, std::vector<Column>{{"User Name", 120}, {"Phone Number", 150}, {"Data", 150}, {"Message", 280}},
-       QSize(700, 225), &DRUI::messageTableItemPress, &DRUI::messageTableItemSelectChanged,
-       table_fill::Messages, chat("m_pMessageWebView", &DRUI::m_pMessageWebView, &DRUI::ShowMessages),
-       &DRUI::m_mapSelMessage},
-      {kMessageAttachments, ":/image/messageatta.png", kFileIcon, "m_pMessAttachTable", "messAttachPage",
-       &DRUI::m_pMessAttachTable, false, fileColumns, QSize(500, 225), &DRUI::messageAttachTableItemPress,
-       &DRUI::messAttachTableItemSelectChanged, table_fill::MessageAttachments,
-       picture("m_pMessAttachPreview", &DRUI::m_pMessAttachPreview, QSize(720, 200), kAttachmentSize,
-               PathOf<_IPHONE_ATTACHMENTS_>),
-       &DRUI::m_mapSelMessAttach, SizeOf<_IPHONE_ATTACHMENTS_>},
-      {kContacts, ":/image/contact.png", ":/image/contact.png", "m_pContactsTable", "contactsPage",
-       &DRUI::m_pContactsTable, true,
-       std::vector<Column>{
-           {"Name", 150}, {"Company", 100}, {"Phone", 150}, {"Email", 100}, {"Home Page", 200}},
-       QSize(700, 225), &DRUI::contactsTableItemPress, &DRUI::contactsTableItemSelectChanged,
-       table_fill::Contacts, text("m_pContactText", &DRUI::m_pContactText, preview_text::Contact),
-       &DRUI::m_mapSelContacts},
-      {kCallHistory, ":/image/phone.png", ":/image/phone.png", "m_pCallHistoryTable", "callHistoryPage",
-       &DRUI::m_pCallHistoryTable, true,
-       std::vector<Column>{{"Name", 150}, {"Photo", 150}, {"Data", 200}, {"Type", 150}, {"Duration", 200}},
-       QSize(500, 225), &DRUI::callHistoryTableItemPress, &DRUI::callHistoryTableItemSelectChanged,
-       table_fill::Calls, TablePreview(), &DRUI::m_mapSelCallHistory},
-      {kNotes, ":/image/note.png", ":/image/note.png", "m_pNotesTable", "notesPage", &DRUI::m_pNotesTable,
-       true, std::vector<Column>{{"Title", 150}, {"Date", 150}, {"Note", 350}}, QSize(650, 225),
-       &DRUI::notesTableItemPress, &DRUI::notesTableItemSelectChanged, table_fill::Notes,
-       text("m_pNoteText", &DRUI::m_pNoteText, preview_text::Note), &DRUI::m_mapSelNotes},
-      {kWhatsApp, ":/image/whatsapp.png", kFileIcon, "m_pWhatsappTable", "whatsappPage",
-       &DRUI::m_pWhatsappTable, true, std::vector<Column>{{"Chats", 300}, {"Name", 200}, {"Phone", 200}},
-       QSize(700, 225), &DRUI::whatsappTableItemPress, &DRUI::whatsappMessageTableItemSelectChanged,
-       table_fill::WhatsApp, chat("m_pWhatsappWebView", &DRUI::m_pWhatsappWebView, &DRUI::ShowChat),
-       &DRUI::m_mapSelWhatsapp},
-      {kWhatsAppAttachments, ":/image/whatsappatt.png", kFileIcon, "m_pWhatsappAttachTable",
-       "whatsappAttachPage", &DRUI::m_pWhatsappAttachTable, false, fileColumns, QSize(500, 225),
-       &DRUI::whatsappAttachTableItemPress, &DRUI::whatsappMessAttachTableItemSelectChanged,
-       table_fill::WhatsAppAttachments,
-       picture("m_pWhatsappAttachPreview", &DRUI::m_pWhatsappAttachPreview, QSize(720, 200), kAttachmentSize,
-               PathOf<_WHATSAPP_ATTACHMENTS_>),
-       &DRUI::m_mapSelWhatsappAttach, SizeOf<_WHATSAPP_ATTACHMENTS_>},
-      {kAppFiles, nullptr, kFileIcon, "m_pAppsTable", "appFilesPage", &DRUI::m_pAppsTable, false,
-       std::vector<Column>{{"File Name", 400}, {"Size", 300}}, QSize(300, 225), &DRUI::appsTableItemPress,
-       &DRUI::appsTableItemSelectChanged, nullptr,
-       picture("m_pAppFilePreview", &DRUI::m_pAppFilePreview, QSize(750, 200), kPictureSize,
-               PathOf<_IPHONE_APP_FILE_INFO_>, &DRUI::m_pAppFileCaption),
-       nullptr, SizeOf<_IPHONE_APP_FILE_INFO_>},
-  }};
+  static const std::array<TableSpec, kCategoryCount + 1> specs = {
+      CameraRoll(),          PhotoStream(), AppPhotos(),   AppVideos(), Messages(),
+      MessageAttachments(),  Contacts(),    CallHistory(), Notes(),     WhatsApp(),
+      WhatsAppAttachments(), AppFiles()};
   return specs;
 }
 

@@ -27,8 +27,8 @@ struct TablePreview {
   bool IsPicture() const { return !pictureSize.isEmpty(); }
 };
 
-/// All that the tables of the data screen differ by. One row for each category, in tree order, and one for
-/// the table that lists the files of a single app.
+/// All that the tables of the data screen differ by. There is one for each category and one for the table
+/// that lists the files of a single app.
 struct TableSpec {
   struct Column {
     const char* pszTitle;
@@ -36,22 +36,22 @@ struct TableSpec {
   };
   static constexpr int kAppFiles = kCategoryCount;  ///< number of the list of an app's files
 
-  int nNumber;              ///< of the category, or kAppFiles
-  const char* pszNodeIcon;  ///< of the node in the tree; null for the list of an app's files
-  const char* pszRowIcon;   ///< of the rows of records that aren't deleted; null for none
-  const char* pszName;      ///< object name of the table
-  const char* pszPageName;  ///< object name of the page
-  QTableWidget* DRUI::*pTable;
-  bool bHorizontalPage;
+  int nNumber = 0;                    ///< of the category, or kAppFiles
+  const char* pszNodeIcon = nullptr;  ///< of the node in the tree; null for the list of an app's files
+  const char* pszRowIcon = nullptr;   ///< of the rows of records that aren't deleted; null for none
+  const char* pszName = nullptr;      ///< object name of the table
+  const char* pszPageName = nullptr;  ///< object name of the page
+  QTableWidget* DRUI::*pTable = nullptr;
+  bool bHorizontalPage = false;
   std::vector<Column> columns;
   QSize minimumSize;
-  void (DRUI::*pfnPress)(int nRow, int nColumn);
-  void (DRUI::*pfnSelect)();
-  TableFiller pfnFill;  ///< null for the list of an app's files
+  void (DRUI::*pfnPress)(int nRow, int nColumn) = nullptr;
+  void (DRUI::*pfnSelect)() = nullptr;
+  TableFiller pfnFill = nullptr;  ///< null for the list of an app's files
   TablePreview preview;
   SelectionMap DRUI::*pSelection = nullptr;  ///< null for the app tables
-  U32(*pfnSize)
-  (const QVariant& hidden) = nullptr;  ///< bytes of a record; null where ticks hold the row instead
+  /// Bytes of a record; null where ticks hold the row instead.
+  U32 (*pfnSize)(const QVariant& hidden) = nullptr;
   AppSelectionMap DRUI::*pAppSelection = nullptr;                 ///< of the app tables
   void (DRUI::*pfnDoubleClick)(int nRow, int nColumn) = nullptr;  ///< of the app tables
 
@@ -60,6 +60,20 @@ struct TableSpec {
   /// All tables: the categories in tree order, then the list of an app's files.
   static const std::array<TableSpec, kCategoryCount + 1>& All();
   static const TableSpec& Of(int nNumber) { return All()[static_cast<size_t>(nNumber)]; }
+
+ private:
+  static TableSpec CameraRoll();
+  static TableSpec PhotoStream();
+  static TableSpec AppPhotos();
+  static TableSpec AppVideos();
+  static TableSpec Messages();
+  static TableSpec MessageAttachments();
+  static TableSpec Contacts();
+  static TableSpec CallHistory();
+  static TableSpec Notes();
+  static TableSpec WhatsApp();
+  static TableSpec WhatsAppAttachments();
+  static TableSpec AppFiles();
 };
 
 // What fills the tables (ui/table_fill.cpp).
