@@ -3,7 +3,8 @@
 'use strict';
 
 const assert = require('assert');
-const { execFileSync, spawnSync } = require('child_process');
+const { spawnSync } = require('child_process');
+const { createHash } = require('crypto');
 const fs = require('fs');
 const os = require('os');
 const path = require('path');
@@ -11,6 +12,7 @@ const { checkLargeTable, checkLargeConversation } = require('./large');
 const { HOST, Stage, check, failureCount } = require('./stage');
 const { TEMPLATES, CONTENT, FENCE, messageRow, tableRow, pageOf } = require('./rows');
 
+const SOURCES = path.join(__dirname, '..', '..', 'template');
 const CHATS = ['Sms.html', 'WhatsApp.html'];
 const TABLES = { 'CallHistory.html': 5, 'Notes.html': 3, 'contacts.html': 7 };
 const PAGES = [...CHATS, ...Object.keys(TABLES)];
@@ -74,18 +76,31 @@ async function checkTemplates() {
       assert.match(tail, /<\/tbody>\s*<\/table>/);
     });
   }
-  await check('The pages are what template/make gives', () => {
-    execFileSync(path.join(TEMPLATES, 'make'), ['--check'], { stdio: 'pipe' });
+  await check('Each policy names the hashes of the style and the script of its page', () => {
+    for (const page of PAGES) {
+      const text = read(page);
+      const hashOf = (element) => {
+        const content = text.slice(text.indexOf(`<${element}>`) + element.length + 2, text.indexOf(`</${element}>`));
+        return `${element}-src 'sha256-${createHash('sha256').update(content).digest('base64')}'`;
+      };
+      for (const element of ['style', 'script']) assert.ok(text.includes(hashOf(element)), `${element} of ${page}`);
+    }
   });
-  await check('template/make --check notices a page and a part that changed', () => {
+  const checkOf = (folder, script) => spawnSync('cmake', ['-D', `FOLDER=${folder}`, '-D', 'CHECK=ON', '-P', script]).status;
+  await check('The pages are what their parts give', () => {
+    assert.strictEqual(checkOf(TEMPLATES, path.join(SOURCES, 'pages.cmake')), 0);
+  });
+  await check('A page and a part that changed are noticed', () => {
     const copy = fs.mkdtempSync(path.join(os.tmpdir(), 'pages-template-'));
-    const status = () => spawnSync(path.join(copy, 'make'), ['--check']).status;
+    const pages = path.join(copy, 'pages');
+    const status = () => checkOf(pages, path.join(copy, 'pages.cmake'));
     try {
-      fs.cpSync(TEMPLATES, copy, { recursive: true });
+      fs.cpSync(SOURCES, copy, { recursive: true });
+      fs.cpSync(TEMPLATES, pages, { recursive: true });
       assert.strictEqual(status(), 0, 'the copy itself');
-      fs.appendFileSync(path.join(copy, 'Notes.html'), '\n');
+      fs.appendFileSync(path.join(pages, 'Notes.html'), '\n');
       assert.strictEqual(status(), 1, 'a page with a line more');
-      fs.copyFileSync(path.join(TEMPLATES, 'Notes.html'), path.join(copy, 'Notes.html'));
+      fs.copyFileSync(path.join(TEMPLATES, 'Notes.html'), path.join(pages, 'Notes.html'));
       fs.appendFileSync(path.join(copy, 'source', 'style.css'), 'p { margin: 0 }\n');
       assert.strictEqual(status(), 1, 'a style with a line more');
     } finally {
@@ -418,7 +433,7 @@ async function checkLooks(stage) {
 
 async function checkBuiltInView(stage) {
   await check('style.html lets the built-in view put in bubbles and empty it', async () => {
-    const text = fs.readFileSync(path.join(TEMPLATES, 'style.html'), 'utf8');
+    const text = fs.readFileSync(path.join(SOURCES, 'style.html'), 'utf8');
     assert.doesNotMatch(text, /<script|https?:|url\(|@import|\ssrc=|\shref=|var\(/);
     await stage.show(text, async (tab) => {
       await tab.evaluate(`document.body.innerHTML = ''`);

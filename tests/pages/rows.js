@@ -5,7 +5,7 @@
 const fs = require('fs');
 const path = require('path');
 
-const TEMPLATES = path.join(__dirname, '..', '..', 'template');
+const TEMPLATES = process.env.TEMPLATES;  // the folder that the build has put the pages into
 const CONTENT = '{|content|}';
 const FENCE = '<plaintext id="source"';  // behind it all is text
 
