@@ -5,6 +5,7 @@
 #include "app/progress_dialog.h"
 #include "app/thread.h"
 #include "common/text.h"
+#include "export/document_steps.h"
 #include "export/file_copy.h"
 #include "export/recovery.h"
 #include "ui/category_tables.h"
@@ -13,34 +14,6 @@ namespace {
 
 constexpr int kEndPercent = 1000;  // whatever stands before it, the bar is full
 constexpr int kEndProgress = 10000;
-
-/// A category whose ticked rows go into one page, one by one.
-struct PageStep {
-  CategoryNumber nNumber;
-  void (*pfnAdd)(CRecovery& recovery, const QVariant& hidden);
-  void (*pfnSave)(CRecovery& recovery);
-  int nProgress;            // of the report at its end, in hundredths of a percent
-  const char* pszReported;  // the path in that report, below the destination
-};
-
-template <typename Record, void (CRecovery::*kAdd)(const Record*)>
-void AddRow(CRecovery& recovery, const QVariant& hidden) {
-  const auto record = hidden.value<Record>();
-  (recovery.*kAdd)(&record);
-}
-
-constexpr PageStep kPageSteps[] = {
-    {kContacts, AddRow<__PERSON_CONTENT__, &CRecovery::RecoveryContacts>,
-     [](CRecovery& recovery) {
-       recovery.SaveContactsCsv();
-       recovery.SaveContacts();
-     },
-     9200, "/Contacts/Contacts.html"},
-    {kCallHistory, AddRow<__CALLHISTORY__, &CRecovery::RecoveryCallHistory>,
-     [](CRecovery& recovery) { recovery.SaveCallHistory(); }, 9300, "/CallHistory/CallHistory.html"},
-    {kNotes, AddRow<__NOTES__, &CRecovery::RecoveryNotes>, [](CRecovery& recovery) { recovery.SaveNotes(); },
-     9500, "/Notes/Notes.html"},
-};
 
 int Share(size_t nDone, int nNumerator, size_t nTotal) {
   return static_cast<int>(nDone * static_cast<size_t>(nNumerator) / nTotal);
@@ -146,42 +119,25 @@ std::vector<QVariant> DRUI::HiddenData(const QTableWidget* pTable, const Selecti
 }
 
 void DRUI::RecoverDocuments(CRecovery& recovery) {
-  const auto report = [this](int nProgress, const char* pszPath) {
-    RecoveryCallBack(nProgress, 1, 0, ToWide(m_strSelectDir + pszPath).c_str());
-  };
-  /// Conversations of the ticked rows: the key of a row without a cell is that of the row before.
-  const auto recoverConversations = [&](const QTableWidget* pTable, const auto& conversations,
-                                        const auto& recover) {
-    unsigned int nKey = 0;
-    for (const QVariant& hidden : HiddenData(pTable, m_mapSelMessage)) {
-      if (hidden.isValid()) nKey = hidden.toUInt();
-      const auto it = conversations.find(nKey);
-      if (it != conversations.end() && !it->second.empty()) recover(&it->second.front());
-    }
-  };
-  if (!m_mapSelMessage.empty()) {
-    recoverConversations(m_pMessageTable, m_records.m_mapMessage, [&](const __MESSAGE_INFO__* pFirst) {
-      recovery.RecoveryMsg(pFirst, m_records.m_mapMessage);
-    });
-    // These paths are reported whatever was written, and no file bears the first: the real ones carry a time
-    // stamp.
-    report(9100, "/Message/sms.csv");
-  }
-  recovery.SaveMessage();
-  for (const PageStep& step : kPageSteps) {
+  for (const DocumentStep& step : DocumentSteps()) {
     const TableSpec& spec = TableSpec::Of(step.nNumber);
     const SelectionMap& selection = this->*spec.pSelection;
-    if (selection.empty()) continue;
-    for (const QVariant& hidden : HiddenData(this->*spec.pTable, selection)) {
-      if (hidden.isValid()) step.pfnAdd(recovery, hidden);
+    if (!step.IsStore() && selection.empty()) continue;
+    if (step.IsPage()) {
+      for (const QVariant& hidden : HiddenData(this->*spec.pTable, selection)) {
+        if (hidden.isValid()) step.rows.pfnAdd(recovery, hidden);
+      }
+    } else if (!step.IsStore()) {
+      // The key of a row without a cell is that of the row before. Chats go by the row numbers of the ticked
+      // messages, so that without one of those none is written.
+      unsigned int nKey = 0;
+      for (const QVariant& hidden : HiddenData(this->*spec.pTable, m_mapSelMessage)) {
+        if (hidden.isValid()) nKey = hidden.toUInt();
+        step.conversations.pfnWrite(recovery, m_records, nKey);
+      }
     }
-    step.pfnSave(recovery);
-    report(step.nProgress, step.pszReported);
-  }
-  // Chats go by the row numbers of the ticked messages, so that without one of those none is written.
-  if (!m_mapSelWhatsapp.empty()) {
-    recoverConversations(m_pWhatsappTable, m_records.m_mapWhatsApp, [&](const __WHATSAPP_MESSAGE__* pFirst) {
-      recovery.RecoveryWhatsAppMsg(pFirst, m_records.m_mapWhatsApp);
-    });
+    if (step.pfnSave) step.pfnSave(recovery);
+    if (step.pszReported)
+      RecoveryCallBack(step.nEndMark, 1, 0, ToWide(m_strSelectDir + step.pszReported).c_str());
   }
 }

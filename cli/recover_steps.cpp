@@ -4,6 +4,7 @@
 
 #include "cli/stop_signal.h"
 #include "common/text.h"
+#include "export/document_steps.h"
 #include "export/file_name.h"
 
 namespace {
@@ -55,20 +56,19 @@ class FileRecovery {
   RecoveryReport& m_report;
 };
 
-template <typename Conversations, typename Write>
-void WriteConversations(const Conversations& conversations, RecoveryReport& report, Write write) {
-  for (const auto& [nKey, messages] : conversations) {
+void WriteConversations(const DocumentStep& step, const BackupRecords& records, CRecovery& recovery,
+                        RecoveryReport& report) {
+  for (const unsigned int nKey : step.conversations.pfnKeys(records)) {
     if (StopSignal() != 0) return;
-    if (!messages.empty()) write(&messages.front());
+    step.conversations.pfnWrite(recovery, records, nKey);
     report.Advance();
   }
 }
 
-/// Rows one by one, then the page that they make; no page without rows, or after a stop.
-template <typename Record, typename Add, typename Save>
-void WriteTable(const std::vector<Record>& records, Add add, Save save) {
-  for (const Record& record : records) add(&record);
-  if (!records.empty() && StopSignal() == 0) save();
+bool IsOnePage(const Category& category) {
+  return std::any_of(DocumentSteps().begin(), DocumentSteps().end(), [&](const DocumentStep& step) {
+    return step.nNumber == category.nNumber && step.IsPage();
+  });
 }
 
 }  // namespace
@@ -80,9 +80,7 @@ bool IsWanted(const Options& options, CategoryNumber nNumber) {
 qint64 CountWork(const Options& options, const BackupRecords& records) {
   qint64 nCount = 0;
   for (const Category& category : Categories()) {
-    const bool bOnePage =
-        category.nNumber == kContacts || category.nNumber == kCallHistory || category.nNumber == kNotes;
-    if (!bOnePage && IsWanted(options, category.nNumber))
+    if (!IsOnePage(category) && IsWanted(options, category.nNumber))
       nCount += static_cast<qint64>(category.pfnCount(records));
   }
   return nCount;
@@ -104,36 +102,19 @@ void RecoverFiles(const Options& options, OpenBackup& backup, RecoveryReport& re
 
 void RecoverDocuments(const Options& options, const BackupRecords& records, CRecovery& recovery,
                       RecoveryReport& report) {
-  if (IsWanted(options, kMessages)) {
-    WriteConversations(records.m_mapMessage, report, [&](const __MESSAGE_INFO__* pFirst) {
-      recovery.RecoveryMsg(pFirst, records.m_mapMessage);
-    });
-  }
-  if (StopSignal() != 0) return;
-  // Only when they are wanted: it replaces the store of an earlier run at the same destination.
-  if (IsWanted(options, kMessages)) recovery.SaveMessage();
-  if (IsWanted(options, kContacts)) {
-    WriteTable(
-        records.m_vecContact, [&](const __PERSON_CONTENT__* p) { recovery.RecoveryContacts(p); },
-        [&] {
-          recovery.SaveContactsCsv();
-          recovery.SaveContacts();
-        });
-  }
-  if (IsWanted(options, kCallHistory)) {
-    WriteTable(
-        records.m_vecCall, [&](const __CALLHISTORY__* p) { recovery.RecoveryCallHistory(p); },
-        [&] { recovery.SaveCallHistory(); });
-  }
-  if (IsWanted(options, kNotes)) {
-    WriteTable(
-        records.m_vecNote, [&](const __NOTES__* p) { recovery.RecoveryNotes(p); },
-        [&] { recovery.SaveNotes(); });
-  }
-  if (IsWanted(options, kWhatsApp)) {
-    WriteConversations(records.m_mapWhatsApp, report, [&](const __WHATSAPP_MESSAGE__* pFirst) {
-      recovery.RecoveryWhatsAppMsg(pFirst, records.m_mapWhatsApp);
-    });
+  for (const DocumentStep& step : DocumentSteps()) {
+    if (StopSignal() != 0) return;
+    // The copy of the message store too is made only when messages are wanted: it replaces that of an earlier
+    // run at the same destination.
+    if (!IsWanted(options, step.nNumber)) continue;
+    if (step.IsPage()) {
+      step.rows.pfnAddAll(recovery, records);
+      const bool bEmpty = Categories()[step.nNumber].pfnCount(records) == 0;
+      if (bEmpty || StopSignal() != 0) continue;
+    } else if (!step.IsStore()) {
+      WriteConversations(step, records, recovery, report);
+    }
+    if (step.pfnSave) step.pfnSave(recovery);
   }
 }
 
