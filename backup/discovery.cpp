@@ -20,10 +20,13 @@ namespace {
 
 using FilePointer = std::unique_ptr<FILE, decltype(&fclose)>;
 
-/// Null for what is missing and for what is not a regular file.
-FilePointer OpenForReading(const std::string& strPath) {
-  const int nDescriptor = OpenBackupFile(strPath.c_str());
-  return {nDescriptor == -1 ? nullptr : fdopen(nDescriptor, "r"), &fclose};
+Result<FilePointer> OpenForReading(const std::string& strPath) {
+  Result<OpenedFile> file = OpenBackupFile(strPath);
+  if (!file) return file.Error();
+  FILE* pFile = fdopen(file->descriptor.Get(), "r");
+  if (!pFile) return SystemProblem(Problem::Step::Open, strPath, errno);
+  file->descriptor.Release();
+  return FilePointer(pFile, &fclose);
 }
 
 /// Goes over one level of a folder and hands each entry with its full path to a function.
@@ -119,20 +122,18 @@ const InfoKey* FindKey(const char* pszLine) {
   return nullptr;
 }
 
-/// @return false when the file could not be read to where its reading ends.
-bool ReadInfoLines(FILE* pFile, __BACK_FILE_INFO__& info) {
+/// @return 0, or the system's error number when the file could not be read to where its reading ends.
+int ReadInfoLines(FILE* pFile, __BACK_FILE_INFO__& info) {
   char szLine[kLineSize];
   for (long nLine = 0; fgets(szLine, sizeof szLine, pFile); ++nLine) {
-    if (nLine == kMostLines) {
-      errno = EFBIG;
-      return false;
-    }
+    if (nLine == kMostLines) return EFBIG;
     const InfoKey* pKey = FindKey(szLine);
     if (!pKey || !fgets(szLine, sizeof szLine, pFile)) continue;
     pKey->pfnSet(szLine, info);
-    if (pKey->bEndsReading) return true;
+    if (pKey->bEndsReading) return 0;
   }
-  return ferror(pFile) == 0;
+  if (ferror(pFile) == 0) return 0;
+  return errno != 0 ? errno : EIO;
 }
 
 }  // namespace
@@ -180,21 +181,22 @@ int64_t CountBackupFiles(const std::string& strFolder) {
   return nCount;
 }
 
-int ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info) {
-  const FilePointer pFile = OpenForReading(strFolder + "/Info.plist");
-  if (!pFile) {
-    const int nError = errno;
+Problem ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info) {
+  const std::string strPath = strFolder + "/Info.plist";
+  Result<FilePointer> file = OpenForReading(strPath);
+  if (!file) {
+    const int nError = file.Error().nCode;
     // What isn't a regular file counts as missing; one that may not or can't be read is worth a word.
     const bool bMissing =
         nError == ENOENT || nError == ENOTDIR || nError == EISDIR || nError == ENXIO || nError == ELOOP;
-    if (!bMissing) ReportProblem(strFolder + "/Info.plist", strerror(nError));
-    errno = nError;
-    return kStatusMissing;
+    if (!bMissing) ReportProblem(file.Error());
+    return file.Error();
   }
   info.strBackupPath = strFolder;
-  if (!ReadInfoLines(pFile.get(), info)) ReportLoss(strFolder + "/Info.plist", strerror(errno));
+  if (const int nError = ReadInfoLines(file->get(), info))
+    ReportLoss(SystemProblem(Problem::Step::Read, strPath, nError));
   info.bEncrypted = IsBackupEncrypted(strFolder) != 0;
-  return kStatusOk;
+  return {};
 }
 
 int IsBackupEncrypted(const std::string& strFolder) {
@@ -202,10 +204,10 @@ int IsBackupEncrypted(const std::string& strFolder) {
   layout.qstrRoot = FromNarrow(strFolder);
   layout.bHasManifestDb = EntryExists(strFolder + "/Manifest.db");
   const std::string strProbe = ToNarrow(layout.PathOf(kContactsStore));
-  FilePointer pFile = OpenForReading(strProbe);
-  if (!pFile) pFile = OpenForReading(strProbe + ".mddata");
-  if (!pFile) return 0;
+  Result<FilePointer> file = OpenForReading(strProbe);
+  if (!file) file = OpenForReading(strProbe + ".mddata");
+  if (!file) return 0;
   char head[512] = {};
-  if (fread(head, 1, sizeof head, pFile.get()) < 6) return 1;
+  if (fread(head, 1, sizeof head, file->get()) < 6) return 1;
   return memcmp(head, "SQLite", 6) == 0 ? 0 : 1;
 }

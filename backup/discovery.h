@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "backup/info.h"
+#include "common/problem.h"
 
 // Walkers over one level of a folder, without hidden entries, by name ignoring case. All paths narrow and
 // full.
@@ -22,8 +23,8 @@ int64_t CountBackupFiles(const std::string& strFolder);
 
 /// Reads the facts of a backup from its "Info.plist", line by line as text. What the file doesn't tell stays
 /// as it is.
-/// @return 0, or 87 when the file can't be opened, with the record untouched.
-int ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info);
+/// @return a problem when the file can't be opened, with the record untouched.
+Problem ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info);
 
 /// 1 when the contacts store of the backup is there and isn't plain SQLite, else 0.
 int IsBackupEncrypted(const std::string& strFolder);

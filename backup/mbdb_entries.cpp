@@ -108,8 +108,10 @@ void ReadEntry(const unsigned char* pData, long long* pOffset, long long nSize, 
 /// needs, whatever the file's size.
 class ManifestWindow {
  public:
-  explicit ManifestWindow(int nDescriptor) : m_nDescriptor(nDescriptor) { More(); }
-  ~ManifestWindow() { close(m_nDescriptor); }
+  /// @param strPath the manifest's, narrow; outlives the window.
+  ManifestWindow(const std::string& strPath, Descriptor file) : m_strPath(strPath), m_file(std::move(file)) {
+    More();
+  }
   ManifestWindow(const ManifestWindow&) = delete;
   ManifestWindow& operator=(const ManifestWindow&) = delete;
 
@@ -117,8 +119,8 @@ class ManifestWindow {
   long long Size() const { return static_cast<long long>(m_bytes.size()); }
   /// The reading has come to the end of the file, or to what can't be read.
   bool AtEnd() const { return m_bAtEnd; }
-  /// Why the reading ended before the end of the file; 0 for the end.
-  int Error() const { return m_nError; }
+  /// Why the reading ended before the end of the file; no problem for the end.
+  const Problem& Error() const { return m_problem; }
 
   /// Drops the first bytes and reads on. Each call that drops nothing doubles the window.
   void Advance(long long nBytes) {
@@ -131,19 +133,20 @@ class ManifestWindow {
     size_t nFilled = m_bytes.size();
     m_bytes.resize(std::max(kWindow, nFilled * 2));
     while (nFilled < m_bytes.size() && !m_bAtEnd) {
-      const ssize_t nRead = read(m_nDescriptor, m_bytes.data() + nFilled, m_bytes.size() - nFilled);
+      const ssize_t nRead = read(m_file.Get(), m_bytes.data() + nFilled, m_bytes.size() - nFilled);
       if (nRead < 0 && errno == EINTR) continue;
-      if (nRead < 0) m_nError = errno;
+      if (nRead < 0) m_problem = SystemProblem(Problem::Step::Read, m_strPath, errno);
       if (nRead <= 0) m_bAtEnd = true;
       if (nRead > 0) nFilled += static_cast<size_t>(nRead);
     }
     m_bytes.resize(nFilled);
   }
 
-  int m_nDescriptor;
+  const std::string& m_strPath;
+  Descriptor m_file;
   std::vector<unsigned char> m_bytes;
   bool m_bAtEnd = false;
-  int m_nError = 0;
+  Problem m_problem;
 };
 
 void VisitEntries(const std::string& strPath, ManifestWindow& window,
@@ -159,14 +162,14 @@ void VisitEntries(const std::string& strPath, ManifestWindow& window,
       window.Advance(nStart);
       nOffset = 0;
     } else {
-      const bool bCut = nStart < window.Size() && window.Error() == 0;
+      const bool bCut = nStart < window.Size() && !window.Error();
       if (bCut)
         ReportLoss(strPath, "cut short: its last entry isn't whole (the entries before it were read)");
       break;
     }
   }
-  if (window.Error() != 0)
-    ReportLoss(strPath, std::string(strerror(window.Error())) + " (the entries before that were read)");
+  if (const Problem& problem = window.Error())
+    ReportLoss(strPath, problem.strReason + " (the entries before that were read)");
 }
 
 }  // namespace
@@ -185,25 +188,23 @@ std::string gethash(const unsigned char* pData, long long* pOffset, long long nS
 int VisitBinaryManifest(const char16_t* pPath, const std::function<void(const fileinfo&)>& visit) {
   if (!pPath) return kStatusMissing;
   const std::string strPath = Unicode2Ansi(pPath);
-  const int nDescriptor = OpenBackupFile(strPath.c_str());
-  if (nDescriptor == -1) {
-    ReportLoss(strPath, OpenFailure(errno));
+  Result<OpenedFile> file = OpenBackupFile(strPath);
+  if (!file) {
+    ReportLoss(file.Error());
     return kStatusMissing;
   }
   // The magic comes first: a file that is no manifest may have any size.
   char head[kHeaderSize];
   uint32_t nRead = 0;
-  ReadData(nDescriptor, head, sizeof head, nRead);
+  ReadData(file->descriptor.Get(), head, sizeof head, nRead);
   if (nRead < sizeof kMagic || memcmp(head, kMagic, sizeof kMagic) != 0) {
-    close(nDescriptor);
     ReportLoss(strPath, "not a manifest: it doesn't begin with \"mbdb\"");
     return kStatusMissing;
   }
   if (nRead < sizeof head) ReportLoss(strPath, "cut short within its head");
-  ManifestWindow window(nDescriptor);
+  ManifestWindow window(strPath, std::move(file->descriptor));
   // A device lists some thousand files: a manifest without any was cut behind its head.
-  if (window.Size() == 0 && window.Error() == 0 && nRead == sizeof head)
-    ReportProblem(strPath, "lists no files");
+  if (window.Size() == 0 && !window.Error() && nRead == sizeof head) ReportProblem(strPath, "lists no files");
   VisitEntries(strPath, window, visit);
   return kStatusOk;
 }

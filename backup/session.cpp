@@ -42,13 +42,13 @@ int CIphoneBackupFile::GetBackFileInfo(std::vector<__BACK_FILE_INFO__>& backups)
   // before.
   __BACK_FILE_INFO__ info;
   for (const std::string& strFolder : m_vecBackupDirs) {
-    if (ReadBackupInfo(strFolder, info) == kStatusOk) backups.push_back(info);
+    if (!ReadBackupInfo(strFolder, info)) backups.push_back(info);
   }
   return kStatusOk;
 }
 
 int CIphoneBackupFile::GetBackFileInfo(const char* pszFolder, __BACK_FILE_INFO__* pInfo) {
-  return ReadBackupInfo(pszFolder, *pInfo);
+  return ReadBackupInfo(pszFolder, *pInfo) ? kStatusMissing : kStatusOk;
 }
 
 int CIphoneBackupFile::IsEncrypted(const char* pszFolder) {

@@ -70,7 +70,7 @@ void Export(const std::string& strDestination) {
   static const std::string strProgram = Program();
   CRecovery recovery(FromNarrow(strProgram));
   recovery.SetWrittenFileHandler([](const WrittenFile& file) {
-    if (!file.Succeeded()) throw std::runtime_error(ToNarrow(file.qstrPath + ": " + file.qstrReason));
+    if (!file.Succeeded()) throw std::runtime_error(ToNarrow(file.qstrPath + ": " + file.Reason()));
   });
   recovery.Init(FromNarrow(strDestination), &session);
   for (const auto& [nKey, messages] : Messages()) recovery.RecoveryMsg(&messages.front(), Messages());

@@ -1,20 +1,17 @@
 #include "cli/open_backup.h"
 
-#include <unistd.h>
-
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <memory>
 #include <unordered_map>
 
+#include "backup/discovery.h"
 #include "cli/exit_status.h"
 #include "cli/problems.h"
 #include "cli/stop_signal.h"
 #include "common/file.h"
-#include "common/status.h"
 #include "common/text.h"
 #include "decrypt/backup_files.h"
 
@@ -27,12 +24,12 @@ bool HoldsBackups(const QString& qstrFolder) {
   return false;
 }
 
-int NotABackup(const QString& qstrFolder, int nError) {
-  if (nError == ENOENT && !QFileInfo::exists(qstrFolder)) {
+int NotABackup(const QString& qstrFolder, const Problem& problem) {
+  if (problem.nCode == ENOENT && !QFileInfo::exists(qstrFolder)) {
     PrintError(qstrFolder + ": no such folder");
   } else {
     PrintError(QString("%1: not a backup: \"Info.plist\" in it can't be read (%2)")
-                   .arg(qstrFolder, FromNarrow(OpenFailure(nError))));
+                   .arg(qstrFolder, FromNarrow(problem.strReason)));
     if (HoldsBackups(qstrFolder))
       PrintError(QString("there are backups below it; 'orvandel-cli backups %1' lists them").arg(qstrFolder));
   }
@@ -41,9 +38,7 @@ int NotABackup(const QString& qstrFolder, int nError) {
 
 bool HasReadableContacts(const std::string& strFolder) {
   const BackupLayout layout{FromNarrow(strFolder), false, EntryExists(strFolder + "/Manifest.db")};
-  const int nDescriptor = OpenBackupFile(ToNarrow(layout.PathOf(kContactsStore)).c_str());
-  if (nDescriptor != -1) close(nDescriptor);
-  return nDescriptor != -1;
+  return static_cast<bool>(OpenBackupFile(ToNarrow(layout.PathOf(kContactsStore))));
 }
 
 void WarnOfOddities(const __BACK_FILE_INFO__& info) {
@@ -81,6 +76,11 @@ class DeviceNames {
   std::unordered_map<std::string, const std::string*> m_names;  // made when the first is asked for
 };
 
+/// A file of the backup that could not be read. @param qstrName its name on the device.
+WrittenFile Unread(const QString& qstrName, const std::string& strReason) {
+  return {qstrName, {Problem::Step::Read, EIO, ToNarrow(qstrName), strReason}, {}};
+}
+
 void NameFailures(OpenBackup& backup) {
   DeviceNames names(backup.session.GetManifest());
   for (const DecryptRun::Failure& failure : backup.decryptRun.Failures()) {
@@ -90,7 +90,7 @@ void NameFailures(OpenBackup& backup) {
     // A file that the manifest lists and the backup lacks is passed over, as in a backup that isn't
     // encrypted.
     if (!failure.qstrFile.isEmpty() && failure.qstrReason == kMissingSource) continue;
-    backup.notDecrypted.push_back({qstrName, failure.qstrReason, {}, false});
+    backup.notDecrypted.push_back(Unread(qstrName, ToNarrow(failure.qstrReason)));
   }
   if (!backup.notDecrypted.empty())
     PrintError(QString("%1: %2 could not be decrypted; what they hold is missing from the result")
@@ -114,9 +114,8 @@ int Interrupted() {
 
 int ReadBackup(const Options& options, ProgressBar& bar, OpenBackup& backup) {
   __BACK_FILE_INFO__ info;
-  errno = 0;
-  if (backup.session.GetBackFileInfo(ToNarrow(options.qstrBackup).c_str(), &info) != kStatusOk)
-    return NotABackup(options.qstrBackup, errno);
+  if (const Problem problem = ReadBackupInfo(ToNarrow(options.qstrBackup), info))
+    return NotABackup(options.qstrBackup, problem);
   CompleteEncryption(info);
   QString qstrDecryptedFolder;
   if (info.bEncrypted) {
@@ -142,7 +141,7 @@ std::vector<WrittenFile> LostFiles(const OpenBackup& backup,
   DeviceNames names(backup.session.GetManifest());
   std::vector<WrittenFile> lost;
   for (const auto& [strFile, strReason] : Losses()) {
-    if (isWanted(LastStep(strFile))) lost.push_back({names.Of(strFile), FromNarrow(strReason), {}, false});
+    if (isWanted(LastStep(strFile))) lost.push_back(Unread(names.Of(strFile), strReason));
   }
   return lost;
 }

@@ -45,7 +45,7 @@ class FileRecovery {
     const WrittenFile written = m_copier.Copy(folderOf(strApp), file.strName, file.wstrPath);
     const std::string strSafeApp = SafeFileName(strApp), strSafeName = SafeFileName(file.strName);
     const bool bSame = strSafeName == file.strName && (strApp.empty() || strSafeApp == strApp);
-    if (written.Succeeded() || !written.bNotCreated || bSame) return written;
+    if (written.Succeeded() || !written.IsNotCreated() || bSame) return written;
     WrittenFile safe = m_copier.Copy(folderOf(strSafeApp), strSafeName, file.wstrPath);
     safe.qstrOriginalName = FromNarrow(strApp.empty() ? file.strName : strApp + '/' + file.strName);
     return safe.Succeeded() ? safe : written;

@@ -24,13 +24,13 @@ void RecoveryReport::Add(const WrittenFile& file) {
   m_bar.Clear();
   if (m_options.bJson) {
     QJsonObject object{{"status", file.Succeeded() ? "Success" : "Failed"}, {"path", file.qstrPath}};
-    if (!file.Succeeded()) object["reason"] = file.qstrReason;
+    if (!file.Succeeded()) object["reason"] = file.Reason();
     if (!file.qstrOriginalName.isEmpty()) object["originalName"] = file.qstrOriginalName;
     Print(ToJson(object) + '\n');
   } else {
     const QString qstrPath = Printable(file.qstrPath);
     PrintLine(file.Succeeded() ? "Success\t" + qstrPath
-                               : "Failed\t" + qstrPath + '\t' + Printable(file.qstrReason));
+                               : "Failed\t" + qstrPath + '\t' + Printable(file.Reason()));
   }
 }
 

@@ -122,7 +122,7 @@ void PrintScanJson(OpenBackup& backup, bool bManifest) {
   const std::vector<WrittenFile> failed = AllLosses(backup);
   if (!failed.empty()) {
     PrintArray(json, "failed", failed, [](const WrittenFile& file) {
-      return QJsonObject{{"name", file.qstrPath}, {"reason", file.qstrReason}};
+      return QJsonObject{{"name", file.qstrPath}, {"reason", file.Reason()}};
     });
   }
   if (bManifest) PrintArray(json, "manifest", backup.session.GetManifest(), EntryObject);

@@ -83,21 +83,18 @@ void DeclareSharded(const std::string& strRoot) {
   g_shardedRoots.insert(strRoot);
 }
 
-int OpenBackupFile(const char* pszPath) {
-  const size_t nFolder = ShardFolderLength(pszPath);
-  const int nDescriptor = nFolder != 0 ? OpenInFolder(std::string(pszPath, nFolder), pszPath + nFolder + 1)
-                                       : OpenNoFollow(AT_FDCWD, pszPath, kReadFlags);
-  if (nDescriptor == -1) return -1;
+Result<OpenedFile> OpenBackupFile(const std::string& strPath) {
+  const size_t nFolder = ShardFolderLength(strPath);
+  Descriptor file(nFolder != 0 ? OpenInFolder(strPath.substr(0, nFolder), strPath.c_str() + nFolder + 1)
+                               : OpenNoFollow(AT_FDCWD, strPath.c_str(), kReadFlags));
   struct stat info;
   int nError = 0;
-  if (fstat(nDescriptor, &info) != 0)
+  if (file.Get() == -1 || fstat(file.Get(), &info) != 0)
     nError = errno;
   else if (!S_ISREG(info.st_mode))
     nError = S_ISDIR(info.st_mode) ? EISDIR : ENXIO;
-  if (nError == 0) return nDescriptor;
-  close(nDescriptor);
-  errno = nError;
-  return -1;
+  if (nError != 0) return SystemProblem(Problem::Step::Open, strPath, nError);
+  return OpenedFile{std::move(file), info.st_size};
 }
 
 std::string ResolvedBackupPath(const std::string& strPath) {
@@ -111,12 +108,6 @@ std::string ResolvedBackupPath(const std::string& strPath) {
   return strRoot + "/" + strPath.substr(bHasFolder ? nFolder + 1 : 0);
 }
 
-std::string OpenFailure(int nError) {
-  if (nError == ELOOP) return "is a symbolic link, which is not followed";
-  if (nError == ENXIO) return "is not a regular file";
-  return strerror(nError);
-}
-
 bool EntryExists(const std::string& strPath) {
   struct stat info;
   return lstat(strPath.c_str(), &info) == 0;
@@ -126,16 +117,16 @@ namespace {
 
 constexpr size_t kCopyBlock = 1 << 20;
 
-/// Writes a block whole. @return false with errno set.
-bool WriteAll(int nDescriptor, const char* pData, size_t nCount) {
+/// Writes a block whole. @return 0, or the system's error number.
+int WriteAll(int nDescriptor, const char* pData, size_t nCount) {
   while (nCount > 0) {
     const ssize_t nWritten = write(nDescriptor, pData, nCount);
     if (nWritten < 0 && errno == EINTR) continue;
-    if (nWritten < 0) return false;
+    if (nWritten < 0) return errno;
     pData += nWritten;
     nCount -= static_cast<size_t>(nWritten);
   }
-  return true;
+  return 0;
 }
 
 /// Lets the system copy from one file to the other, as far as it can between these two.
@@ -158,45 +149,46 @@ bool CopyInKernel([[maybe_unused]] int nSource, [[maybe_unused]] int nTarget) {
 #endif
 }
 
-CopyError CopyContent(int nSource, int nTarget) {
-  if (CopyInKernel(nSource, nTarget)) return {};
+/// An end of a copy.
+struct CopyEnd {
+  int nDescriptor;
+  const std::string& strPath;
+};
+
+Problem CopyContent(const CopyEnd& source, const CopyEnd& target) {
+  if (CopyInKernel(source.nDescriptor, target.nDescriptor)) return {};
   std::vector<char> block(kCopyBlock);
   for (;;) {
-    const ssize_t nRead = read(nSource, block.data(), block.size());
+    const ssize_t nRead = read(source.nDescriptor, block.data(), block.size());
     if (nRead < 0 && errno == EINTR) continue;
-    if (nRead < 0) return {CopyError::kRead, errno};
+    if (nRead < 0) return SystemProblem(Problem::Step::Read, source.strPath, errno);
     if (nRead == 0) return {};
-    if (!WriteAll(nTarget, block.data(), static_cast<size_t>(nRead))) return {CopyError::kWrite, errno};
+    if (const int nError = WriteAll(target.nDescriptor, block.data(), static_cast<size_t>(nRead)))
+      return SystemProblem(Problem::Step::Write, target.strPath, nError);
   }
 }
 
 }  // namespace
 
-CopyError CopyBackupFile(const char* pszSource, const char* pszTarget, unsigned int nRights) {
-  const int nSource = OpenBackupFile(pszSource);
-  if (nSource == -1) return {CopyError::kOpen, errno};
-  NewFile target(pszTarget, 0600);
-  CopyError error = target.Descriptor() == -1 ? CopyError{CopyError::kCreate, errno}
-                                              : CopyContent(nSource, target.Descriptor());
-  close(nSource);
-  if (error.step != CopyError::kNone) return error;
-  fchmod(target.Descriptor(),
-         static_cast<mode_t>(nRights));  // a file system that knows no rights is no failure
-  bool bNamed = false;
-  const int nError = target.Finish(bNamed);
-  if (nError != 0) error = {bNamed ? CopyError::kWrite : CopyError::kCreate, nError};
-  return error;
+Problem CopyBackupFile(const std::string& strSource, const std::string& strTarget, unsigned int nRights) {
+  Result<OpenedFile> source = OpenBackupFile(strSource);
+  if (!source) return source.Error();
+  Result<NewFile> target = NewFile::Create(strTarget, 0600);
+  if (!target) return target.Error();
+  const Problem problem = CopyContent({source->descriptor.Get(), strSource}, {target->Get(), strTarget});
+  if (problem) return problem;
+  // A file system that knows no rights is no failure.
+  fchmod(target->Get(), static_cast<mode_t>(nRights));
+  return target->Finish();
 }
 
 int GetFileByteSize(const char16_t* pPath, long long& nSize) {
   std::string strPath;
   inner_uni2str(strPath, pPath);
-  const int nDescriptor = OpenBackupFile(strPath.c_str());
-  if (nDescriptor == -1) return errno;
+  Result<OpenedFile> file = OpenBackupFile(strPath);
+  if (!file) return file.Error().nCode;
   STRUCT_RSB_FILE_ATTR attr;
-  const int nError = rsb_statH(nDescriptor, &attr) == 0 ? 0 : errno;
-  close(nDescriptor);
-  if (nError != 0) return nError;
+  if (rsb_statH(file->descriptor.Get(), &attr) != 0) return errno;
   // The low half is widened with its sign. Callers keep 32 bits, where that doesn't show.
   const auto nLow = static_cast<int64_t>(static_cast<int32_t>(attr.nFileSizeLow));
   nSize =

@@ -3,6 +3,9 @@
 #include <cstdio>
 #include <string>
 
+#include "common/descriptor.h"
+#include "common/result.h"
+
 /// The attributes of an open file, as far as the system reads them.
 struct STRUCT_RSB_FILE_ATTR {
   uint32_t nFileSizeHigh = 0;  ///< bits 32 to 63 of the size in bytes
@@ -21,20 +24,23 @@ FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode);
 /// trailing "/".
 void DeclareSharded(const std::string& strRoot);
 
+/// A file of a backup, open for reading.
+struct OpenedFile {
+  Descriptor descriptor;
+  int64_t nSize;  ///< in bytes
+};
+
 /// Opens a file of a backup for reading. It is the only way in which the system opens one: what is not a
 /// regular file is refused, since opening a FIFO could block forever, and so is a symbolic link, since it
 /// could lead to any file of the machine. In a backup that is declared as sharded the folder that the file
 /// lies in counts too. The backup's own folder and its parents may be links.
-/// @param pszPath narrow. @return a descriptor, or -1 with errno set: EISDIR for a folder, ELOOP for a link,
-///                        ENXIO for anything else that is not a regular file.
-int OpenBackupFile(const char* pszPath);
+/// @param strPath narrow. @return a problem of the step Open with the code EISDIR for a folder, ELOOP for a
+///                        link, ENXIO for anything else that is not a regular file.
+Result<OpenedFile> OpenBackupFile(const std::string& strPath);
 
 /// The absolute path of a file of a backup, with the links that lead to the backup's folder resolved and none
 /// inside it. @param strPath narrow. @return the path itself when its folder can't be resolved.
 std::string ResolvedBackupPath(const std::string& strPath);
-
-/// Why a file could not be opened or read, for people. @param nError as OpenBackupFile sets errno.
-std::string OpenFailure(int nError);
 
 /// True when there is an entry under a path, of any kind: a link without a target too.
 bool EntryExists(const std::string& strPath);
@@ -42,17 +48,12 @@ bool EntryExists(const std::string& strPath);
 /// The access rights of what a recovery copies: everybody may read and change it.
 constexpr unsigned int kRecoveredFileRights = 0777;
 
-/// Where the copying of a file failed, and why.
-struct CopyError {
-  enum Step { kNone, kOpen, kRead, kCreate, kWrite } step = kNone;
-  int nError = 0;  ///< the system's number
-};
-
 /// Copies a file of a backup to a path that doesn't exist yet, with the access rights given, whatever the
 /// process's mask. A copy that fails leaves nothing behind, and what is in the way of a copy stays untouched.
 /// Doesn't sync: the system writes the data back when it likes to.
-/// @param pszSource, pszTarget narrow.
-CopyError CopyBackupFile(const char* pszSource, const char* pszTarget, unsigned int nRights);
+/// @param strSource, strTarget narrow. @return a problem with the source (Open, Read) or the target (Create,
+/// Write).
+Problem CopyBackupFile(const std::string& strSource, const std::string& strTarget, unsigned int nRights);
 
 /// Size of a file in bytes.
 /// The path is taken through Latin-1, so that one with characters beyond ASCII isn't found on a UTF-8 file

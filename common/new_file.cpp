@@ -5,38 +5,43 @@
 
 #include <cerrno>
 
-NewFile::NewFile(const std::string& strPath, unsigned int nRights) : m_strPath(strPath) {
+namespace {
+
+std::string PathOf(const Descriptor& file) {
+  return "/proc/self/fd/" + std::to_string(file.Get());
+}
+
+}  // namespace
+
+NewFile::NewFile(const std::string& strPath, Descriptor file, bool bNamed)
+    : m_strPath(strPath), m_file(std::move(file)), m_bNamed(bNamed) {}
+
+Result<NewFile> NewFile::Create(const std::string& strPath, unsigned int nRights) {
 #ifdef O_TMPFILE
   const size_t nSlash = strPath.rfind('/');
   const std::string strFolder = nSlash == std::string::npos ? "." : strPath.substr(0, nSlash + 1);
-  m_nDescriptor = open(strFolder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, nRights);
-  if (m_nDescriptor != -1 && access(DescriptorPath().c_str(), F_OK) == 0) return;
-  if (m_nDescriptor != -1) close(m_nDescriptor);
+  Descriptor unnamed(open(strFolder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, nRights));
+  if (unnamed.Get() != -1 && access(PathOf(unnamed).c_str(), F_OK) == 0)
+    return NewFile(strPath, std::move(unnamed), false);
 #endif
-  m_bNamed = true;
-  m_nDescriptor = open(strPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, nRights);
+  Descriptor named(open(strPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, nRights));
+  if (named.Get() == -1) return SystemProblem(Problem::Step::Create, strPath, errno);
+  return NewFile(strPath, std::move(named), true);
 }
 
 NewFile::~NewFile() {
-  if (m_nDescriptor == -1) return;
-  close(m_nDescriptor);
+  if (m_file.Get() == -1) return;
+  m_file.Close();
   if (m_bNamed) unlink(m_strPath.c_str());
 }
 
-int NewFile::Finish(bool& bNamed) {
+Problem NewFile::Finish() {
   if (!m_bNamed)
-    m_bNamed =
-        linkat(AT_FDCWD, DescriptorPath().c_str(), AT_FDCWD, m_strPath.c_str(), AT_SYMLINK_FOLLOW) == 0;
+    m_bNamed = linkat(AT_FDCWD, PathOf(m_file).c_str(), AT_FDCWD, m_strPath.c_str(), AT_SYMLINK_FOLLOW) == 0;
   const int nLinkError = m_bNamed ? 0 : errno;
-  bNamed = m_bNamed;
-  const int nDescriptor = m_nDescriptor;
-  m_nDescriptor = -1;
-  const int nCloseError = close(nDescriptor) == 0 ? 0 : errno;
-  if (!m_bNamed) return nLinkError;
-  if (nCloseError != 0) unlink(m_strPath.c_str());
-  return nCloseError;
-}
-
-std::string NewFile::DescriptorPath() const {
-  return "/proc/self/fd/" + std::to_string(m_nDescriptor);
+  const int nCloseError = m_file.Close() ? 0 : errno;
+  if (!m_bNamed) return SystemProblem(Problem::Step::Create, m_strPath, nLinkError);
+  if (nCloseError == 0) return {};
+  unlink(m_strPath.c_str());
+  return SystemProblem(Problem::Step::Write, m_strPath, nCloseError);
 }

@@ -1,30 +1,33 @@
 #pragma once
 #include <string>
 
+#include "common/descriptor.h"
+#include "common/result.h"
+
 /// A file that is being made. Where the system can do that, it gets its name only once it is whole, so that a
 /// process that is killed leaves no fragment under it. Elsewhere it has its name from the start. One thread.
 class NewFile {
  public:
-  /// Makes it. Nothing may exist under its path: an entry there stays untouched.
+  /// Makes it, open for writing. Nothing may exist under its path: an entry there stays untouched.
   /// @param strPath narrow. @param nRights its access rights, less the process's mask.
-  NewFile(const std::string& strPath, unsigned int nRights);
+  static Result<NewFile> Create(const std::string& strPath, unsigned int nRights);
   /// Drops it, unless it is finished.
   ~NewFile();
+  NewFile(NewFile&&) noexcept = default;
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
 
-  /// Open for writing; -1, with errno set, when it could not be made.
-  int Descriptor() const { return m_nDescriptor; }
+  /// The descriptor to write to; stays the object's.
+  int Get() const { return m_file.Get(); }
 
-  /// Closes it and gives it its name.
-  /// @param bNamed receives whether it has got so far as to have one.
-  /// @return 0, or the system's error number; then there is no file.
-  int Finish(bool& bNamed);
+  /// Closes it and gives it its name. After a problem there is no file: one of the step Create when it could
+  /// not get its name, of the step Write when that was not the reason.
+  Problem Finish();
 
  private:
-  std::string DescriptorPath() const;
+  NewFile(const std::string& strPath, Descriptor file, bool bNamed);
 
   std::string m_strPath;
-  int m_nDescriptor = -1;
-  bool m_bNamed = false;
+  Descriptor m_file;
+  bool m_bNamed;
 };

@@ -1,8 +1,6 @@
 #include "common/store.h"
 
 #include <sqlite3.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <QLocale>
 #include <algorithm>
@@ -49,7 +47,6 @@ std::string StoreUri(const std::string& strPath) {
 
 /// What is known of a file before SQLite may open it.
 struct Examined {
-  int nError = 0;  ///< the system's error number
   int64_t nSize = 0;
   bool bCutShort = false;
 };
@@ -62,24 +59,13 @@ bool EndsWithinAPage(const unsigned char* pHead, int64_t nSize) {
   return nPage != 0 && nSize % (nPage == 1 ? 65536 : nPage) != 0;
 }
 
-Examined ExamineStore(const std::string& strPath) {
-  Examined examined;
-  const int nDescriptor = OpenBackupFile(strPath.c_str());
-  if (nDescriptor == -1) {
-    examined.nError = errno;
-    return examined;
-  }
-  struct stat info;
-  if (fstat(nDescriptor, &info) != 0)
-    examined.nError = errno;
-  else
-    examined.nSize = info.st_size;
+Result<Examined> ExamineStore(const std::string& strPath) {
+  Result<OpenedFile> file = OpenBackupFile(strPath);
+  if (!file) return file.Error();
   unsigned char head[18];
   uint32_t nRead = 0;
-  if (examined.nError == 0 && ReadData(nDescriptor, head, sizeof head, nRead) == kStatusOk)
-    examined.bCutShort = EndsWithinAPage(head, examined.nSize);
-  close(nDescriptor);
-  return examined;
+  const bool bHasHead = ReadData(file->descriptor.Get(), head, sizeof head, nRead) == kStatusOk;
+  return Examined{file->nSize, bHasHead && EndsWithinAPage(head, file->nSize)};
 }
 
 /// True for bytes that are UTF-8 as every reader takes it: shortest forms, no surrogates, and neither U+FFFE
@@ -137,15 +123,15 @@ struct StoreQuery::Budget {
 
 StoreQuery::StoreQuery(const std::string& strPath, const char* pszStatement, Failure failure)
     : m_strPath(strPath), m_failure(failure) {
-  const Examined examined = ExamineStore(strPath);
-  const int64_t nSize = std::min(examined.nSize, kLargestStore);  // so that no product overflows
-  if (examined.nError != 0) {
-    m_strError = OpenFailure(examined.nError);
+  Result<Examined> examined = ExamineStore(strPath);
+  if (!examined) {
+    m_problem = examined.Error();
     // A store that is missing is no problem: devices differ in what they hold.
-    if (failure == Failure::Reported && examined.nError != ENOENT) ReportLoss(strPath, m_strError);
+    if (failure == Failure::Reported && m_problem.nCode != ENOENT) ReportLoss(m_problem);
     return;
   }
-  if (examined.bCutShort && failure == Failure::Reported)
+  const int64_t nSize = std::min(examined->nSize, kLargestStore);  // so that no product overflows
+  if (examined->bCutShort && failure == Failure::Reported)
     ReportLoss(strPath, "cut short: its last page isn't whole (the rows that can be read are there)");
   m_pBudget = std::make_unique<Budget>(
       Budget{nSize * kStepsPerByte + kFreeSteps, nSize * kBytesPerByte + kFreeBytes});
@@ -201,14 +187,17 @@ bool StoreQuery::IsUtf8Store() const {
 void StoreQuery::KeepError(int nStatus) {
   const bool bInterrupted = (nStatus & 0xFF) == SQLITE_INTERRUPT;
   if (bInterrupted && !m_pBudget->bSpent) return;  // a stop is no error
-  m_strError = bInterrupted ? kEndless : m_pDatabase ? sqlite3_errmsg(m_pDatabase) : sqlite3_errstr(nStatus);
+  m_problem = {m_pStatement ? Problem::Step::Read : Problem::Step::Open, nStatus, m_strPath,
+               bInterrupted  ? kEndless
+               : m_pDatabase ? sqlite3_errmsg(m_pDatabase)
+                             : sqlite3_errstr(nStatus)};
   if (m_failure == Failure::Expected) return;
   // A sound store without the tables or columns that a statement names is odd and no loss: stores differ by
   // their age.
   if ((nStatus & 0xFF) == SQLITE_ERROR && !m_pStatement)
-    ReportProblem(m_strPath, m_strError);
+    ReportProblem(m_problem);
   else
-    ReportLoss(m_strPath, m_strError + (m_pStatement ? " (the rows before it were read)" : ""));
+    ReportLoss(m_strPath, m_problem.strReason + (m_pStatement ? " (the rows before it were read)" : ""));
 }
 
 bool StoreQuery::Next() {

@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "common/problem.h"
+
 struct sqlite3;
 struct sqlite3_stmt;
 
@@ -47,8 +49,8 @@ class StoreQuery {
   /// Number of columns of the result; 0 when the statement failed.
   int ColumnCount() const;
 
-  /// Why the store could not be read to its end; empty when it could, or was stopped.
-  const std::string& Error() const { return m_strError; }
+  /// Why the store could not be opened, or read to its end; no problem when it could, or was stopped.
+  const Problem& Error() const { return m_problem; }
 
  private:
   struct Budget;
@@ -66,5 +68,5 @@ class StoreQuery {
   std::unique_ptr<Budget> m_pBudget;
   bool m_bPlainUtf8 = false;  // text of the store is narrow text as it stands, when it is valid
   bool m_bEnded = false;
-  std::string m_strError;
+  Problem m_problem;
 };

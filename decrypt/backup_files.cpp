@@ -7,11 +7,11 @@
 #include <stdexcept>
 
 #include "backup/mbdb_entries.h"
+#include "common/descriptor.h"
 #include "common/file.h"
 #include "common/status.h"
 #include "common/store.h"
 #include "common/text.h"
-#include "decrypt/descriptor.h"
 #include "decrypt/property_list.h"
 
 namespace {
@@ -24,9 +24,9 @@ constexpr uint64_t kMostOfManifestList = 256 << 20;  // bytes of "Manifest.plist
 
 /// Opens a file of the backup. Throws std::runtime_error with the reason.
 Descriptor Open(const std::string& strPath) {
-  const int nDescriptor = OpenBackupFile(strPath.c_str());
-  if (nDescriptor == -1) throw std::runtime_error(strPath + ": can't be opened: " + OpenFailure(errno));
-  return Descriptor(nDescriptor);
+  Result<OpenedFile> file = OpenBackupFile(strPath);
+  if (!file) throw std::runtime_error(strPath + ": can't be opened: " + file.Error().strReason);
+  return std::move(file->descriptor);
 }
 
 uint64_t SizeOf(const Descriptor& file, const std::string& strPath) {
@@ -113,7 +113,7 @@ uint64_t BackupFiles::Count() const {
   StoreQuery query(m_strManifest, "select count(*) from Files where flags = 1",
                    StoreQuery::Failure::Expected);
   const bool bRow = query.Next();
-  if (!query.Error().empty()) throw std::runtime_error(m_strManifest + ": " + query.Error());
+  if (query.Error()) throw std::runtime_error(m_strManifest + ": " + query.Error().strReason);
   return bRow ? static_cast<uint64_t>(query.Text(0).toLongLong()) : 0;
 }
 
@@ -138,7 +138,7 @@ void BackupFiles::VisitDatabase(const std::function<void(FileJob&& job)>& visit)
     job.bDamaged = !record.bWhole;
     visit(std::move(job));
   }
-  if (!query.Error().empty()) throw std::runtime_error(m_strManifest + ": " + query.Error());
+  if (query.Error()) throw std::runtime_error(m_strManifest + ": " + query.Error().strReason);
 }
 
 void BackupFiles::VisitBinary(const std::function<void(FileJob&& job)>& visit) const {

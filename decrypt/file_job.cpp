@@ -9,8 +9,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "common/descriptor.h"
 #include "common/file.h"
-#include "decrypt/descriptor.h"
 
 namespace {
 
@@ -96,10 +96,11 @@ uint64_t CopyContent(int nSource, int nTarget, CbcDecryptor* pDecryptor, uint64_
 
 void WriteDecrypted(const std::string& strSource, const std::string& strTarget, const Secret& key,
                     uint64_t nSize) {
-  const Descriptor source(OpenBackupFile(strSource.c_str()));
+  Result<OpenedFile> opened = OpenBackupFile(strSource);
+  if (!opened && opened.Error().nCode == ENOENT) throw std::runtime_error(kMissingSource);
+  if (!opened) throw std::runtime_error("can't be opened: " + opened.Error().strReason);
+  const Descriptor& source = opened->descriptor;
   struct stat attributes;
-  if (source.Get() == -1 && errno == ENOENT) throw std::runtime_error(kMissingSource);
-  if (source.Get() == -1) throw std::runtime_error("can't be opened: " + OpenFailure(errno));
   if (fstat(source.Get(), &attributes) != 0) Fail("can't be read");
 
   std::string strPart;

@@ -47,7 +47,7 @@ void VisitConversation(const Map& conversations, unsigned int nKey, Visit visit)
 template <typename Map>
 int SaveText(const Map& conversations, unsigned int nKey, const char16_t* pPath) {
   TextFile file(pPath);
-  if (!file.IsOpen()) return file.Close();
+  if (!file.IsOpen()) return file.Close().nCode;
   std::string strRecord;
   VisitConversation(conversations, nKey, [&](const Line& line) {
     const bool bNamed = HasName(line);
@@ -62,7 +62,7 @@ int SaveText(const Map& conversations, unsigned int nKey, const char16_t* pPath)
     file.Write(strRecord);
     file.Flush();
   });
-  return file.Close();
+  return file.Close().nCode;
 }
 
 template <typename Map>
@@ -96,16 +96,16 @@ void CRecovery::RecoveryMsg(const __MESSAGE_INFO__* pMessage, const MessageMap& 
   const std::string strLabel = pMessage->strContactName.empty() ? kUnknownName : pMessage->strContactName;
   const std::string& strSender = pMessage->strSender;
   m_bMessageSaved = true;
-  ConversationPlace place;
   const std::string strStem = strSender.empty() ? strLabel : strLabel + "(" + strSender + ")";
-  if (!MakePlace("/Message/", strLabel, strStem, {".txt", ".html"}, place)) return;
-  const std::u16string wstrText = FreePath(place, ".txt");
+  const auto place = MakePlace("/Message/", strLabel, strStem, {".txt", ".html"});
+  if (!place) return;
+  const std::u16string wstrText = FreePath(*place, ".txt");
   Tell(FromWide(wstrText), SaveSMSMessageTxt(pMessage->nHandleId, wstrText.c_str(), messages),
-       place.strOriginalStem);
+       place->strOriginalStem);
   m_strSmsPageHead = HeadFor(m_strSmsHead, strLabel, strSender);
-  const std::u16string wstrPage = FreePath(place, ".html");
+  const std::u16string wstrPage = FreePath(*place, ".html");
   Tell(FromWide(wstrPage), SaveSMSMessage(pMessage->nHandleId, wstrPage.c_str(), messages),
-       place.strOriginalStem);
+       place->strOriginalStem);
 }
 
 int CRecovery::SaveSMSMessageTxt(unsigned int nHandleId, const char16_t* pPath, const MessageMap& messages) {
@@ -114,7 +114,7 @@ int CRecovery::SaveSMSMessageTxt(unsigned int nHandleId, const char16_t* pPath, 
 
 int CRecovery::SaveSMSMessage(unsigned int nHandleId, const char16_t* pPath, const MessageMap& messages) {
   m_strSmsBody = Bubbles(messages, nHandleId);
-  return WritePage(Unicode2Ansi(pPath), {&m_strSmsPageHead, &m_strSmsBody, &m_strSmsTail});
+  return WritePage(Unicode2Ansi(pPath), {&m_strSmsPageHead, &m_strSmsBody, &m_strSmsTail}).nCode;
 }
 
 void CRecovery::SaveMessage() {
@@ -130,16 +130,16 @@ void CRecovery::RecoveryWhatsAppMsg(const __WHATSAPP_MESSAGE__* pMessage, const 
   const bool bGroup = strName.find(',') != std::string::npos;  // the name of a group is a list of its people
   if (bGroup) strLabel = pMessage->strChatTitle;
   if (strLabel.empty()) strLabel = kUnknownName;
-  ConversationPlace place;
-  if (!MakePlace("/WhatsApp Message/", strLabel, strLabel, {".txt", ".csv", ".html"}, place)) return;
+  const auto place = MakePlace("/WhatsApp Message/", strLabel, strLabel, {".txt", ".csv", ".html"});
+  if (!place) return;
   const unsigned int nChatId = pMessage->nChatId;
-  const std::u16string wstrText = FreePath(place, ".txt");
-  Tell(FromWide(wstrText), SaveWhatsAppTxt(nChatId, wstrText.c_str(), chats), place.strOriginalStem);
+  const std::u16string wstrText = FreePath(*place, ".txt");
+  Tell(FromWide(wstrText), SaveWhatsAppTxt(nChatId, wstrText.c_str(), chats), place->strOriginalStem);
   m_strWhatsAppPageHead = HeadFor(m_strWhatsAppHead, strName, strPhone);
-  const std::u16string wstrCsv = FreePath(place, ".csv");
-  Tell(FromWide(wstrCsv), SaveWhatsAppCsv(nChatId, wstrCsv.c_str(), chats), place.strOriginalStem);
-  const std::u16string wstrPage = FreePath(place, ".html");
-  Tell(FromWide(wstrPage), SaveWhatsApp(nChatId, wstrPage.c_str(), chats), place.strOriginalStem);
+  const std::u16string wstrCsv = FreePath(*place, ".csv");
+  Tell(FromWide(wstrCsv), SaveWhatsAppCsv(nChatId, wstrCsv.c_str(), chats), place->strOriginalStem);
+  const std::u16string wstrPage = FreePath(*place, ".html");
+  Tell(FromWide(wstrPage), SaveWhatsApp(nChatId, wstrPage.c_str(), chats), place->strOriginalStem);
 }
 
 int CRecovery::SaveWhatsAppTxt(unsigned int nChatId, const char16_t* pPath, const WhatsAppMap& chats) {
@@ -148,7 +148,7 @@ int CRecovery::SaveWhatsAppTxt(unsigned int nChatId, const char16_t* pPath, cons
 
 int CRecovery::SaveWhatsAppCsv(unsigned int nChatId, const char16_t* pPath, const WhatsAppMap& chats) {
   TextFile file(pPath);
-  if (!file.IsOpen()) return file.Close();
+  if (!file.IsOpen()) return file.Close().nCode;
   file.Write("Chats,Name/Phone,Date,Type,Content\n");
   VisitConversation(chats, nChatId, [&](const Line& line) {
     // Nothing is quoted: a comma or a line feed in a message makes further columns or rows.
@@ -159,10 +159,11 @@ int CRecovery::SaveWhatsAppCsv(unsigned int nChatId, const char16_t* pPath, cons
     file.Write(strRecord);
     file.Flush();
   });
-  return file.Close();
+  return file.Close().nCode;
 }
 
 int CRecovery::SaveWhatsApp(unsigned int nChatId, const char16_t* pPath, const WhatsAppMap& chats) {
   m_strWhatsAppBody = Bubbles(chats, nChatId);
-  return WritePage(Unicode2Ansi(pPath), {&m_strWhatsAppPageHead, &m_strWhatsAppBody, &m_strWhatsAppTail});
+  return WritePage(Unicode2Ansi(pPath), {&m_strWhatsAppPageHead, &m_strWhatsAppBody, &m_strWhatsAppTail})
+      .nCode;
 }

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The real path of a folder that may not exist: that of its nearest ancestor that does, with a "/" at its
+/// The real path of the nearest ancestor of a folder that exists, or of the folder itself, with a "/" at its
 /// end. The steps are taken as the system takes them, so that ".." behind a link leads where it really leads.
 QString RealPath(QString qstrFolder) {
   while (!qstrFolder.isEmpty() && !QFileInfo::exists(qstrFolder))
@@ -23,22 +23,27 @@ QString RealPath(QString qstrFolder) {
 Destination::Destination(const QString& qstrRoot, const QString& qstrBackupRoot)
     : m_qstrRoot(qstrRoot), m_qstrRealBackup(QFileInfo(qstrBackupRoot).canonicalFilePath() + '/') {}
 
-bool Destination::MakeFolder(const QString& qstrFolder, QString& qstrReason) {
-  const auto [it, bNew] = m_made.try_emplace(ToNarrow(qstrFolder));
-  if (bNew) {
-    const QString qstrPath = m_qstrRoot + qstrFolder;
-    if (HasParentStep(it->first))
-      it->second = "The name leads out of the destination";
-    else if (m_qstrRealBackup != "/" && RealPath(qstrPath).startsWith(m_qstrRealBackup))
-      it->second = "The folder lies in the backup, which must not change";
-  }
-  qstrReason = it->second;
-  errno = EACCES;
-  if (!qstrReason.isEmpty()) return false;
-  // Each time, since a folder may go while the recovery runs.
+const std::string& Destination::RefusalOf(const QString& qstrFolder) {
+  const auto [it, bNew] = m_refusals.try_emplace(ToNarrow(qstrFolder));
+  auto& [strFolder, strRefusal] = *it;
+  if (!bNew) return strRefusal;
   const QString qstrPath = m_qstrRoot + qstrFolder;
+  const bool bHasBackup = m_qstrRealBackup != "/";
+  if (HasParentStep(strFolder))
+    strRefusal = "The name leads out of the destination";
+  else if (bHasBackup && RealPath(qstrPath).startsWith(m_qstrRealBackup))
+    strRefusal = "The folder lies in the backup, which must not change";
+  return strRefusal;
+}
+
+Problem Destination::MakeFolder(const QString& qstrFolder) {
+  const QString qstrPath = m_qstrRoot + qstrFolder;
+  const std::string& strRefusal = RefusalOf(qstrFolder);
+  if (!strRefusal.empty()) return {Problem::Step::Create, EACCES, ToNarrow(qstrPath), strRefusal};
+  // Made each time, since a folder may go while the recovery runs.
   errno = 0;
-  if (QDir().mkpath(qstrPath)) return true;
-  qstrReason = QString("The folder can't be made (%1)").arg(QString::fromLocal8Bit(strerror(errno)));
-  return false;
+  if (QDir().mkpath(qstrPath)) return {};
+  const int nError = errno;
+  return {Problem::Step::Create, nError != 0 ? nError : EACCES, ToNarrow(qstrPath),
+          std::string("The folder can't be made (") + strerror(nError) + ")"};
 }

@@ -1,6 +1,9 @@
 #pragma once
 #include <QString>
+#include <string>
 #include <unordered_map>
+
+#include "common/problem.h"
 
 /// The folder that a recovery writes into, and the one place that decides where below it may be written.
 ///
@@ -15,12 +18,14 @@ class Destination {
 
   /// Makes a folder below the root, with its parents, where it is missing.
   /// @param qstrFolder with a "/" in front.
-  /// @param qstrReason receives why it is refused, or can't be made.
-  /// @return true when it may be written into; else errno tells why.
-  bool MakeFolder(const QString& qstrFolder, QString& qstrReason);
+  /// @return why it is refused, or can't be made: a problem of the step Create, of the folder's full path.
+  Problem MakeFolder(const QString& qstrFolder);
 
  private:
+  /// Why a folder may not be written into; empty when it may.
+  const std::string& RefusalOf(const QString& qstrFolder);
+
   QString m_qstrRoot;
-  QString m_qstrRealBackup;                         // canonical, with a "/" at its end
-  std::unordered_map<std::string, QString> m_made;  // folders made so far, and why they are refused
+  QString m_qstrRealBackup;                                 // canonical, with a "/" at its end
+  std::unordered_map<std::string, std::string> m_refusals;  // of all folders asked for so far
 };

@@ -22,7 +22,7 @@ void RemoveFragment(const std::string& strPath) {
 
 }  // namespace
 
-int WritePage(const std::string& strPath, std::initializer_list<const std::string*> parts) {
+Problem WritePage(const std::string& strPath, std::initializer_list<const std::string*> parts) {
   TextFile file(Ansi2Unicode(strPath.c_str()).c_str());
   for (const std::string* pPart : parts) file.Write(*pPart);
   return file.Close();
@@ -32,40 +32,44 @@ TextFile::TextFile(const char16_t* pPath) : m_strPath(Unicode2Ansi(pPath)) {
   if (EntryExists(m_strPath)) {
     m_pFile = _wfopen(pPath, L"w+,ccs=UTF-8");
   } else {
-    m_pNewFile = std::make_unique<NewFile>(m_strPath, kRights);
+    Result<NewFile> newFile = NewFile::Create(m_strPath, kRights);
+    if (!newFile) {
+      m_problem = newFile.Error();
+      return;
+    }
+    m_newFile.emplace(std::move(*newFile));
     // A descriptor of its own, since closing the stream closes it.
-    if (m_pNewFile->Descriptor() != -1)
-      m_pFile = fdopen(fcntl(m_pNewFile->Descriptor(), F_DUPFD_CLOEXEC, 0), "w");
+    m_pFile = fdopen(fcntl(m_newFile->Get(), F_DUPFD_CLOEXEC, 0), "w");
   }
-  Keep(!m_pFile);
+  Keep(Problem::Step::Create, !m_pFile);
 }
 
 TextFile::~TextFile() {
   if (!m_pFile) return;
   // Nobody has finished it: an exception has passed, and what there is isn't the whole.
-  Keep(true);
+  Keep(Problem::Step::Write, true);
   Close();
 }
 
 void TextFile::Write(const std::string& strText) {
-  if (m_pFile) Keep(fwrite(strText.data(), 1, strText.size(), m_pFile) != strText.size());
+  if (m_pFile)
+    Keep(Problem::Step::Write, fwrite(strText.data(), 1, strText.size(), m_pFile) != strText.size());
 }
 
 void TextFile::Flush() {
-  if (m_pFile) Keep(fflush(m_pFile) != 0);
+  if (m_pFile) Keep(Problem::Step::Write, fflush(m_pFile) != 0);
 }
 
-int TextFile::Close() {
-  if (!m_pFile) return m_nError;
-  Keep(fclose(m_pFile) != 0);
+Problem TextFile::Close() {
+  if (!m_pFile) return m_problem;
+  Keep(Problem::Step::Write, fclose(m_pFile) != 0);
   m_pFile = nullptr;
-  bool bNamed = false;
-  if (m_pNewFile && m_nError == 0) m_nError = m_pNewFile->Finish(bNamed);
-  if (!m_pNewFile && m_nError != 0) RemoveFragment(m_strPath);
-  m_pNewFile.reset();
-  return m_nError;
+  if (m_newFile && !m_problem) m_problem = m_newFile->Finish();
+  if (!m_newFile && m_problem) RemoveFragment(m_strPath);
+  m_newFile.reset();
+  return m_problem;
 }
 
-void TextFile::Keep(bool bFailed) {
-  if (bFailed && m_nError == 0) m_nError = errno != 0 ? errno : EIO;
+void TextFile::Keep(Problem::Step step, bool bFailed) {
+  if (bFailed && !m_problem) m_problem = SystemProblem(step, m_strPath, errno != 0 ? errno : EIO);
 }

@@ -1,14 +1,14 @@
 #pragma once
 #include <cstdio>
 #include <initializer_list>
-#include <memory>
+#include <optional>
 #include <string>
 
 #include "common/new_file.h"
 
 /// Writes a page in one go, over one that exists. One that can't be written whole isn't there at all.
-/// @param strPath narrow. @return 0, or the system's error number.
-int WritePage(const std::string& strPath, std::initializer_list<const std::string*> parts);
+/// @param strPath narrow.
+Problem WritePage(const std::string& strPath, std::initializer_list<const std::string*> parts);
 
 /// A text file that is written piece by piece. A stream that can't be opened takes no text, and a file that
 /// can't be written whole isn't there at all.
@@ -24,14 +24,15 @@ class TextFile {
   /// Narrow text alone: the system's streams refuse one kind of text once they have taken the other.
   void Write(const std::string& strText);
   void Flush();
-  /// Closes the file. @return 0, or the error number of the first step that failed, opening included.
-  int Close();
+  /// Closes the file. @return the first problem that there was, opening included.
+  Problem Close();
 
  private:
-  void Keep(bool bFailed);
+  /// Keeps the first problem. @param bFailed whether there is one, with errno set.
+  void Keep(Problem::Step step, bool bFailed);
 
   std::string m_strPath;
-  std::unique_ptr<NewFile> m_pNewFile;  // null for a file that exists
+  std::optional<NewFile> m_newFile;  // none for a file that exists
   FILE* m_pFile = nullptr;
-  int m_nError = 0;
+  Problem m_problem;
 };

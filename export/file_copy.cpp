@@ -1,16 +1,36 @@
 #include "export/file_copy.h"
 
 #include <cerrno>
-#include <cstring>
 
 #include "common/file.h"
 #include "common/text.h"
 
 namespace {
-// By the step of a copy.
-constexpr const char* kFailures[] = {"", "The file in the backup can't be opened",
-                                     "The file in the backup can't be read", "The copy can't be made",
-                                     "The copy can't be written"};
+
+/// What could not be done, by the step of the problem.
+const char* FailureOf(Problem::Step step) {
+  switch (step) {
+    case Problem::Step::Open:
+      return "The file in the backup can't be opened";
+    case Problem::Step::Read:
+      return "The file in the backup can't be read";
+    case Problem::Step::Create:
+      return "The copy can't be made";
+    case Problem::Step::Write:
+      return "The copy can't be written";
+    default:
+      return "";
+  }
+}
+
+/// Copies a file. @return a problem whose reason begins with what could not be done.
+Problem CopyFile(const std::string& strSource, const std::string& strTarget) {
+  // A path ends at its first zero byte.
+  Problem problem = CopyBackupFile(strSource.c_str(), strTarget.c_str(), kRecoveredFileRights);
+  if (problem) problem.strReason = std::string(FailureOf(problem.step)) + " (" + problem.strReason + ")";
+  return problem;
+}
+
 }  // namespace
 
 BackupFileCopier::BackupFileCopier(const QString& qstrDestination, const QString& qstrBackupRoot)
@@ -23,24 +43,19 @@ WrittenFile BackupFileCopier::Copy(const QString& qstrFolder, const std::string&
   // looked for.
   result.qstrPath = m_destination.Root() + qstrFolder + FromNarrow(strName);
   const std::string strWanted = ToNarrow(result.qstrPath);
-  result.bNotCreated = true;
-  if (qstrFolder != m_qstrLastFolder && !m_destination.MakeFolder(qstrFolder, result.qstrReason))
-    return result;
+  if (qstrFolder != m_qstrLastFolder) {
+    result.problem = m_destination.MakeFolder(qstrFolder);
+    if (result.problem) return result;
+  }
   m_qstrLastFolder = qstrFolder;
   const std::string strPath = m_freeNames.Take(strWanted);
   result.qstrPath = FromNarrow(strPath);
   const std::string strSource = ToNarrow(FromWide(wstrSource));
-  CopyError error = CopyBackupFile(strSource.c_str(), strPath.c_str(), kRecoveredFileRights);
+  result.problem = CopyFile(strSource, strPath);
   // A folder may go while the recovery runs.
-  if (error.step == CopyError::kCreate && error.nError == ENOENT &&
-      m_destination.MakeFolder(qstrFolder, result.qstrReason))
-    error = CopyBackupFile(strSource.c_str(), strPath.c_str(), kRecoveredFileRights);
-  result.bNotCreated = error.step == CopyError::kCreate;
-  if (error.step != CopyError::kNone && result.qstrReason.isEmpty()) {
-    const std::string strReason =
-        error.step == CopyError::kOpen ? OpenFailure(error.nError) : strerror(error.nError);
-    result.qstrReason =
-        QString("%1 (%2)").arg(kFailures[error.step], QString::fromLocal8Bit(strReason.c_str()));
+  if (result.problem.step == Problem::Step::Create && result.problem.nCode == ENOENT) {
+    result.problem = m_destination.MakeFolder(qstrFolder);
+    if (!result.problem) result.problem = CopyFile(strSource, strPath);
   }
   return result;
 }

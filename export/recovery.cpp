@@ -24,12 +24,13 @@ constexpr char kTitleToken[] = "{|title|}";
 constexpr char kPersonToken[] = "{|person|}";
 
 /// Why a store was not copied. The operation that copies it has no result of its own.
-QString StoreFailure(const std::string& strSource) {
-  const int nDescriptor = OpenBackupFile(strSource.c_str());
-  if (nDescriptor == -1)
-    return QString("The store could not be copied (%1)").arg(FromNarrow(OpenFailure(errno)));
-  close(nDescriptor);
-  return "The store could not be copied";
+Problem StoreFailure(const std::string& strSource, const std::string& strTarget) {
+  static constexpr char kReason[] = "The store could not be copied";
+  Result<OpenedFile> source = OpenBackupFile(strSource);
+  if (source) return {Problem::Step::Write, EIO, strTarget, kReason};
+  Problem problem = source.Error();
+  problem.strReason = std::string(kReason) + " (" + problem.strReason + ")";
+  return problem;
 }
 
 }  // namespace
@@ -120,44 +121,46 @@ std::string CRecovery::HeadFor(const std::string& strHead, const std::string& st
   return strPageHead;
 }
 
-bool CRecovery::MakeFolder(const QString& qstrFolder, QString& qstrReason) {
-  return m_pDestination->MakeFolder(qstrFolder, qstrReason);
+Problem CRecovery::MakeFolder(const QString& qstrFolder) {
+  return m_pDestination->MakeFolder(qstrFolder);
 }
 
-bool CRecovery::TryPlace(const char* pszCategoryFolder, const std::string& strLabel,
-                         const std::string& strStem, ConversationPlace& place, QString& qstrReason) {
+Result<CRecovery::ConversationPlace> CRecovery::TryPlace(const char* pszCategoryFolder,
+                                                         const std::string& strLabel,
+                                                         const std::string& strStem) {
   // A "/" in a name makes a path as it stands; only one that leads out of the destination is refused.
   const QString qstrFolder = pszCategoryFolder + FromNarrow(strLabel) + '-' + m_strTimeStamp + '/';
-  place = {ToNarrow(m_strSavePath + qstrFolder), strStem, {}};
-  if (!MakeFolder(qstrFolder, qstrReason)) return false;
-  if (!HasParentStep(strStem + ".txt")) return true;  // with an extension, as it is written
-  qstrReason = "The name leads out of the destination";
-  return false;
+  const std::string strFolder = ToNarrow(m_strSavePath + qstrFolder);
+  if (const Problem problem = MakeFolder(qstrFolder)) return problem;
+  if (HasParentStep(strStem + ".txt"))  // with an extension, as it is written
+    return Problem{Problem::Step::Create, EACCES, strFolder, "The name leads out of the destination"};
+  return ConversationPlace{strFolder, strStem, {}};
 }
 
-bool CRecovery::MakePlace(const char* pszCategoryFolder, const std::string& strLabel,
-                          const std::string& strStem, std::initializer_list<const char*> extensions,
-                          ConversationPlace& place) {
-  QString qstrReason;
+std::optional<CRecovery::ConversationPlace> CRecovery::MakePlace(
+    const char* pszCategoryFolder, const std::string& strLabel, const std::string& strStem,
+    std::initializer_list<const char*> extensions) {
+  Problem problem;
   const bool bMakeSafe = m_namePolicy == NamePolicy::MadeSafe;
   if (!bMakeSafe || (CanBeFileName(strLabel) && CanBeFileName(strStem))) {
-    if (TryPlace(pszCategoryFolder, strLabel, strStem, place, qstrReason)) return true;
+    Result<ConversationPlace> place = TryPlace(pszCategoryFolder, strLabel, strStem);
+    if (place) return *place;
+    problem = place.Error();
   }
   // Also for a name that this file system alone refuses.
   const std::string strSafeLabel = SafeFileName(strLabel), strSafeStem = SafeFileName(strStem);
-  if (bMakeSafe && (strSafeLabel != strLabel || strSafeStem != strStem) &&
-      TryPlace(pszCategoryFolder, strSafeLabel, strSafeStem, place, qstrReason)) {
-    place.strOriginalStem = strStem;
-    return true;
+  if (bMakeSafe && (strSafeLabel != strLabel || strSafeStem != strStem)) {
+    Result<ConversationPlace> place = TryPlace(pszCategoryFolder, strSafeLabel, strSafeStem);
+    if (place) {
+      place->strOriginalStem = strStem;
+      return *place;
+    }
+    problem = place.Error();
   }
-  if (!m_handler) return false;
   for (const char* pszExtension : extensions) {
-    WrittenFile file;
-    file.qstrPath = FromNarrow(place.strFolder + strStem + pszExtension);
-    file.qstrReason = qstrReason;
-    m_handler(file);
+    if (m_handler) m_handler({FromNarrow(problem.strFile + strStem + pszExtension), problem, {}});
   }
-  return false;
+  return std::nullopt;
 }
 
 std::u16string CRecovery::FreePath(const ConversationPlace& place, const char* pszExtension) {
@@ -168,21 +171,17 @@ std::u16string CRecovery::FreePath(const ConversationPlace& place, const char* p
 int CRecovery::SavePage(const QString& qstrFolder, const QString& qstrFileName, const std::string& strHead,
                         const std::string& strBody, const std::string& strTail) {
   const QString qstrPath = m_strSavePath + qstrFolder + qstrFileName;
-  QString qstrReason;
-  if (MakeFolder(qstrFolder, qstrReason))
-    return Tell(qstrPath, WritePage(ToNarrow(qstrPath), {&strHead, &strBody, &strTail}));
-  const int nError = errno != 0 ? errno : EACCES;
-  WrittenFile file;
-  file.qstrPath = qstrPath;
-  file.qstrReason = qstrReason;
-  if (m_handler) m_handler(file);
-  return nError;
+  if (const Problem problem = MakeFolder(qstrFolder)) {
+    if (m_handler) m_handler({qstrPath, problem, {}});
+    return problem.nCode;
+  }
+  return Tell(qstrPath, WritePage(ToNarrow(qstrPath), {&strHead, &strBody, &strTail}).nCode);
 }
 
 int CRecovery::Tell(const QString& qstrPath, int nError, const std::string& strOriginalName) const {
   WrittenFile file;
   file.qstrPath = qstrPath;
-  if (nError != 0) file.qstrReason = QString::fromLocal8Bit(strerror(nError));
+  if (nError != 0) file.problem = SystemProblem(Problem::Step::Write, ToNarrow(qstrPath), nError);
   file.qstrOriginalName = FromNarrow(strOriginalName);
   if (m_handler) m_handler(file);
   return nError;
@@ -194,16 +193,17 @@ void CRecovery::SaveStore(const char* pszStoreId, const QString& qstrFolder, con
   file.qstrPath = m_strSavePath + qstrFolder + pszName;
   const std::string strSource = ToNarrow(m_pBackupFile->GetLayout().PathOf(pszStoreId));
   const bool bHasStore = EntryExists(strSource);
-  if (MakeFolder(qstrFolder, file.qstrReason)) {
+  file.problem = MakeFolder(qstrFolder);
+  if (!file.problem) {
     const std::string strTarget = ToNarrow(file.qstrPath);
     // The copy of an earlier run goes when there is a new one, or nothing to copy.
     const std::string strPart = m_freeNames.Take(strTarget + ".part");
     if (!bHasStore) QFile::remove(file.qstrPath);
     (m_pBackupFile->*copy)(strPart.c_str());
     if (!EntryExists(strPart)) {
-      file.qstrReason = StoreFailure(strSource);
+      file.problem = StoreFailure(strSource, strTarget);
     } else if (rename(strPart.c_str(), strTarget.c_str()) != 0) {
-      file.qstrReason = "The entry in the way can't be replaced";
+      file.problem = {Problem::Step::Create, errno, strTarget, "The entry in the way can't be replaced"};
       unlink(strPart.c_str());
     }
   }

@@ -3,10 +3,12 @@
 #include <QString>
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "backup/session.h"
 #include "common/path.h"
+#include "common/result.h"
 #include "export/destination.h"
 #include "export/file_name.h"
 #include "export/written_file.h"
@@ -102,20 +104,21 @@ class CRecovery {
   /// Finds the place of a conversation and creates its folder.
   /// @param extensions of its documents, with their ".": each is reported as failed when the place is
   /// refused.
-  /// @return false when it is refused or can't be created.
-  bool MakePlace(const char* pszCategoryFolder, const std::string& strLabel, const std::string& strStem,
-                 std::initializer_list<const char*> extensions, ConversationPlace& place);
-  /// The same under these names, without a report. @param qstrReason receives why it is refused.
-  bool TryPlace(const char* pszCategoryFolder, const std::string& strLabel, const std::string& strStem,
-                ConversationPlace& place, QString& qstrReason);
+  /// @return nothing when it is refused or can't be created.
+  std::optional<ConversationPlace> MakePlace(const char* pszCategoryFolder, const std::string& strLabel,
+                                             const std::string& strStem,
+                                             std::initializer_list<const char*> extensions);
+  /// The same under these names, without a report. @return a problem names the folder.
+  Result<ConversationPlace> TryPlace(const char* pszCategoryFolder, const std::string& strLabel,
+                                     const std::string& strStem);
   /// A free path in it. @param pszExtension with its ".".
   std::u16string FreePath(const ConversationPlace& place, const char* pszExtension);
   /// The head of a template with the person put in.
   static std::string HeadFor(const std::string& strHead, const std::string& strName,
                              const std::string& strPhone);
 
-  /// Makes a folder below the destination. @return false, with qstrReason set, when it is refused.
-  bool MakeFolder(const QString& qstrFolder, QString& qstrReason);
+  /// Makes a folder below the destination.
+  Problem MakeFolder(const QString& qstrFolder);
   int SavePage(const QString& qstrFolder, const QString& qstrFileName, const std::string& strHead,
                const std::string& strBody, const std::string& strTail);
   /// Reports how a document came out. @return nError.

@@ -47,8 +47,7 @@ std::string CallLength(const __CALLHISTORY__& call) {
 }  // namespace
 
 void CRecovery::RecoveryContacts(const __PERSON_CONTENT__* pPerson) {
-  QString qstrReason;
-  MakeFolder("/Contacts/" + m_strTimeStamp + '/', qstrReason);
+  MakeFolder("/Contacts/" + m_strTimeStamp + '/');
   std::string strPhones = pPerson->strPhone;
   ReplaceEvery(strPhones, "\n", "<br />");
   m_strContactsBody += TableRow({&pPerson->strName, &strPhones, &pPerson->strEmail, &pPerson->strAddress,
@@ -75,8 +74,7 @@ int CRecovery::SaveContacts() {
 }
 
 void CRecovery::RecoveryCallHistory(const __CALLHISTORY__* pCall) {
-  QString qstrReason;
-  MakeFolder("/CallHistory/", qstrReason);
+  MakeFolder("/CallHistory/");
   const std::string strType = pCall->nAnswered == 0 ? "Outgoing" : "Incoming";
   const std::string strLength = CallLength(*pCall);
   m_strCallHistoryBody +=
@@ -89,8 +87,7 @@ int CRecovery::SaveCallHistory() {
 }
 
 void CRecovery::RecoveryNotes(const __NOTES__* pNote) {
-  QString qstrReason;
-  MakeFolder("/Notes/", qstrReason);
+  MakeFolder("/Notes/");
   m_strNotesBody += TableRow({&pNote->strTitle, &pNote->strDate, &pNote->strContent});
 }
 

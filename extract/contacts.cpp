@@ -50,6 +50,6 @@ int CIPhoneContacts::GetContactsInfo(const std::string& strPath, std::vector<__P
 
 int CIPhoneContacts::SaveContactsCsvFile(const std::string& strSource, const std::string& strDestination,
                                          uint64_t) {
-  CopyBackupFile(strSource.c_str(), strDestination.c_str(), kRecoveredFileRights);
+  CopyBackupFile(strSource, strDestination, kRecoveredFileRights);
   return kStatusOk;
 }

@@ -1,7 +1,6 @@
 #include "extract/file_type.h"
 
 #include <strings.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
@@ -32,22 +31,20 @@ const CFileTypeJudge::Row* CFileTypeJudge::FindRow(const void* pData, uint32_t n
 }
 
 int CFileTypeJudge::ParseFileBuf(const char* pszPath, std::string& strOutput) {
-  const int nDescriptor = OpenBackupFile(pszPath);
-  if (nDescriptor == -1) {
-    const int nError = errno;
-    if (nError != ENOENT) ReportLoss(pszPath, OpenFailure(nError));
+  Result<OpenedFile> file = OpenBackupFile(pszPath);
+  if (!file) {
+    const int nError = file.Error().nCode;
+    if (nError != ENOENT) ReportLoss(file.Error());
     // Something that is not a file is there: it has no type, and isn't missing.
     return nError == EISDIR || nError == ENXIO || nError == ELOOP ? kStatusShortRead : nError;
   }
   unsigned char head[kHeadSize];
   uint32_t nRead = 0;
   errno = 0;
-  const int nStatus = ReadData(nDescriptor, head, kHeadSize, nRead);
-  const int nError = errno;
-  close(nDescriptor);
-  if (nStatus != kStatusOk) {
+  if (ReadData(file->descriptor.Get(), head, kHeadSize, nRead) != kStatusOk) {
+    const int nError = errno;
     // A file that merely is too short gets no type; that is the rule, and small thumbnails stay out by it.
-    if (nError != 0) ReportLoss(pszPath, strerror(nError));
+    if (nError != 0) ReportLoss(SystemProblem(Problem::Step::Read, pszPath, nError));
     return kStatusShortRead;
   }
   if (const Row* pRow = FindRow(head, kHeadSize))

@@ -144,6 +144,6 @@ void CIPhoneMessage::MatchNames(const std::string& strContactsPath,
 
 int CIPhoneMessage::SaveSMSCsvFile(const std::string& strSource, const std::string& strDestination,
                                    uint64_t) {
-  CopyBackupFile(strSource.c_str(), strDestination.c_str(), kRecoveredFileRights);
+  CopyBackupFile(strSource, strDestination, kRecoveredFileRights);
   return kStatusOk;
 }

@@ -7,11 +7,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
   folder.Write("Info.plist", pData, nSize);
   __BACK_FILE_INFO__ first, second;
 
-  const int nFirst = ReadBackupInfo(folder.Path(), first);
+  const Problem firstProblem = ReadBackupInfo(folder.Path(), first);
   second = first;
-  const int nSecond = ReadBackupInfo(folder.Path(), second);
+  const Problem secondProblem = ReadBackupInfo(folder.Path(), second);
 
-  Require(nFirst == 0 && nSecond == 0, "a file that can be opened is read");
+  Require(!firstProblem && !secondProblem, "a file that can be opened is read");
   Require(first.strBackupPath == folder.Path(), "the path is the one that was asked for");
   Require(!first.bEncrypted, "a backup without a contacts store isn't encrypted");
   Require(first.strDisplayName == second.strDisplayName && first.strSerialNumber == second.strSerialNumber &&

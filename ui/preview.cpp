@@ -51,9 +51,9 @@ QLabel* CreateTextLabel(const TablePreview& preview) {
 /// A picture as the label shows it: as it is up to 700 wide, else scaled into a size. Null for what is no
 /// picture, or one too large.
 QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
-  const int nDescriptor = OpenBackupFile(ToNarrow(qstrPath).c_str());
+  Result<OpenedFile> opened = OpenBackupFile(ToNarrow(qstrPath));
   QFile file;
-  if (nDescriptor == -1 || !file.open(nDescriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+  if (!opened || !file.open(opened->descriptor.Release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
     return QPixmap();  // also the empty path of a row that has no record
   QImageReader reader(&file);
   reader.setDecideFormatFromContent(true);

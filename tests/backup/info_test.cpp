@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
+
 #include "backup/discovery.h"
 #include "tests/support.h"
 
@@ -23,7 +25,7 @@ class BackupFacts : public testing::Test {
  protected:
   int Read(const std::string& strPlist) {
     m_folder.Write("Info.plist", strPlist);
-    return ReadBackupInfo(m_folder.Path(), m_info);
+    return ReadBackupInfo(m_folder.Path(), m_info).nCode;
   }
 
   TemporaryFolder m_folder;
@@ -92,9 +94,10 @@ TEST_F(BackupFacts, MissingFileFailsAndLeavesTheRecordAlone) {
   m_info.strDisplayName = "old";
   m_info.bEncrypted = true;
 
-  const int nStatus = ReadBackupInfo(m_folder.Path(), m_info);
+  const Problem problem = ReadBackupInfo(m_folder.Path(), m_info);
 
-  EXPECT_EQ(87, nStatus);
+  EXPECT_EQ(ENOENT, problem.nCode);
+  EXPECT_EQ(m_folder.Path("Info.plist"), problem.strFile);
   EXPECT_EQ("old", m_info.strBackupPath);
   EXPECT_EQ("old", m_info.strDisplayName);
   EXPECT_TRUE(m_info.bEncrypted);
@@ -103,9 +106,9 @@ TEST_F(BackupFacts, MissingFileFailsAndLeavesTheRecordAlone) {
 TEST_F(BackupFacts, PathStaysAsGiven) {
   m_folder.Write("Info.plist", "");
 
-  const int nStatus = ReadBackupInfo(m_folder.Path() + "/", m_info);
+  const Problem problem = ReadBackupInfo(m_folder.Path() + "/", m_info);
 
-  EXPECT_EQ(0, nStatus);
+  EXPECT_FALSE(problem);
   EXPECT_EQ(m_folder.Path() + "/", m_info.strBackupPath);
 }
 

@@ -63,9 +63,9 @@ TEST(LargeInfo, EndsTheReadingOfItsFacts) {
   __BACK_FILE_INFO__ info;
   ProblemRecorder recorder;
 
-  const int nStatus = ReadBackupInfo(folder.Path("backup"), info);
+  const Problem problem = ReadBackupInfo(folder.Path("backup"), info);
 
-  EXPECT_EQ(kStatusOk, nStatus);
+  EXPECT_FALSE(problem);
   EXPECT_EQ("Phone", info.strDisplayName);
   EXPECT_EQ(1u, recorder.Problems().size());
 }

@@ -89,12 +89,17 @@ class BackupFile : public testing::TestWithParam<Place> {
 }  // namespace
 
 TEST_P(BackupFile, IsOpenedOnlyWhenItIsARegularFile) {
-  errno = 0;
+  Result<OpenedFile> file = OpenBackupFile(Path());
 
-  const int nDescriptor = OpenBackupFile(Path().c_str());
-
-  EXPECT_EQ(GetParam().nError, nDescriptor == -1 ? errno : 0);
-  if (nDescriptor != -1) close(nDescriptor);
+  EXPECT_EQ(GetParam().nError, file ? 0 : file.Error().nCode);
+  if (file) {
+    EXPECT_EQ(7, file->nSize);
+    EXPECT_NE(-1, file->descriptor.Get());
+  } else {
+    EXPECT_EQ(Problem::Step::Open, file.Error().step);
+    EXPECT_EQ(Path(), file.Error().strFile);
+    EXPECT_NE("", file.Error().strReason);
+  }
 }
 
 TEST_P(BackupFile, TellsItsSizeOnlyWhenItIsARegularFile) {
@@ -111,10 +116,10 @@ TEST_P(BackupFile, TellsItsSizeOnlyWhenItIsARegularFile) {
 TEST_P(BackupFile, IsCopiedOnlyWhenItIsARegularFile) {
   const std::string strTarget = m_folder.Path("copy");
 
-  const CopyError error = CopyBackupFile(Path().c_str(), strTarget.c_str(), kRecoveredFileRights);
+  const Problem problem = CopyBackupFile(Path(), strTarget, kRecoveredFileRights);
 
-  EXPECT_EQ(GetParam().nError, error.nError);
-  EXPECT_EQ(GetParam().nError == 0 ? CopyError::kNone : CopyError::kOpen, error.step);
+  EXPECT_EQ(GetParam().nError, problem.nCode);
+  EXPECT_EQ(GetParam().nError == 0 ? Problem::Step::None : Problem::Step::Open, problem.step);
   EXPECT_EQ(GetParam().nError == 0, Exists(strTarget));
 }
 
@@ -127,10 +132,10 @@ TEST(CopyOfABackupFile, LeavesWhatIsInTheWayUntouched) {
   const std::string strTarget = folder.Write("target", "old");
   ASSERT_EQ(0, chmod(strTarget.c_str(), 0600));
 
-  const CopyError error = CopyBackupFile(strSource.c_str(), strTarget.c_str(), kRecoveredFileRights);
+  const Problem problem = CopyBackupFile(strSource, strTarget, kRecoveredFileRights);
 
-  EXPECT_EQ(CopyError::kCreate, error.step);
-  EXPECT_EQ(EEXIST, error.nError);
+  EXPECT_EQ(Problem::Step::Create, problem.step);
+  EXPECT_EQ(EEXIST, problem.nCode);
   EXPECT_EQ("old", ReadFile(strTarget));
   EXPECT_EQ(fs::perms(0600), fs::status(strTarget).permissions());
 }
@@ -140,8 +145,8 @@ TEST(CopyOfABackupFile, FollowsNoLinkInPlaceOfTheCopy) {
   const std::string strSource = folder.Write("source", "new");
   fs::create_symlink(folder.Path("elsewhere"), folder.Path("target"));
 
-  const CopyError error = CopyBackupFile(strSource.c_str(), folder.Path("target").c_str(), 0777);
+  const Problem problem = CopyBackupFile(strSource, folder.Path("target"), 0777);
 
-  EXPECT_EQ(CopyError::kCreate, error.step);
+  EXPECT_EQ(Problem::Step::Create, problem.step);
   EXPECT_FALSE(Exists(folder.Path("elsewhere")));
 }

@@ -16,9 +16,7 @@ class CopyFile : public testing::Test {
  protected:
   CopyFile() : m_strSource(m_folder.Path("source")), m_strTarget(m_folder.Path("target")) {}
 
-  CopyError Copy(const std::string& strSource) {
-    return CopyBackupFile(strSource.c_str(), m_strTarget.c_str(), 0777);
-  }
+  Problem Copy(const std::string& strSource) { return CopyBackupFile(strSource, m_strTarget, 0777); }
   void WriteSource(const std::string& strContent) {
     std::ofstream(m_strSource, std::ios::binary) << strContent;
   }
@@ -41,16 +39,16 @@ TEST_F(CopyFile, HoldsWhatTheSourceHolds) {
   for (size_t i = 0; i < strContent.size(); ++i) strContent[i] = static_cast<char>(i * 7 + i / 251);
   WriteSource(strContent);
 
-  const CopyError error = Copy(m_strSource);
+  const Problem problem = Copy(m_strSource);
 
-  EXPECT_EQ(CopyError::kNone, error.step);
+  EXPECT_EQ(Problem::Step::None, problem.step);
   EXPECT_TRUE(strContent == Content(m_strTarget));
 }
 
 TEST_F(CopyFile, AnEmptySourceGivesAnEmptyFile) {
   WriteSource("");
 
-  EXPECT_EQ(CopyError::kNone, Copy(m_strSource).step);
+  EXPECT_EQ(Problem::Step::None, Copy(m_strSource).step);
   EXPECT_TRUE(TargetExists());
   EXPECT_EQ("", Content(m_strTarget));
 }
@@ -69,9 +67,9 @@ TEST_F(CopyFile, HasItsRightsWhateverTheMask) {
 
 TEST_F(CopyFile, WhatSeemsEmptyToTheSystemIsReadToItsEnd) {
   // The system reports a size of zero.
-  const CopyError error = Copy("/proc/self/status");
+  const Problem problem = Copy("/proc/self/status");
 
-  EXPECT_EQ(CopyError::kNone, error.step);
+  EXPECT_EQ(Problem::Step::None, problem.step);
   EXPECT_NE(std::string::npos, Content(m_strTarget).find("Pid:"));
 }
 
@@ -79,10 +77,10 @@ TEST_F(CopyFile, NothingIsWrittenOverWhatStandsThere) {
   WriteSource("new");
   std::ofstream(m_strTarget) << "old";
 
-  const CopyError error = Copy(m_strSource);
+  const Problem problem = Copy(m_strSource);
 
-  EXPECT_EQ(CopyError::kCreate, error.step);
-  EXPECT_EQ(EEXIST, error.nError);
+  EXPECT_EQ(Problem::Step::Create, problem.step);
+  EXPECT_EQ(EEXIST, problem.nCode);
   EXPECT_EQ("old", Content(m_strTarget));
 }
 
@@ -91,17 +89,17 @@ TEST_F(CopyFile, NorThroughALinkThatLeadsNowhere) {
   const std::string strElsewhere = m_folder.Path("elsewhere");
   ASSERT_EQ(0, symlink(strElsewhere.c_str(), m_strTarget.c_str()));
 
-  EXPECT_EQ(CopyError::kCreate, Copy(m_strSource).step);
+  EXPECT_EQ(Problem::Step::Create, Copy(m_strSource).step);
 
   struct stat info;
   EXPECT_NE(0, lstat(strElsewhere.c_str(), &info));
 }
 
 TEST_F(CopyFile, WithoutASourceNothingIsMade) {
-  const CopyError error = Copy(m_strSource);
+  const Problem problem = Copy(m_strSource);
 
-  EXPECT_EQ(CopyError::kOpen, error.step);
-  EXPECT_EQ(ENOENT, error.nError);
+  EXPECT_EQ(Problem::Step::Open, problem.step);
+  EXPECT_EQ(ENOENT, problem.nCode);
   EXPECT_FALSE(TargetExists());
 }
 
@@ -109,8 +107,8 @@ TEST_F(CopyFile, AFolderOrAPipeIsNoSource) {
   const std::string strPipe = m_folder.Path("pipe");
   ASSERT_EQ(0, mkfifo(strPipe.c_str(), 0600));
 
-  EXPECT_EQ(EISDIR, Copy(m_folder.Path("")).nError);
-  EXPECT_EQ(ENXIO, Copy(strPipe).nError);
+  EXPECT_EQ(EISDIR, Copy(m_folder.Path("")).nCode);
+  EXPECT_EQ(ENXIO, Copy(strPipe).nCode);
   EXPECT_FALSE(TargetExists());
 }
 
@@ -124,12 +122,12 @@ TEST_F(CopyFile, ACopyThatBreaksOffLeavesNothing) {
   limit.rlim_cur = 1'000'000;
   setrlimit(RLIMIT_FSIZE, &limit);
 
-  const CopyError error = Copy(m_strSource);
+  const Problem problem = Copy(m_strSource);
 
   setrlimit(RLIMIT_FSIZE, &oldLimit);
   signal(SIGXFSZ, oldHandler);
-  EXPECT_EQ(CopyError::kWrite, error.step);
-  EXPECT_EQ(EFBIG, error.nError);
+  EXPECT_EQ(Problem::Step::Write, problem.step);
+  EXPECT_EQ(EFBIG, problem.nCode);
   EXPECT_FALSE(TargetExists());
 }
 

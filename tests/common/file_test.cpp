@@ -26,12 +26,12 @@ Stream Open(const std::string& strPath, const wchar_t* pMode) {
 }
 
 /// A descriptor that closes itself.
-class Descriptor {
+class TestFile {
  public:
-  explicit Descriptor(int nDescriptor) : m_nDescriptor(nDescriptor) { EXPECT_GE(nDescriptor, 0); }
-  ~Descriptor() { close(m_nDescriptor); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
+  explicit TestFile(int nDescriptor) : m_nDescriptor(nDescriptor) { EXPECT_GE(nDescriptor, 0); }
+  ~TestFile() { close(m_nDescriptor); }
+  TestFile(const TestFile&) = delete;
+  TestFile& operator=(const TestFile&) = delete;
   operator int() const { return m_nDescriptor; }
 
  private:
@@ -40,7 +40,7 @@ class Descriptor {
 
 /// Writes a file under the very bytes of its name, whatever the locale.
 void WriteRawName(const std::string& strPath, const std::string& strBytes) {
-  Descriptor file(open(strPath.c_str(), O_CREAT | O_WRONLY, 0600));
+  TestFile file(open(strPath.c_str(), O_CREAT | O_WRONLY, 0600));
   ASSERT_EQ(static_cast<ssize_t>(strBytes.size()), write(file, strBytes.data(), strBytes.size())) << strPath;
 }
 
@@ -243,7 +243,7 @@ TEST(FileByteSize, LatinOneNameIsFoundInAUtf8Locale) {
 
 TEST(ReadWhole, CountOfZeroSucceedsAndReadsNothing) {
   TemporaryFolder folder;
-  Descriptor file(open(folder.Write("a", "abc").c_str(), O_RDONLY));
+  TestFile file(open(folder.Write("a", "abc").c_str(), O_RDONLY));
   char chByte = '#';
   uint32_t nRead = 99;
 
@@ -257,7 +257,7 @@ TEST(ReadWhole, CountOfZeroSucceedsAndReadsNothing) {
 
 TEST(ReadWhole, CountWithinTheFileIsReadAndNoMore) {
   TemporaryFolder folder;
-  Descriptor file(open(folder.Write("a", "abcdef").c_str(), O_RDONLY));
+  TestFile file(open(folder.Write("a", "abcdef").c_str(), O_RDONLY));
   std::string strBytes = "######";
   uint32_t nRead = 0;
 
@@ -271,7 +271,7 @@ TEST(ReadWhole, CountWithinTheFileIsReadAndNoMore) {
 
 TEST(ReadWhole, WholeFileSucceeds) {
   TemporaryFolder folder;
-  Descriptor file(open(folder.Write("a", "abcdef").c_str(), O_RDONLY));
+  TestFile file(open(folder.Write("a", "abcdef").c_str(), O_RDONLY));
   std::string strBytes(6, '#');
   uint32_t nRead = 0;
 
@@ -284,7 +284,7 @@ TEST(ReadWhole, WholeFileSucceeds) {
 
 TEST(ReadWhole, FileThatEndsEarlyFailsAndGivesWhatCame) {
   TemporaryFolder folder;
-  Descriptor file(open(folder.Write("a", "abc").c_str(), O_RDONLY));
+  TestFile file(open(folder.Write("a", "abc").c_str(), O_RDONLY));
   std::string strBytes(4, '#');
   uint32_t nRead = 0;
 
@@ -297,7 +297,7 @@ TEST(ReadWhole, FileThatEndsEarlyFailsAndGivesWhatCame) {
 
 TEST(ReadWhole, EmptyFileFails) {
   TemporaryFolder folder;
-  Descriptor file(open(folder.Write("a", "").c_str(), O_RDONLY));
+  TestFile file(open(folder.Write("a", "").c_str(), O_RDONLY));
   char chByte = '#';
   uint32_t nRead = 99;
 
@@ -321,7 +321,7 @@ TEST(ReadWhole, CountBeyondOneChunkComesWhole) {
   TemporaryFolder folder;
   std::string strContent(150001, '\0');
   for (size_t i = 0; i < strContent.size(); ++i) strContent[i] = static_cast<char>(i * 31 / 7);
-  Descriptor file(open(folder.Write("a", strContent).c_str(), O_RDONLY));
+  TestFile file(open(folder.Write("a", strContent).c_str(), O_RDONLY));
   std::string strBytes(strContent.size(), '#');
   uint32_t nRead = 0;
 
@@ -335,8 +335,8 @@ TEST(ReadWhole, CountBeyondOneChunkComesWhole) {
 TEST(ReadWhole, PiecesAreReadUntilTheCountIsReached) {
   int sockets[2];
   ASSERT_EQ(0, socketpair(AF_UNIX, SOCK_SEQPACKET, 0, sockets));  // one read gives one packet
-  Descriptor reader(sockets[0]);
-  Descriptor writer(sockets[1]);
+  TestFile reader(sockets[0]);
+  TestFile writer(sockets[1]);
   ASSERT_EQ(3, write(writer, "abc", 3));
   ASSERT_EQ(2, write(writer, "de", 2));
   std::string strBytes(5, '#');
@@ -352,7 +352,7 @@ TEST(ReadWhole, PiecesAreReadUntilTheCountIsReached) {
 TEST(FileAttributes, SizeComesInTwoHalves) {
   TemporaryFolder folder;
   MakeSparse(folder.Path("sparse"), 7 * kGiB + 5);
-  Descriptor file(open(folder.Path("sparse").c_str(), O_RDONLY));
+  TestFile file(open(folder.Path("sparse").c_str(), O_RDONLY));
   STRUCT_RSB_FILE_ATTR attributes;
 
   const int nStatus = rsb_statH(file, &attributes);
@@ -364,7 +364,7 @@ TEST(FileAttributes, SizeComesInTwoHalves) {
 
 TEST(FileAttributes, RecordOfAnotherFileIsOverwritten) {
   TemporaryFolder folder;
-  Descriptor file(open(folder.Write("a", "abc").c_str(), O_RDONLY));
+  TestFile file(open(folder.Write("a", "abc").c_str(), O_RDONLY));
   STRUCT_RSB_FILE_ATTR attributes;
   attributes.nFileSizeHigh = 8;
   attributes.nFileSizeLow = 9;
@@ -378,7 +378,7 @@ TEST(FileAttributes, RecordOfAnotherFileIsOverwritten) {
 
 TEST(FileAttributes, NullRecordIsFine) {
   TemporaryFolder folder;
-  Descriptor file(open(folder.Write("a", "abc").c_str(), O_RDONLY));
+  TestFile file(open(folder.Write("a", "abc").c_str(), O_RDONLY));
 
   const int nStatus = rsb_statH(file, nullptr);
 

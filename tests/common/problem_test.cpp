@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <thread>
 
 #include "tests/support.h"
@@ -64,4 +65,29 @@ TEST_F(Problems, AreToldOnTheThreadThatMeetsThem) {
   worker.join();
 
   EXPECT_EQ(expected, told);
+}
+
+TEST_F(Problems, OfTheSystemCarryFileCodeAndReason) {
+  const Problem problem = SystemProblem(Problem::Step::Write, "/a/b", ENOSPC);
+
+  EXPECT_TRUE(problem);
+  EXPECT_EQ(ENOSPC, problem.nCode);
+  EXPECT_EQ("/a/b", problem.strFile);
+  EXPECT_EQ("No space left on device", problem.strReason);
+}
+
+TEST_F(Problems, OfOpeningNameWhatIsInAFilesPlace) {
+  EXPECT_EQ("is a symbolic link, which is not followed",
+            SystemProblem(Problem::Step::Open, "", ELOOP).strReason);
+  EXPECT_EQ("is not a regular file", SystemProblem(Problem::Step::Open, "", ENXIO).strReason);
+  EXPECT_EQ("No such file or directory", SystemProblem(Problem::Step::Open, "", ENOENT).strReason);
+}
+
+TEST_F(Problems, AreReportedWithTheirFileAndReason) {
+  SetProblemHandler(Tell);
+
+  ReportProblem(SystemProblem(Problem::Step::Read, "/a", EIO));
+  ReportLoss(SystemProblem(Problem::Step::Open, "/b", ENXIO));
+
+  EXPECT_THAT(g_told, ElementsAre("/a: Input/output error", "/b: is not a regular file"));
 }

@@ -24,10 +24,10 @@ class Destinations : public testing::Test {
 
   /// Whether a folder below the destination may be written into.
   bool MakeFolder(const std::string& strFolder) {
-    m_qstrReason = "left as it was";
-    return m_destination.MakeFolder(FromNarrow(strFolder), m_qstrReason);
+    m_problem = m_destination.MakeFolder(FromNarrow(strFolder));
+    return !m_problem;
   }
-  std::string Reason() const { return ToNarrow(m_qstrReason); }
+  const std::string& Reason() const { return m_problem.strReason; }
   void Link(const std::string& strTarget, const std::string& strName) const {
     fs::create_directories(fs::path(m_folder.Path(strName)).parent_path());
     fs::create_directory_symlink(strTarget, m_folder.Path(strName));
@@ -35,7 +35,7 @@ class Destinations : public testing::Test {
 
   TemporaryFolder m_folder;
   Destination m_destination{"", ""};
-  QString m_qstrReason;
+  Problem m_problem;
 };
 
 class DestinationStep : public Destinations, public testing::WithParamInterface<const char*> {};

@@ -52,7 +52,7 @@ TEST_P(DocumentCutShort, IsNoPageAtAll) {
 
   {
     const SizeLimit limit(kLimit);
-    nStatus = WritePage(m_strPath, {&kHead, &kTail});
+    nStatus = WritePage(m_strPath, {&kHead, &kTail}).nCode;
   }
 
   EXPECT_EQ(EFBIG, nStatus);
@@ -69,7 +69,7 @@ TEST_P(DocumentCutShort, IsNoTextAtAll) {
       file.Write(*pText);
       file.Flush();
     }
-    nStatus = file.Close();
+    nStatus = file.Close().nCode;
   }
 
   EXPECT_EQ(EFBIG, nStatus);
@@ -82,7 +82,7 @@ TEST_P(DocumentCutShort, IsWholeOnceThereIsRoom) {
     WritePage(m_strPath, {&kHead, &kTail});
   }
 
-  EXPECT_EQ(0, WritePage(m_strPath, {&kHead, &kTail}));
+  EXPECT_EQ(0, WritePage(m_strPath, {&kHead, &kTail}).nCode);
 
   EXPECT_EQ(kHead + kTail, ReadFile(m_strPath));
 }

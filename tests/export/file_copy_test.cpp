@@ -123,7 +123,7 @@ TEST_F(FileCopy, WhereItCannotBeMadeAgainTheReasonIsTold) {
   const WrittenFile result = Copy("b.JPG", "second");
 
   EXPECT_FALSE(result.Succeeded());
-  EXPECT_NE("", ToNarrow(result.qstrReason));
+  EXPECT_NE("", result.problem.strReason);
   EXPECT_EQ("a file in its place", ReadFile(m_folder.Path("out")));
 }
 

@@ -61,7 +61,7 @@ class RecoveryTest : public testing::Test {
   /// Why the first failure failed.
   std::string Reason() const {
     for (const WrittenFile& file : m_told) {
-      if (!file.Succeeded()) return ToNarrow(file.qstrReason);
+      if (!file.Succeeded()) return file.problem.strReason;
     }
     return {};
   }

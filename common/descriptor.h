@@ -18,6 +18,8 @@ class Descriptor {
   int Get() const { return m_nDescriptor; }
   /// Closes it. @return false when that fails: a full disk may show up only here.
   bool Close() { return close(std::exchange(m_nDescriptor, -1)) == 0; }
+  /// Gives it to somebody else to close.
+  int Release() { return std::exchange(m_nDescriptor, -1); }
 
  private:
   int m_nDescriptor;

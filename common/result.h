@@ -1,0 +1,23 @@
+#pragma once
+#include <utility>
+#include <variant>
+
+#include "common/problem.h"
+
+/// What an operation gives, or why it gives nothing.
+template <typename T>
+class Result {
+ public:
+  Result(T value) : m_content(std::move(value)) {}
+  Result(Problem problem) : m_content(std::move(problem)) {}
+
+  explicit operator bool() const { return std::holds_alternative<T>(m_content); }
+  /// The value; only where there is one.
+  T& operator*() { return std::get<T>(m_content); }
+  T* operator->() { return &std::get<T>(m_content); }
+  /// The problem; only where there is no value.
+  const Problem& Error() const { return std::get<Problem>(m_content); }
+
+ private:
+  std::variant<T, Problem> m_content;
+};
