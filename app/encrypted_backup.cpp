@@ -7,37 +7,27 @@
 #include <QSemaphore>
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "app/password_dialog.h"
 #include "backup/discovery.h"
 #include "common/places.h"
 #include "common/status.h"
 #include "common/text.h"
+#include "decrypt/client.h"
 #include "ui/busy_cursor.h"
 #include "ui/message_box.h"
 #include "ui/window.h"
 
 namespace {
 
-constexpr char kWrongPassword[] = "Wrong password";
-constexpr char kCount[] = "Count:";
-constexpr int kStartLimit = 30000;  // milliseconds
-constexpr int kPollStep = 50;       // milliseconds
-constexpr int kToolProgress = 10;   // percent of the bar that belong to the tool, from 1 on
+constexpr int kPollStep = 50;  // milliseconds
 
 /// Where decrypted files go. The double slash in it is wanted: the tool gets the path as it stands.
 QString DecryptedFolder() {
   return FromNarrow(WorkFolder() + "/" + kDecryptFolderName);
-}
-
-QString ToolCommand(const __BACK_FILE_INFO__& info, const QString& qstrPassword, bool bCheck) {
-  QString qstrCommand = "\"" + FromNarrow(ProgramFolder()) + "Velmora Orvandel\" \"" +
-                        FromNarrow(info.strBackupPath) + "\" \"" + DecryptedFolder() + "\" " + qstrPassword;
-  if (bCheck) qstrCommand += " CheckPasswd";
-  return qstrCommand;
 }
 
 /// What the worker of a scan and the main thread tell each other of a run of the tool. Lines of it may be
@@ -47,15 +37,6 @@ struct ToolRun {
   std::atomic<bool> bOver{false};  ///< set by the worker: further lines mean nothing
   QSemaphore allServed;            ///< released by the main thread behind the last line
 };
-
-void StartTool(QProcess& process, const QString& qstrCommand) {
-  process.setProcessChannelMode(QProcess::MergedChannels);
-  // One string, which Qt takes apart: a blank in the password makes two arguments of it.
-  QStringList arguments = QProcess::splitCommand(qstrCommand);
-  const QString qstrProgram = arguments.takeFirst();
-  process.start(qstrProgram, arguments, QIODevice::ReadWrite);
-  process.waitForStarted(kStartLimit);
-}
 
 }  // namespace
 
@@ -97,21 +78,18 @@ bool DRUI::AskForPassword() {
     }
     DropDecryptProcess();
     m_nDecryptStatus = kStatusOk;
-    m_pDecryptProcess = std::make_unique<QProcess>(this);
-    QProcess* pProcess = m_pDecryptProcess.get();
-    connect(pProcess, &QProcess::readyRead, this, [this, pProcess] {
-      while (pProcess->canReadLine()) {
-        if (!CheckPasswordRecieve(pProcess->readLine())) continue;
-        pProcess->kill();
-        return;
-      }
-    });
+    auto pTool = std::make_unique<DecryptClient>(
+        [this](const QByteArray& line) { return CheckPasswordRecieve(line); }, this);
+    DecryptClient& tool = *pTool;
+    m_pDecryptProcess = std::move(pTool);
     {
       // Nothing is painted during the check: without this the password would stay on the screen.
       const BusyCursor cursor;
       repaint();
-      StartTool(*pProcess, ToolCommand(m_curBackupInfo, qstrPassword, true));
-      pProcess->waitForFinished(-1);
+      // Deliberately not asked whether it started: a tool that can't be objects to no password.
+      tool.StartByCommand(ToolTask::CheckPassword, FromNarrow(m_curBackupInfo.strBackupPath),
+                          DecryptedFolder(), qstrPassword);
+      tool.Wait();
     }
     if (m_nDecryptStatus == kStatusOk) {
       m_strBackupPassword = qstrPassword;
@@ -122,30 +100,27 @@ bool DRUI::AskForPassword() {
 }
 
 bool DRUI::CheckPasswordRecieve(const QByteArray& line) {
-  if (line.contains(kWrongPassword)) {
+  if (RejectsPassword(line)) {
     m_nDecryptStatus = kStatusWrongPassword;
     return true;
   }
-  if (!line.contains(kCount)) return false;
+  if (!CountIn(line)) return false;
   // The first sign of progress proves the password.
   m_nDecryptStatus = kStatusOk;
   return true;
 }
 
 bool DRUI::DecryptDataRecieve(const QByteArray& line) {
-  if (line.contains(kWrongPassword)) {
+  if (RejectsPassword(line)) {
     m_nDecryptStatus = kStatusWrongPassword;
     return true;
   }
-  const int nCount = line.indexOf(kCount);
-  if (nCount < 0) return false;
+  const std::optional<qint64> nDone = CountIn(line);
+  if (!nDone) return false;
   if (m_bCancelScan) return true;
   // A backup from the list was never counted: the bar then stays where it is.
   if (m_nTotalFileCount <= 0) return false;
-  const qint64 nTold = strtoll(line.constData() + nCount + strlen(kCount), nullptr, 10);
-  // No number may run over, whatever its sign: one that came out as 100 would close the dialog.
-  const qint64 nDone = std::clamp(nTold, -m_nTotalFileCount, m_nTotalFileCount);
-  emit ScanProcessCallBack(static_cast<int>(nDone * kToolProgress / m_nTotalFileCount + 1));
+  emit ScanProcessCallBack(ToolPercent(*nDone, m_nTotalFileCount) + 1);
   return false;
 }
 
@@ -164,24 +139,19 @@ QString DRUI::DecryptBackup() {
 
   // The process belongs to this worker, its lines to the main thread, whose queue brings them to the window.
   // While the main thread waits for a cancelled scan it takes none, so that nothing kills the tool then.
-  QProcess process;
   const auto pRun = std::make_shared<ToolRun>();
-  connect(&process, &QProcess::readyRead, &process, [this, &process, pRun] {
-    while (process.canReadLine()) {
-      const QByteArray line = process.readLine();
-      QMetaObject::invokeMethod(
-          this,
-          [this, line, pRun] {
-            if (!pRun->bOver && DecryptDataRecieve(line)) pRun->bKill = true;
-          },
-          Qt::QueuedConnection);
-    }
+  DecryptClient tool([this, pRun](const QByteArray& line) {
+    QMetaObject::invokeMethod(
+        this,
+        [this, line, pRun] {
+          if (!pRun->bOver && DecryptDataRecieve(line)) pRun->bKill = true;
+        },
+        Qt::QueuedConnection);
+    return false;
   });
-  StartTool(process, ToolCommand(m_curBackupInfo, m_strBackupPassword, false));
-  while (process.state() != QProcess::NotRunning) {
-    process.waitForFinished(kPollStep);
-    if (pRun->bKill) process.kill();
-  }
+  tool.StartByCommand(ToolTask::Decrypt, FromNarrow(m_curBackupInfo.strBackupPath), qstrFolder,
+                      m_strBackupPassword);
+  tool.Wait([&] { return pRun->bKill.load(); });
   // Lines that still stand in the queue come first, unless a cancel keeps the main thread from serving it.
   QMetaObject::invokeMethod(
       this, [pRun] { pRun->allServed.release(); }, Qt::QueuedConnection);

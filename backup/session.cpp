@@ -146,11 +146,13 @@ int CIphoneBackupFile::ReadManifest(const std::string& strDecryptedFolder) {
     return process_mbdb_file(Ansi2Unicode((m_strBackupPath + pszName).c_str()).c_str(), m_vecManifest);
   // The decrypt tool leaves the readable form of an encrypted manifest beside it, or among the decrypted
   // files when it was asked to leave the backup alone.
-  static constexpr char kDecryptedName[] = "/Manifest.db-decypted";
+  const auto decryptedIn = [](const std::string& strFolder) {
+    return strFolder + "/" + kDecryptedManifestName;
+  };
   std::string strManifest = m_strBackupPath + pszName;
-  if (!strDecryptedFolder.empty() && HasFile(strDecryptedFolder, kDecryptedName))
-    strManifest = strDecryptedFolder + kDecryptedName;
-  else if (HasFile(m_strBackupPath, kDecryptedName))
-    strManifest = m_strBackupPath + kDecryptedName;
+  if (!strDecryptedFolder.empty() && EntryExists(decryptedIn(strDecryptedFolder)))
+    strManifest = decryptedIn(strDecryptedFolder);
+  else if (EntryExists(decryptedIn(m_strBackupPath)))
+    strManifest = decryptedIn(m_strBackupPath);
   return process_db_file(Ansi2Unicode(strManifest.c_str()).c_str(), m_vecManifest);
 }

@@ -4,7 +4,6 @@
 #include <sys/statvfs.h>
 
 #include <QDir>
-#include <QProcess>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -21,11 +20,9 @@
 #include "common/format.h"
 #include "common/places.h"
 #include "common/text.h"
+#include "decrypt/client.h"
 
 namespace {
-
-constexpr int kPollStep = 100;     // milliseconds
-constexpr int kToolProgress = 10;  // percent of the bar that belong to the tool
 
 /// What the files of a backup take on the disk that they are decrypted to.
 struct Extent {
@@ -47,22 +44,6 @@ Extent ExtentOf(const std::string& strFolder, quint64 nBlock) {
     extent.nBytes += (static_cast<quint64>(info.st_size) + nBlock - 1) / nBlock * nBlock;
   }
   return extent;
-}
-
-/// Goes over the whole lines that the tool has printed on standard output.
-/// @return true when one rejects the password.
-bool ReadLines(QProcess& process, qint64 nTotal, ProgressBar& bar) {
-  bool bWrongPassword = false;
-  process.setReadChannel(QProcess::StandardOutput);
-  while (process.canReadLine()) {
-    const QByteArray line = process.readLine();
-    if (line.contains("Wrong password")) bWrongPassword = true;
-    const int nCount = line.indexOf("Count:");
-    if (nCount >= 0)
-      bar.Show(static_cast<int>(std::min(line.mid(nCount + 6).trimmed().toLongLong(), nTotal) *
-                                kToolProgress / nTotal));
-  }
-  return bWrongPassword;
 }
 
 }  // namespace
@@ -121,35 +102,29 @@ int DecryptRun::Run(const Options& options, ProgressBar& bar) {
     return kExitNotWritten;
   }
   const qint64 nTotal = std::max<qint64>(CountBackupFiles(ToNarrow(options.qstrBackup)), 1);
-  QProcess process;
-  const QString qstrTool = FromNarrow(ProgramFolder() + "Velmora Orvandel");
-  process.start(qstrTool, {"--leave-backup", "--password-stdin", options.qstrBackup, m_qstrFolder});
-  if (!process.waitForStarted()) {
-    PrintError(qstrTool + ": " + process.errorString());
+  bool bWrongPassword = false;
+  DecryptClient tool([&](const QByteArray& line) {
+    if (RejectsPassword(line)) bWrongPassword = true;
+    if (const auto nCount = CountIn(line)) bar.Show(ToolPercent(*nCount, nTotal));
+    return false;
+  });
+  if (!tool.StartLeavingBackup(options.qstrBackup, m_qstrFolder, password)) {
+    PrintError(DecryptToolPath() + ": " + tool.errorString());
     return kExitNotWritten;
   }
-  process.write(password);
-  process.closeWriteChannel();
-  password.fill('\0');
-  bool bWrongPassword = false;
-  while (process.state() != QProcess::NotRunning) {
-    process.waitForFinished(kPollStep);
-    bWrongPassword |= ReadLines(process, nTotal, bar);
-    if (StopSignal() != 0) process.kill();
-  }
-  bWrongPassword |= ReadLines(process, nTotal, bar);
+  tool.Wait([] { return StopSignal() != 0; });
   if (StopSignal() != 0) return Interrupted();
   bar.Clear();
   if (bWrongPassword) {
     PrintError(options.qstrBackup + ": wrong password");
     return kExitPassword;
   }
-  for (const QByteArray& line : process.readAllStandardError().split('\n')) {
+  for (const QByteArray& line : tool.readAllStandardError().split('\n')) {
     if (!line.isEmpty()) AddFailure(options, FromNarrow(line.toStdString()));
   }
-  const bool bCrashed = process.exitStatus() != QProcess::NormalExit;
+  const bool bCrashed = tool.exitStatus() != QProcess::NormalExit;
   if (bCrashed) m_failures.push_back({QString(), "the decrypt tool ended early: files may be missing"});
-  if (!bCrashed && process.exitCode() != 0 && m_failures.empty())
+  if (!bCrashed && tool.exitCode() != 0 && m_failures.empty())
     m_failures.push_back({QString(), "the decrypt tool failed: files may be missing"});
   if (m_failures.empty() || !QDir(m_qstrFolder).isEmpty(QDir::Files)) return kExitDone;
   for (const Failure& failure : m_failures)

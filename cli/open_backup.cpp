@@ -14,6 +14,7 @@
 #include "common/file.h"
 #include "common/text.h"
 #include "decrypt/backup_files.h"
+#include "decrypt/protocol.h"
 
 namespace {
 

@@ -17,6 +17,10 @@ std::string ProgramFolder();
 /// The folder inside the work folder that receives decrypted files.
 constexpr char kDecryptFolderName[] = "VelmoraiTunesExBackupPath";
 
+/// File name of the manifest that the decrypt tool writes, in the backup's folder or among the decrypted
+/// files. The spelling is deliberate: the tool and the session both rely on it.
+constexpr char kDecryptedManifestName[] = "Manifest.db-decypted";
+
 /// The places of the installed program.
 constexpr char kSystemBackupRoot[] = "/Library/Application Support/MobileSync/Backup/";
 constexpr char kSystemWorkFolder[] = "/Library/Application Support/Velmora Orvandel/";

@@ -13,13 +13,13 @@
 #include "common/store.h"
 #include "common/text.h"
 #include "decrypt/property_list.h"
+#include "decrypt/protocol.h"
 
 namespace {
 
 constexpr int kFileFlag = 1;  // of a row of the table Files
 constexpr uint16_t kKindMask = 0xF000;
 constexpr uint16_t kRegularFile = 0x8000;
-constexpr char kDecryptedManifest[] = "/Manifest.db-decypted";
 constexpr uint64_t kMostOfManifestList = 256 << 20;  // bytes of "Manifest.plist"; devices write some 100 KB
 
 /// Opens a file of the backup. Throws std::runtime_error with the reason.
@@ -88,13 +88,13 @@ std::string BackupFiles::OpenManifest(const Keybag& keybag, const std::string& s
     // Never padded: its size is the size of the database.
     const uint64_t nSize = SizeOf(Open(m_strManifest), m_strManifest);
     const Secret key = m_manifestKey.empty() ? Secret() : keybag.FileKey(m_manifestKey);
-    std::string strDecrypted = strFolder + kDecryptedManifest;
+    std::string strDecrypted = strFolder + "/" + kDecryptedManifestName;
     try {
       WriteDecrypted(m_strManifest, strDecrypted, key, nSize);
     } catch (const std::runtime_error& error) {
       if (strOtherFolder == strFolder) throw;
       strProblem = m_strManifest + ": " + error.what();
-      strDecrypted = strOtherFolder + kDecryptedManifest;
+      strDecrypted = strOtherFolder + "/" + kDecryptedManifestName;
       WriteDecrypted(m_strManifest, strDecrypted, key, nSize);
     }
     m_strManifest = strDecrypted;

@@ -11,6 +11,7 @@
 
 #include "common/descriptor.h"
 #include "common/file.h"
+#include "decrypt/protocol.h"
 
 namespace {
 

@@ -13,11 +13,9 @@ struct FileJob {
   bool bDamaged = false;        ///< the manifest's record of it can't be read
 };
 
-/// The reason of WriteDecrypted for a source that isn't there, as its exception has it.
-constexpr char kMissingSource[] = "can't be opened: No such file or directory";
-
 /// Writes a file decrypted under a key and cut to its size; with an empty key, a plain copy.
 /// It appears whole or not at all, readable by its owner alone. Memory is the same for every size.
-/// @param nSize UINT64_MAX takes the padding off instead. Throws std::runtime_error with the reason.
+/// @param nSize UINT64_MAX takes the padding off instead. Throws std::runtime_error with the
+/// reason, kMissingSource where there is no source.
 void WriteDecrypted(const std::string& strSource, const std::string& strTarget, const Secret& key,
                     uint64_t nSize);

@@ -23,7 +23,6 @@ constexpr char kHelp[] =
     "  --version           shows the version\n\n"
     "Exit status: 0 done; 1 something could not be read or written; 2 wrong usage; 3 wrong password.";
 
-constexpr char kCheckMode[] = "CheckPasswd";
 constexpr size_t kLongestPassword = 64 * 1024;  // bytes
 
 void PrintProblem(const std::string& strFile, const std::string& strReason) {
@@ -59,9 +58,9 @@ int ReadOptions(int argc, char** argv, bool& bLeaveBackup, bool& bPasswordStdin)
   int nOptions = 0;
   while (nOptions + 1 < argc && strncmp(argv[nOptions + 1], "--", 2) == 0) {
     const char* pszOption = argv[++nOptions];
-    if (strcmp(pszOption, "--leave-backup") == 0)
+    if (strcmp(pszOption, kLeaveBackupOption) == 0)
       bLeaveBackup = true;
-    else if (strcmp(pszOption, "--password-stdin") == 0)
+    else if (strcmp(pszOption, kPasswordInputOption) == 0)
       bPasswordStdin = true;
     else
       return -1;

@@ -17,7 +17,7 @@ namespace {
 constexpr uint64_t kProgressLines = 200;  // of a whole run
 
 void PrintWrongPassword() {
-  puts("Wrong password");
+  puts(kWrongPasswordMark);
   fflush(stdout);
 }
 
@@ -48,7 +48,7 @@ class Progress {
 
  private:
   void Print() const {
-    printf("Count:%llu\n", static_cast<unsigned long long>(m_nDone));
+    printf("%s%llu\n", kCountMark, static_cast<unsigned long long>(m_nDone));
     fflush(stdout);
   }
 

@@ -2,13 +2,7 @@
 #include <string>
 
 #include "decrypt/crypto.h"
-
-enum ToolStatus {
-  kToolDone = 0,
-  kToolFailed = 1,  ///< something could not be read or written: one line on standard error for each
-  kToolUsage = 2,
-  kToolWrongPassword = 3,
-};
+#include "decrypt/protocol.h"
 
 /// Tries the password. Prints "Wrong password", or a line with "Count:" once it has proved right.
 ToolStatus CheckPassword(const std::string& strBackup, const Secret& password);
