@@ -7,6 +7,7 @@
 #include "cli/exit_status.h"
 #include "cli/json_stream.h"
 #include "cli/open_backup.h"
+#include "cli/options.h"
 #include "cli/output.h"
 #include "cli/places.h"
 #include "cli/problems.h"
@@ -40,22 +41,24 @@ void ExplainEmptyList(const QString& qstrFolder) {
     PrintError(QString("no backups below %1").arg(qstrFolder));
 }
 
-}  // namespace
+void AddNoOptions(QCommandLineParser&) {}
 
-int RunBackups(const Options& options) {
-  if (!options.qstrFolder.isEmpty()) {
-    if (!QFileInfo(options.qstrFolder).isDir()) {
-      PrintError(options.qstrFolder + ": no such folder");
+int ListBackups(const QCommandLineParser& parser, const QStringList& arguments) {
+  Options options;
+  ReadOptions(parser, options);
+  const QString qstrFolder = arguments.isEmpty() ? QString() : AbsolutePath(arguments[0]);
+  if (!qstrFolder.isEmpty()) {
+    if (!QFileInfo(qstrFolder).isDir()) {
+      PrintError(qstrFolder + ": no such folder");
       return kExitNoBackup;
     }
-    SetBackupRoot(options.qstrFolder);
+    SetBackupRoot(qstrFolder);
   }
   CIphoneBackupFile session;
   std::vector<__BACK_FILE_INFO__> backups;
   session.GetBackFileInfo(backups);
   for (__BACK_FILE_INFO__& info : backups) CompleteEncryption(info);
-  if (backups.empty())
-    ExplainEmptyList(options.qstrFolder.isEmpty() ? FromNarrow(BackupRoot()) : options.qstrFolder);
+  if (backups.empty()) ExplainEmptyList(qstrFolder.isEmpty() ? FromNarrow(BackupRoot()) : qstrFolder);
 
   QJsonArray array;
   // The session lists them in reverse.
@@ -67,4 +70,16 @@ int RunBackups(const Options& options) {
   }
   if (options.bJson) Print(ToJson(array) + '\n');
   return FinishOutput() ? kExitDone : kExitNotWritten;
+}
+
+}  // namespace
+
+Command BackupsCommand() {
+  return {
+      "backups",
+      "lists the backups below a folder",
+      "Lists the backups below a folder: name, date, serial number, whether it is encrypted, and path.",
+      {{"[FOLDER]", "The folder to look in. Without it, the place where backups are kept on this machine."}},
+      AddNoOptions,
+      ListBackups};
 }

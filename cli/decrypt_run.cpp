@@ -50,7 +50,7 @@ Extent ExtentOf(const std::string& strFolder, quint64 nBlock) {
 
 DecryptRun::DecryptRun() : m_qstrFolder(FromNarrow(WorkFolder() + kDecryptFolderName)) {}
 
-int DecryptRun::CheckRoom(const Options& options) const {
+int DecryptRun::CheckRoom(const BackupOptions& options) const {
   struct statvfs disk;
   if (options.bForce || statvfs(WorkFolder().c_str(), &disk) != 0) return kExitDone;
   const Extent needed = ExtentOf(ToNarrow(options.qstrBackup), disk.f_frsize);
@@ -75,7 +75,7 @@ int DecryptRun::CheckRoom(const Options& options) const {
   return kExitDone;
 }
 
-void DecryptRun::AddFailure(const Options& options, const QString& qstrLine) {
+void DecryptRun::AddFailure(const BackupOptions& options, const QString& qstrLine) {
   // "FILE: REASON", where the file lies in the backup, whose path may hold the separator too. The tool prints
   // no control characters.
   const QString qstrFolder = Printable(options.qstrBackup) + '/';
@@ -88,7 +88,7 @@ void DecryptRun::AddFailure(const Options& options, const QString& qstrLine) {
   m_failures.push_back({options.qstrBackup + '/' + qstrFile, qstrLine.mid(nColon + 2)});
 }
 
-int DecryptRun::Run(const Options& options, ProgressBar& bar) {
+int DecryptRun::Run(const BackupOptions& options, ProgressBar& bar) {
   if (!WorkFolderProblem().isEmpty()) {
     PrintError("the private folder for the decrypted files can't be created: " + WorkFolderProblem());
     return kExitNotWritten;

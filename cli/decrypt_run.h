@@ -21,7 +21,7 @@ class DecryptRun {
   /// Asks for the password and runs the tool.
   /// @return the exit status of the process when it can't go on, with a line on standard error printed;
   ///         0 when there are decrypted files. Some may be missing then: see Failures.
-  int Run(const Options& options, ProgressBar& bar);
+  int Run(const BackupOptions& options, ProgressBar& bar);
 
   /// The folder with the decrypted files.
   const QString& Folder() const { return m_qstrFolder; }
@@ -30,8 +30,8 @@ class DecryptRun {
 
  private:
   /// Compares the room in the work folder with the backup's size. @return as Run.
-  int CheckRoom(const Options& options) const;
-  void AddFailure(const Options& options, const QString& qstrLine);
+  int CheckRoom(const BackupOptions& options) const;
+  void AddFailure(const BackupOptions& options, const QString& qstrLine);
 
   QString m_qstrFolder;
   std::vector<Failure> m_failures;

@@ -8,6 +8,7 @@
 #include <unordered_map>
 
 #include "backup/discovery.h"
+#include "backup/categories.h"
 #include "cli/exit_status.h"
 #include "cli/problems.h"
 #include "cli/stop_signal.h"
@@ -113,7 +114,7 @@ int Interrupted() {
   return 128 + StopSignal();
 }
 
-int ReadBackup(const Options& options, ProgressBar& bar, OpenBackup& backup) {
+int ReadBackup(const BackupOptions& options, ProgressBar& bar, OpenBackup& backup) {
   __BACK_FILE_INFO__ info;
   if (const Problem problem = ReadBackupInfo(ToNarrow(options.qstrBackup), info))
     return NotABackup(options.qstrBackup, problem);

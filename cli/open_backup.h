@@ -11,7 +11,7 @@
 
 /// A backup that the command line has opened and read.
 struct OpenBackup {
-  explicit OpenBackup(const Options& options)
+  explicit OpenBackup(const BackupOptions& options)
       : qstrPath(options.qstrBackup), records(session.GetMessageMap()) {}
   QString qstrPath;  ///< the backup's own folder
   DecryptRun decryptRun;
@@ -27,7 +27,7 @@ void CompleteEncryption(__BACK_FILE_INFO__& info);
 
 /// Opens the backup of the options and reads all of it.
 /// @return the exit status of the process when it can't go on, with a line on standard error printed; else 0.
-int ReadBackup(const Options& options, ProgressBar& bar, OpenBackup& backup);
+int ReadBackup(const BackupOptions& options, ProgressBar& bar, OpenBackup& backup);
 
 /// The files that could not be read, by their names on the device, where the manifest has them.
 /// @param isWanted whether a file counts: its identifier, which is its file name in the backup.

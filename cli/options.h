@@ -1,27 +1,39 @@
 #pragma once
+#include <QCommandLineParser>
 #include <QString>
-#include <QStringList>
-#include <vector>
 
-#include "backup/categories.h"
+#include "cli/commands.h"
 
-/// The command line, understood.
+/// What every command takes.
 struct Options {
-  enum class Command { Backups, Scan, Recover };
-  Command command = Command::Scan;
-  QString qstrFolder;                ///< of backups; empty for the fixed root
-  QString qstrBackup;                ///< absolute path
-  QString qstrDestination;           ///< absolute path
-  std::vector<CategoryNumber> only;  ///< what to recover; everything unless named
-  QString qstrPasswordFile;          ///< empty for none
-  bool bPasswordStdin = false;
   bool bJson = false;
-  bool bManifest = false;
   bool bQuiet = false;
+};
+
+/// What every command that opens a backup takes.
+struct BackupOptions : Options {
+  QString qstrBackup;        ///< absolute path
+  QString qstrPasswordFile;  ///< empty for none
+  bool bPasswordStdin = false;
   bool bForce = false;  ///< decrypts although the room may not do
 };
 
-/// Reads the command line. Prints help and version itself.
-/// @param nExitStatus what the process shall end with when the answer is false.
-/// @return true when there is a command to run.
-bool ReadOptions(const QStringList& arguments, Options& options, int& nExitStatus);
+/// The argument of every command that opens a backup.
+constexpr Command::Argument kBackupArgument = {
+    "BACKUP", "The folder of one backup, the one that holds \"Info.plist\"."};
+
+/// Adds the options that every command has.
+void AddOptions(QCommandLineParser& parser);
+void ReadOptions(const QCommandLineParser& parser, Options& options);
+
+/// Adds the options that every command has that opens a backup.
+void AddBackupOptions(QCommandLineParser& parser);
+/// Reads these and those of every command.
+/// @param qstrBackup the folder as it was given.
+void ReadBackupOptions(const QCommandLineParser& parser, const QString& qstrBackup, BackupOptions& options);
+
+/// A path of the command line made absolute.
+QString AbsolutePath(const QString& qstrPath);
+
+/// Complains about the command line on standard error. @return the exit status for it.
+int WrongUsage(QString qstrReason);

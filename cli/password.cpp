@@ -61,7 +61,7 @@ bool Prompt(const QString& qstrBackup, QByteArray& password) {
 
 }  // namespace
 
-bool ReadPassword(const Options& options, QByteArray& password) {
+bool ReadPassword(const BackupOptions& options, QByteArray& password) {
   if (options.bPasswordStdin) {
     QFile input;
     if (!input.open(stdin, QIODevice::ReadOnly)) return false;

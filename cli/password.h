@@ -5,4 +5,4 @@
 /// terminal. The first line counts, without its end.
 /// @param password receives it, UTF-8.
 /// @return false, with a line on standard error, when there is none to be had.
-bool ReadPassword(const Options& options, QByteArray& password);
+bool ReadPassword(const BackupOptions& options, QByteArray& password);

@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QFileInfo>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -7,10 +8,49 @@
 #include "cli/exit_status.h"
 #include "cli/output.h"
 #include "cli/problems.h"
+#include "cli/recover_options.h"
 #include "cli/recover_steps.h"
 #include "cli/stop_signal.h"
 
 namespace {
+
+constexpr char kOnly[] = "only";
+
+QString JoinedLabels() {
+  QStringList labels;
+  for (const Category& category : Categories()) labels << category.pszLabel;
+  return labels.join(", ");
+}
+
+void AddRecoverOptions(QCommandLineParser& parser) {
+  AddBackupOptions(parser);
+  parser.addOption(
+      {kOnly, "Copies these categories alone, divided by commas: " + JoinedLabels() + ".", "LABELS"});
+}
+
+/// Reads a list of labels. @return 0, or the exit status for a label that no category has.
+int ReadOnly(const QString& qstrList, std::vector<CategoryNumber>& only) {
+  for (const QString& qstrPart : qstrList.split(',')) {
+    const QString qstrLabel = qstrPart.trimmed();
+    const auto itFound =
+        std::find_if(Categories().begin(), Categories().end(), [&](const Category& category) {
+          return qstrLabel.compare(QLatin1String(category.pszLabel), Qt::CaseInsensitive) == 0;
+        });
+    if (itFound == Categories().end())
+      return WrongUsage(QString("--only: no category '%1'; there are: %2").arg(qstrLabel, JoinedLabels()));
+    only.push_back(itFound->nNumber);
+  }
+  return kExitDone;
+}
+
+int ReadRecoverOptions(const QCommandLineParser& parser, const QStringList& arguments,
+                       RecoverOptions& options) {
+  ReadBackupOptions(parser, arguments[0], options);
+  options.qstrDestination = AbsolutePath(arguments[1]);
+  if (parser.isSet(kOnly)) return ReadOnly(parser.value(kOnly), options.only);
+  for (const Category& category : Categories()) options.only.push_back(category.nNumber);
+  return kExitDone;
+}
 
 /// The real path of a folder that may not exist yet: that of its first ancestor that does, and the rest.
 QString RealPath(const QString& qstrFolder) {
@@ -23,7 +63,7 @@ QString RealPath(const QString& qstrFolder) {
   return QFileInfo(qstrAncestor.isEmpty() ? "/" : qstrAncestor).canonicalFilePath() + qstrRest;
 }
 
-int CheckDestination(const Options& options) {
+int CheckDestination(const RecoverOptions& options) {
   const QString qstrBackup = RealPath(options.qstrBackup) + '/';
   if ((RealPath(options.qstrDestination) + '/').startsWith(qstrBackup)) {
     PrintError(options.qstrDestination +
@@ -43,15 +83,15 @@ int CheckDestination(const Options& options) {
 }
 
 /// Looks at the templates, if any page is wanted: without its template a page would have no fence.
-bool HasTemplates(const Options& options, const CRecovery& recovery) {
+bool HasTemplates(const RecoverOptions& options, const CRecovery& recovery) {
   const QString qstrUnusable = WantsDocuments(options) ? recovery.FindUnusableTemplate() : QString();
   if (!qstrUnusable.isEmpty()) PrintError(qstrUnusable);
   return qstrUnusable.isEmpty();
 }
 
-}  // namespace
-
-int RunRecover(const Options& options) {
+int Recover(const QCommandLineParser& parser, const QStringList& arguments) {
+  RecoverOptions options;
+  if (const int nStatus = ReadRecoverOptions(parser, arguments, options)) return nStatus;
   // Before anything is read or written.
   if (!HasTemplates(options, CRecovery())) return kExitNotWritten;
   ProgressBar scanBar(!options.bQuiet);
@@ -74,4 +114,15 @@ int RunRecover(const Options& options) {
   if (!FinishOutput()) return kExitNotWritten;
   if (StopSignal() != 0) return Interrupted();
   return report.HasFailures() ? kExitNotWritten : kExitDone;
+}
+
+}  // namespace
+
+Command RecoverCommand() {
+  return {"recover",
+          "copies it into a folder",
+          "Copies what a backup holds into a folder. Nothing in the backup is changed.",
+          {kBackupArgument, {"DESTINATION", "The folder to write into; made where it is missing."}},
+          AddRecoverOptions,
+          Recover};
 }

@@ -11,7 +11,7 @@ namespace {
 
 class FileRecovery {
  public:
-  FileRecovery(const Options& options, OpenBackup& backup, RecoveryReport& report)
+  FileRecovery(const RecoverOptions& options, OpenBackup& backup, RecoveryReport& report)
       : m_copier(options.qstrDestination, FromNarrow(backup.session.GetBackupFolder())),
         m_records(backup.records),
         m_report(report) {}
@@ -73,11 +73,11 @@ bool IsOnePage(const Category& category) {
 
 }  // namespace
 
-bool IsWanted(const Options& options, CategoryNumber nNumber) {
+bool IsWanted(const RecoverOptions& options, CategoryNumber nNumber) {
   return std::find(options.only.begin(), options.only.end(), nNumber) != options.only.end();
 }
 
-qint64 CountWork(const Options& options, const BackupRecords& records) {
+qint64 CountWork(const RecoverOptions& options, const BackupRecords& records) {
   qint64 nCount = 0;
   for (const Category& category : Categories()) {
     if (!IsOnePage(category) && IsWanted(options, category.nNumber))
@@ -86,21 +86,21 @@ qint64 CountWork(const Options& options, const BackupRecords& records) {
   return nCount;
 }
 
-bool WantsDocuments(const Options& options) {
+bool WantsDocuments(const RecoverOptions& options) {
   for (const Category& category : Categories()) {
     if (!category.pszFolder && IsWanted(options, category.nNumber)) return true;
   }
   return false;
 }
 
-void RecoverFiles(const Options& options, OpenBackup& backup, RecoveryReport& report) {
+void RecoverFiles(const RecoverOptions& options, OpenBackup& backup, RecoveryReport& report) {
   FileRecovery recovery(options, backup, report);
   for (const FileStep& step : FileSteps()) {
     if (IsWanted(options, step.nNumber)) recovery.CopyCategory(Categories()[step.nNumber]);
   }
 }
 
-void RecoverDocuments(const Options& options, const BackupRecords& records, CRecovery& recovery,
+void RecoverDocuments(const RecoverOptions& options, const BackupRecords& records, CRecovery& recovery,
                       RecoveryReport& report) {
   for (const DocumentStep& step : DocumentSteps()) {
     if (StopSignal() != 0) return;
@@ -118,7 +118,7 @@ void RecoverDocuments(const Options& options, const BackupRecords& records, CRec
   }
 }
 
-void ReportLosses(const Options& options, const OpenBackup& backup, RecoveryReport& report) {
+void ReportLosses(const RecoverOptions& options, const OpenBackup& backup, RecoveryReport& report) {
   struct StoreUse {
     const char* pszId;
     std::vector<CategoryNumber> categories;

@@ -9,7 +9,7 @@
 #include "common/format.h"
 #include "common/text.h"
 
-RecoveryReport::RecoveryReport(const Options& options, ProgressBar& bar, qint64 nTotal)
+RecoveryReport::RecoveryReport(const RecoverOptions& options, ProgressBar& bar, qint64 nTotal)
     : m_options(options), m_bar(bar), m_nTotal(nTotal) {}
 
 void RecoveryReport::Add(const WrittenFile& file) {

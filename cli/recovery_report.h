@@ -1,13 +1,13 @@
 #pragma once
-#include "cli/options.h"
 #include "cli/progress_bar.h"
+#include "cli/recover_options.h"
 #include "export/written_file.h"
 
 /// Prints each file of a recovery as it is done, and the totals at the end.
 class RecoveryReport {
  public:
   /// Both outlive the report. @param nTotal what there is to do, for the bar.
-  RecoveryReport(const Options& options, ProgressBar& bar, qint64 nTotal);
+  RecoveryReport(const RecoverOptions& options, ProgressBar& bar, qint64 nTotal);
 
   void Add(const WrittenFile& file);
   /// Moves the bar by one of the total.
@@ -16,7 +16,7 @@ class RecoveryReport {
   bool HasFailures() const { return m_nFailed != 0; }
 
  private:
-  const Options& m_options;
+  const RecoverOptions& m_options;
   ProgressBar& m_bar;
   qint64 m_nTotal;
   qint64 m_nDone = 0;

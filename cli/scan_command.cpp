@@ -1,18 +1,42 @@
+#include "backup/categories.h"
 #include "cli/commands.h"
 #include "cli/exit_status.h"
+#include "cli/open_backup.h"
 #include "cli/output.h"
 #include "cli/scan_json.h"
 #include "common/text.h"
 
-int RunScan(const Options& options) {
+namespace {
+
+constexpr char kManifest[] = "manifest";
+
+void AddScanOptions(QCommandLineParser& parser) {
+  AddBackupOptions(parser);
+  parser.addOption({kManifest, "With --json: lists every entry of the manifest as well."});
+}
+
+int Scan(const QCommandLineParser& parser, const QStringList& arguments) {
+  BackupOptions options;
+  ReadBackupOptions(parser, arguments[0], options);
   ProgressBar bar(!options.bQuiet);
   OpenBackup backup(options);
   if (const int nStatus = ReadBackup(options, bar, backup)) return nStatus;
   if (options.bJson) {
-    PrintScanJson(backup, options.bManifest);
+    PrintScanJson(backup, parser.isSet(kManifest));
   } else {
     for (const Category& category : Categories())
       PrintLine(FromNarrow(CategoryLabel(category, category.pfnCount(backup.records))));
   }
   return FinishOutput() && AllLosses(backup).empty() ? kExitDone : kExitNotWritten;
+}
+
+}  // namespace
+
+Command ScanCommand() {
+  return {"scan",
+          "counts what a backup holds",
+          "Reads a backup and tells how much it holds of each category.",
+          {kBackupArgument},
+          AddScanOptions,
+          Scan};
 }

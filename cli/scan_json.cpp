@@ -2,6 +2,7 @@
 
 #include <QJsonObject>
 
+#include "backup/categories.h"
 #include "cli/json_stream.h"
 #include "common/text.h"
 

@@ -1,0 +1,107 @@
+#include "cli/command_line.h"
+
+#include <algorithm>
+
+#include "cli/commands.h"
+#include "cli/exit_status.h"
+#include "cli/options.h"
+#include "cli/output.h"
+
+namespace {
+
+constexpr char kHelp[] = "help";
+constexpr char kVersion[] = "version";
+constexpr char kProgramVersion[] = "orvandel-cli " ORVANDEL_VERSION;
+constexpr int kSummaryGap = 4;  // blanks between the longest usage and its summary
+
+const Command* FindCommand(const QString& qstrName) {
+  for (const Command& command : Commands()) {
+    if (qstrName == command.pszName) return &command;
+  }
+  return nullptr;
+}
+
+/// The command with its arguments: "recover BACKUP DESTINATION".
+QString UsageOf(const Command& command) {
+  QStringList words = {command.pszName};
+  for (const Command::Argument& argument : command.arguments) words << argument.pszName;
+  return words.join(' ');
+}
+
+QString Overview() {
+  int nWidth = 0;
+  for (const Command& command : Commands())
+    nWidth = std::max(nWidth, static_cast<int>(UsageOf(command).size()) + kSummaryGap);
+  QString qstrCommands;
+  for (const Command& command : Commands())
+    qstrCommands += "  " + UsageOf(command).leftJustified(nWidth) + command.pszSummary + '\n';
+  return "Usage: orvandel-cli COMMAND [options]\n"
+         "Reads iOS backups and copies out what they hold.\n\n"
+         "Commands:\n" +
+         qstrCommands +
+         "\n'orvandel-cli COMMAND --help' tells more about each.\n\n"
+         "Exit status: 0 done; 1 wrong usage; 2 not a backup, or not there; 3 wrong password, or none;\n"
+         "4 something could not be read, decrypted or written.";
+}
+
+/// Prints what was asked for in place of a command's work. @return the exit status.
+int PrintAnswer(const QString& qstrText) {
+  PrintLine(qstrText);
+  return FinishOutput() ? kExitDone : kExitNotWritten;
+}
+
+/// The command line of no command.
+int RunWithoutCommand(QCommandLineParser& parser, const QStringList& arguments) {
+  if (!parser.parse(arguments)) return WrongUsage(parser.errorText());
+  if (parser.isSet(kVersion)) return PrintAnswer(kProgramVersion);
+  if (parser.isSet(kHelp)) return PrintAnswer(Overview());
+  return WrongUsage("no command");
+}
+
+void AddToParser(const Command& command, QCommandLineParser& parser) {
+  parser.setApplicationDescription(command.pszDescription);
+  AddOptions(parser);
+  command.pfnAddOptions(parser);
+  parser.addPositionalArgument(command.pszName, "", command.pszName);
+  for (const Command::Argument& argument : command.arguments) {
+    const QString qstrName = QString(argument.pszName).remove('[').remove(']');
+    parser.addPositionalArgument(qstrName, argument.pszDescription, argument.pszName);
+  }
+}
+
+/// Whether a command takes these positional arguments.
+bool Takes(const Command& command, const QStringList& arguments) {
+  const auto nNeeded =
+      std::count_if(command.arguments.begin(), command.arguments.end(),
+                    [](const Command::Argument& argument) { return argument.pszName[0] != '['; });
+  return arguments.size() >= nNeeded && arguments.size() <= static_cast<int>(command.arguments.size()) &&
+         !arguments.contains("");
+}
+
+int RunCommand(const Command& command, QCommandLineParser& parser, const QStringList& arguments) {
+  AddToParser(command, parser);
+  if (!parser.parse(arguments)) return WrongUsage(parser.errorText());
+  if (parser.isSet(kHelp)) return PrintAnswer(parser.helpText().trimmed());
+  if (parser.isSet(kVersion)) return PrintAnswer(kProgramVersion);
+  const QStringList values = parser.positionalArguments().mid(1);
+  if (!Takes(command, values)) {
+    return WrongUsage(QString("'%1' takes %2 argument(s)")
+                          .arg(QLatin1String(command.pszName))
+                          .arg(static_cast<int>(command.arguments.size())));
+  }
+  return command.pfnExecute(parser, values);
+}
+
+}  // namespace
+
+int RunCommandLine(const QStringList& arguments) {
+  QCommandLineParser parser;
+  parser.addOption({{"h", kHelp}, "Shows this help."});
+  parser.addOption({{"v", kVersion}, "Shows the version."});
+  int nCommand = 1;
+  while (nCommand < arguments.size() && arguments[nCommand].startsWith('-')) ++nCommand;
+  if (nCommand >= arguments.size()) return RunWithoutCommand(parser, arguments);
+  const Command* pCommand = FindCommand(arguments[nCommand]);
+  if (!pCommand) return WrongUsage(QString("unknown command '%1'").arg(arguments[nCommand]));
+  return RunCommand(*pCommand, parser, arguments);
+}
