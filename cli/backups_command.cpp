@@ -10,7 +10,6 @@
 #include "cli/options.h"
 #include "cli/output.h"
 #include "cli/places.h"
-#include "cli/problems.h"
 #include "common/places.h"
 #include "common/text.h"
 

@@ -15,7 +15,6 @@
 #include "cli/output.h"
 #include "cli/password.h"
 #include "cli/places.h"
-#include "cli/problems.h"
 #include "cli/stop_signal.h"
 #include "common/format.h"
 #include "common/places.h"

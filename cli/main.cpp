@@ -4,7 +4,7 @@
 
 #include "cli/command_line.h"
 #include "cli/exit_status.h"
-#include "cli/problems.h"
+#include "cli/output.h"
 #include "cli/stop_signal.h"
 #include "common/text.h"
 

@@ -10,7 +10,7 @@
 #include "backup/discovery.h"
 #include "backup/categories.h"
 #include "cli/exit_status.h"
-#include "cli/problems.h"
+#include "cli/output.h"
 #include "cli/stop_signal.h"
 #include "common/file.h"
 #include "common/text.h"

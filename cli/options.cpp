@@ -3,7 +3,7 @@
 #include <QDir>
 
 #include "cli/exit_status.h"
-#include "cli/problems.h"
+#include "cli/output.h"
 
 namespace {
 

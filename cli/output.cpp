@@ -4,11 +4,26 @@
 #include <cstdio>
 #include <cstring>
 
-#include "cli/problems.h"
+#include "common/problem.h"
+#include "common/text.h"
 
 namespace {
+
+using ProblemSet = std::set<std::pair<std::string, std::string>>;
+
 int g_nError = 0;  // of the first write that failed
+
+ProblemSet& LossSet() {
+  static ProblemSet losses;
+  return losses;
 }
+
+void PrintOnce(const std::string& strFile, const std::string& strReason) {
+  static ProblemSet printed;  // two readers may meet the same bad store
+  if (printed.emplace(strFile, strReason).second) PrintError(FromNarrow(strFile + ": " + strReason));
+}
+
+}  // namespace
 
 void Print(const QByteArray& bytes) {
   const auto nSize = static_cast<size_t>(bytes.size());
@@ -19,16 +34,31 @@ void PrintLine(const QString& qstrLine) {
   Print(qstrLine.toUtf8() + '\n');
 }
 
-QString Printable(QString qstrName) {
-  for (QChar& character : qstrName) {
-    if (character.category() == QChar::Other_Control) character = '?';
-  }
-  return qstrName;
-}
-
 bool FinishOutput() {
   if (fflush(stdout) != 0 && g_nError == 0) g_nError = errno;
   if (g_nError == 0) return true;
   PrintError(QString("standard output: %1").arg(QString::fromLocal8Bit(strerror(g_nError))));
   return false;
+}
+
+void PrintError(const QString& qstrText) {
+  fprintf(stderr, "orvandel-cli: %s\n", ToNarrow(Printable(qstrText)).c_str());
+}
+
+void PrintProblems() {
+  SetProblemHandler(PrintOnce);
+  SetLossHandler([](const std::string& strFile, const std::string& strReason) {
+    LossSet().emplace(strFile, strReason);
+  });
+}
+
+const std::set<std::pair<std::string, std::string>>& Losses() {
+  return LossSet();
+}
+
+QString Printable(QString qstrName) {
+  for (QChar& character : qstrName) {
+    if (character.category() == QChar::Other_Control) character = '?';
+  }
+  return qstrName;
 }

@@ -8,7 +8,7 @@
 #include <csignal>
 #include <cstdio>
 
-#include "cli/problems.h"
+#include "cli/output.h"
 #include "cli/stop_signal.h"
 
 namespace {

@@ -7,7 +7,6 @@
 #include "cli/commands.h"
 #include "cli/exit_status.h"
 #include "cli/output.h"
-#include "cli/problems.h"
 #include "cli/recover_options.h"
 #include "cli/recover_steps.h"
 #include "cli/stop_signal.h"

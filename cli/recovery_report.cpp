@@ -5,7 +5,6 @@
 
 #include "cli/json_stream.h"
 #include "cli/output.h"
-#include "cli/problems.h"
 #include "common/format.h"
 #include "common/text.h"
 
