@@ -2,9 +2,11 @@
 // what happens and in which order; each step on a widget is handed over to the main thread.
 
 #include <new>
+#include <optional>
 
 #include "app/progress_dialog.h"
 #include "app/thread.h"
+#include "backup/scan.h"
 #include "common/places.h"
 #include "common/status.h"
 #include "common/stop.h"
@@ -95,28 +97,21 @@ int DRUI::Scan(const char16_t*, int&) {
 }
 
 std::unique_ptr<IPhoneRecoveryParse> DRUI::MakeParser(CIphoneBackupFile& backupFile) {
-  return std::unique_ptr<IPhoneRecoveryParse>(
-      CIphoneRecoveryFactory::getInstance()->CreateRecoveryParse(&backupFile, RECOVERY_TYPE_LOCAL_BACKUP));
+  return MakeLocalParser(backupFile);
 }
 
 int DRUI::RunScan() {
-  m_pRecoveryParse.reset();
-  m_backupFile.Init(&m_curBackupInfo);
-  m_pRecoveryParse = m_makeParser(m_backupFile);
-  if (!m_pRecoveryParse) return kStatusFailed;
-  m_pRecoveryParse->InitCallback(&DRUI::ScanCallBack, this);
-
-  QString qstrDecryptedFolder;
-  if (m_curBackupInfo.bEncrypted) {
-    qstrDecryptedFolder = DecryptBackup();
-    if (m_nDecryptStatus != kStatusOk) return kStatusOk;
-  }
-  const int nStatus = m_pRecoveryParse->Scan(qstrDecryptedFolder);
-  if (nStatus == kStatusWrongPassword) return nStatus;
-  if (nStatus == kStatusFailed || nStatus == kStatusStopWalk) return kStatusStopWalk;
-  return WalkCategories(*m_pRecoveryParse, m_records, [this](const Category& category) {
-    m_handOver.Run([&] { ShowCategory(category); });
-  });
+  ScanSteps steps;
+  steps.makeParser = m_makeParser;
+  steps.pfnProgress = &DRUI::ScanCallBack;
+  steps.pProgressContext = this;
+  steps.decrypt = [this]() -> std::optional<QString> {
+    const QString qstrFolder = DecryptBackup();
+    if (m_nDecryptStatus != kStatusOk) return std::nullopt;
+    return qstrFolder;
+  };
+  steps.afterCategory = [this](const Category& category) { m_handOver.Run([&] { ShowCategory(category); }); };
+  return ScanBackup(m_curBackupInfo, m_backupFile, m_pRecoveryParse, m_records, steps);
 }
 
 void DRUI::ShowCategory(const Category& category) {

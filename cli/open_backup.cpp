@@ -5,10 +5,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 
 #include "backup/discovery.h"
-#include "backup/categories.h"
+#include "backup/scan.h"
 #include "cli/exit_status.h"
 #include "cli/output.h"
 #include "cli/stop_signal.h"
@@ -119,21 +120,24 @@ int ReadBackup(const BackupOptions& options, ProgressBar& bar, OpenBackup& backu
   if (const Problem problem = ReadBackupInfo(ToNarrow(options.qstrBackup), info))
     return NotABackup(options.qstrBackup, problem);
   CompleteEncryption(info);
-  QString qstrDecryptedFolder;
-  if (info.bEncrypted) {
-    if (const int nStatus = backup.decryptRun.Run(options, bar)) return nStatus;
-    qstrDecryptedFolder = backup.decryptRun.Folder();
-  }
-  WarnOfOddities(info);
 
-  backup.session.Init(&info);
-  const std::unique_ptr<IPhoneRecoveryParse> pParser(
-      CIphoneRecoveryFactory::getInstance()->CreateRecoveryParse(&backup.session,
-                                                                 RECOVERY_TYPE_LOCAL_BACKUP));
-  pParser->InitCallback(&ProgressBar::Report, &bar);
-  backup.nManifestStatus = pParser->Scan(qstrDecryptedFolder);
-  NameFailures(backup);
-  WalkCategories(*pParser, backup.records, {});
+  int nDecryptStatus = kExitDone;
+  ScanSteps steps;
+  steps.pfnProgress = &ProgressBar::Report;
+  steps.pProgressContext = &bar;
+  steps.decrypt = [&]() -> std::optional<QString> {
+    nDecryptStatus = backup.decryptRun.Run(options, bar);
+    if (nDecryptStatus != kExitDone) return std::nullopt;
+    return backup.decryptRun.Folder();
+  };
+  steps.beforeManifest = [&] { WarnOfOddities(info); };
+  steps.afterManifest = [&](int nStatus) {
+    backup.nManifestStatus = nStatus;
+    NameFailures(backup);
+  };
+  std::unique_ptr<IPhoneRecoveryParse> pParser;
+  ScanBackup(info, backup.session, pParser, backup.records, steps);
+  if (nDecryptStatus != kExitDone) return nDecryptStatus;
   bar.Clear();
   return StopSignal() != 0 ? Interrupted() : kExitDone;
 }
