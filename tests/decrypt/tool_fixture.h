@@ -1,0 +1,33 @@
+#pragma once
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/decrypt/encrypted_backup.h"
+#include "tests/support.h"
+
+/// A function, since the ages are made at the start of the program, in no known order.
+inline const BackupAge& Ios10() {
+  return kBackupAges[1];
+}
+
+/// A folder for an encrypted backup and one for what the tool writes.
+class DecryptTool : public testing::Test {
+ protected:
+  void SetUp() override { m_folder.MakeFolder("out"); }
+  std::string Backup() const { return m_folder.Path("backup"); }
+  std::string Out() const { return m_folder.Path("out"); }
+  ToolResult Decrypt() const { return RunTool({Backup(), Out(), kPassword}); }
+  ToolResult Check(const std::string& strPassword) const {
+    return RunTool({Backup(), Out(), strPassword, "CheckPasswd"});
+  }
+
+  /// Expects all files of a backup but some.
+  void ExpectFiles(const KnownBackup& known, const std::vector<std::string>& without = {}) const;
+
+  TemporaryFolder m_folder;
+};
+
+/// The same for each age of backups.
+class DecryptToolOfAge : public DecryptTool, public testing::WithParamInterface<BackupAge> {};
