@@ -6,7 +6,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # What every build needs, then what only tests, benchmarks and fuzz targets need.
 debian_build="g++ cmake ninja-build qt6-base-dev libqt6sql6-sqlite qt6-webengine-dev libgl-dev libssl-dev libsqlite3-dev libplist-dev pkg-config fonts-crosextra-carlito"
 debian_screens="xvfb"
-debian_test="libgtest-dev libgmock-dev chromium nodejs openssl python3 xvfb xdotool imagemagick"
+debian_test="libgtest-dev libgmock-dev chromium nodejs openssl python3 python3-jsonschema xvfb xdotool imagemagick"
 debian_format="clang-format"
 debian_bench="libbenchmark-dev libssl-dev libsqlite3-dev time"
 debian_fuzz="clang libclang-rt-14-dev"
