@@ -5,7 +5,9 @@
 #include <QLocale>
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstring>
+#include <iterator>
 
 #include "common/file.h"
 #include "common/problem.h"
@@ -74,7 +76,11 @@ bool IsValidUtf8(const unsigned char* p, size_t nSize) {
   for (size_t i = 0; i < nSize;) {
     const unsigned char n = p[i];
     if (n < 0x80) {
-      ++i;
+      uint64_t nEight = 0;
+      for (++i; i + sizeof nEight <= nSize; i += sizeof nEight) {
+        memcpy(&nEight, p + i, sizeof nEight);
+        if (nEight & 0x8080808080808080) break;
+      }
       continue;
     }
     const size_t nMore = n >= 0xC2 && n <= 0xDF   ? 1
@@ -232,6 +238,15 @@ QString StoreQuery::Text(int nColumn) const {
     default:
       return QString();
   }
+}
+
+int StoreQuery::TextSize(int nColumn) const {
+  if (m_bEnded || !m_pStatement || sqlite3_column_type(m_pStatement, nColumn) != SQLITE_INTEGER)
+    return static_cast<int>(Text(nColumn).size());
+  char szDigits[24];
+  const char* pEnd =
+      std::to_chars(szDigits, std::end(szDigits), sqlite3_column_int64(m_pStatement, nColumn)).ptr;
+  return static_cast<int>(pEnd - szDigits);
 }
 
 std::string StoreQuery::Narrow(int nColumn) const {

@@ -37,6 +37,8 @@ class StoreQuery {
   QString Text(int nColumn) const;
   /// The same as narrow text.
   std::string Narrow(int nColumn) const;
+  /// Length of that text in UTF-16 units.
+  int TextSize(int nColumn) const;
   /// Column of the current row as a whole number: a text as far as all of it is one, a real number rounded,
   /// the low 32 bits of a larger one; 0 for anything else.
   int Integer(int nColumn) const;

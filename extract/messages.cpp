@@ -3,7 +3,8 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <numeric>
+#include <iterator>
+#include <unordered_map>
 
 #include "common/file.h"
 #include "common/status.h"
@@ -43,15 +44,35 @@ __MESSAGE_INFO__ ReadMessage(const StoreQuery& query) {
   message.nRowId = query.Integer(kRowId);
   message.nHandleId = static_cast<uint32_t>(query.Integer(kHandleId));
   message.strSender = query.Narrow(kSender);
-  const bool bSeconds = query.Text(kRawDate).size() < kNanosecondDigits;
+  const bool bSeconds = query.TextSize(kRawDate) < kNanosecondDigits;
   message.strDate = query.Narrow(bSeconds ? kDateInSeconds : kDate);
   return message;
 }
 
+/// Where a message is, and what it is sorted by.
 struct Place {
-  uint64_t nDate;
-  uint32_t nMessage;
+  uint64_t nDate = 0;  ///< see DateNumber
+  uint32_t nConversation = 0;
+  uint32_t nMessage = 0;
 };
+
+/// Brings records into another order without a second list: the one that was at order[i] comes to i.
+/// @param order holds each place once; is used up.
+template <typename Record>
+void Reorder(std::vector<Record>& records, std::vector<uint32_t>& order) {
+  for (uint32_t nFirst = 0; nFirst < order.size(); ++nFirst) {
+    if (order[nFirst] == nFirst) continue;
+    Record first = std::move(records[nFirst]);
+    uint32_t nTo = nFirst;
+    for (uint32_t nFrom = order[nTo]; nFrom != nFirst; nFrom = order[nTo]) {
+      records[nTo] = std::move(records[nFrom]);
+      order[nTo] = nTo;
+      nTo = nFrom;
+    }
+    records[nTo] = std::move(first);
+    order[nTo] = nTo;
+  }
+}
 
 /// The digits of a date in the form that the store's datetime gives, as one number in the same order.
 /// @return false for a text of another form.
@@ -67,25 +88,94 @@ bool DateNumber(const std::string& strDate, uint64_t& nNumber) {
   return true;
 }
 
-/// The places of the messages, newest first. Sorting places instead of messages moves each message only once,
-/// and numbers are compared faster than a million texts that lie all over the memory.
-std::vector<uint32_t> NewestFirst(const std::vector<__MESSAGE_INFO__>& messages) {
-  std::vector<uint32_t> order(messages.size());
-  std::iota(order.begin(), order.end(), 0);
-  std::vector<Place> places(messages.size());
-  for (uint32_t i = 0; i < places.size(); ++i) {
-    places[i].nMessage = i;
-    if (DateNumber(messages[i].strDate, places[i].nDate)) continue;
-    std::sort(order.begin(), order.end(), [&](uint32_t nFirst, uint32_t nSecond) {
-      return VectorCmp(messages[nFirst], messages[nSecond]);
-    });
-    return order;
+/// Messages on their way from the store to the map: in their conversations from the start, so that none is in
+/// the memory twice.
+class FoundMessages {
+ public:
+  void Add(__MESSAGE_INFO__&& message) {
+    const auto nNew = static_cast<uint32_t>(m_conversations.size());
+    const auto [it, bNew] = m_numbers.try_emplace(message.nHandleId, nNew);
+    if (bNew) m_conversations.push_back({message.nHandleId, {}});
+    std::vector<__MESSAGE_INFO__>& messages = m_conversations[it->second].messages;
+    Place place{0, it->second, static_cast<uint32_t>(messages.size())};
+    m_bDateNumbers = m_bDateNumbers && DateNumber(message.strDate, place.nDate);
+    messages.push_back(std::move(message));
+    m_places.push_back(place);
   }
-  std::sort(places.begin(), places.end(),
-            [](const Place& first, const Place& second) { return first.nDate > second.nDate; });
-  std::transform(places.begin(), places.end(), order.begin(),
-                 [](const Place& place) { return place.nMessage; });
-  return order;
+
+  void MatchNames(NameMatcher& matcher) {
+    for (Conversation& conversation : m_conversations) {
+      const std::string* pSender = nullptr;  // of the message before, and its name
+      const std::string* pName = nullptr;
+      for (__MESSAGE_INFO__& message : conversation.messages) {
+        if (!pSender || *pSender != message.strSender) pName = &matcher.NameOf(message.strSender);
+        pSender = &message.strSender;
+        message.strContactName = *pName;
+      }
+    }
+  }
+
+  /// Moves the messages to the ends of their conversations in the map, newest first.
+  void MoveTo(MessageMap& map) {
+    SortPlaces();
+    std::vector<std::vector<uint32_t>> orders(m_conversations.size());
+    for (const Place& place : m_places) orders[place.nConversation].push_back(place.nMessage);
+    for (size_t i = 0; i < m_conversations.size(); ++i) {
+      std::vector<__MESSAGE_INFO__>& messages = m_conversations[i].messages;
+      std::vector<__MESSAGE_INFO__>& target = map[m_conversations[i].nHandleId];
+      Reorder(messages, orders[i]);
+      if (target.empty())
+        target = std::move(messages);
+      else
+        std::move(messages.begin(), messages.end(), std::back_inserter(target));
+    }
+  }
+
+ private:
+  struct Conversation {
+    uint32_t nHandleId = 0;
+    std::vector<__MESSAGE_INFO__> messages;  // in the order of the store
+  };
+
+  const __MESSAGE_INFO__& At(const Place& place) const {
+    return m_conversations[place.nConversation].messages[place.nMessage];
+  }
+
+  /// Brings the places into the order of the messages. Sorting places instead of messages moves each message
+  /// only once, and numbers are compared faster than a million texts that lie all over the memory.
+  void SortPlaces() {
+    const auto isNewer = [](const Place& a, const Place& b) { return a.nDate > b.nDate; };
+    const auto isNotOlder = [](const Place& a, const Place& b) { return a.nDate >= b.nDate; };
+    if (!m_bDateNumbers)
+      std::sort(m_places.begin(), m_places.end(),
+                [this](const Place& a, const Place& b) { return VectorCmp(At(a), At(b)); });
+    else if (std::adjacent_find(m_places.begin(), m_places.end(), isNotOlder) == m_places.end())
+      std::reverse(m_places.begin(), m_places.end());  // each is newer than the one before
+    else
+      std::sort(m_places.begin(), m_places.end(), isNewer);
+  }
+
+  std::vector<Place> m_places;  // of all messages, in the order of the store
+  std::vector<Conversation> m_conversations;
+  std::unordered_map<uint32_t, uint32_t> m_numbers;  // of the conversations, by handle
+  bool m_bDateNumbers = true;                        // all dates could be read as numbers
+};
+
+void ReadMessages(const std::string& strPath, FoundMessages& found, uint64_t& nMaxId) {
+  StoreQuery query(strPath, kMessages);
+  while (query.Next()) {
+    __MESSAGE_INFO__ message = ReadMessage(query);
+    // Dropped messages count here too; a negative number counts as a very large one.
+    nMaxId = std::max(nMaxId, static_cast<uint64_t>(static_cast<int64_t>(message.nRowId)));
+    if (!message.strText.empty()) found.Add(std::move(message));
+  }
+}
+
+void MatchNames(const std::string& strContactsPath, const char* pszStatement, FoundMessages& found) {
+  StoreQuery query(strContactsPath, pszStatement);
+  const std::vector<__PERSON_CONTENT__> people = ReadPhoneOwners(query);
+  NameMatcher matcher(people, kShortestNamedSender);
+  found.MatchNames(matcher);
 }
 
 }  // namespace
@@ -109,37 +199,14 @@ int CIPhoneMessage::Report(int nShare) {
 int CIPhoneMessage::GetSMSInfo(const std::string& strMessagePath, const std::string& strContactsPath,
                                MessageMap& messages, uint64_t& nMaxId) {
   nMaxId = 0;
-  std::vector<__MESSAGE_INFO__> found = ReadMessages(strMessagePath, nMaxId);
+  FoundMessages found;
+  ReadMessages(strMessagePath, found, nMaxId);
   if (Report(m_nProgressSpan / 5) == 0) {
-    MatchNames(strContactsPath, found);
-    for (uint32_t nPlace : NewestFirst(found)) {
-      __MESSAGE_INFO__& message = found[nPlace];
-      messages[message.nHandleId].push_back(std::move(message));
-    }
+    MatchNames(strContactsPath, bNewContactsLayout ? kNewPhoneOwners : kOldPhoneOwners, found);
+    found.MoveTo(messages);
     Report(m_nProgressSpan / 4);
   }
   return Report(m_nProgressSpan);  // the last answer is the result, also when the first one ended the reading
-}
-
-std::vector<__MESSAGE_INFO__> CIPhoneMessage::ReadMessages(const std::string& strPath,
-                                                           uint64_t& nMaxId) const {
-  std::vector<__MESSAGE_INFO__> messages;
-  StoreQuery query(strPath, kMessages);
-  while (query.Next()) {
-    __MESSAGE_INFO__ message = ReadMessage(query);
-    // Dropped messages count here too; a negative number counts as a very large one.
-    nMaxId = std::max(nMaxId, static_cast<uint64_t>(static_cast<int64_t>(message.nRowId)));
-    if (!message.strText.empty()) messages.push_back(std::move(message));
-  }
-  return messages;
-}
-
-void CIPhoneMessage::MatchNames(const std::string& strContactsPath,
-                                std::vector<__MESSAGE_INFO__>& messages) const {
-  StoreQuery query(strContactsPath, bNewContactsLayout ? kNewPhoneOwners : kOldPhoneOwners);
-  const std::vector<__PERSON_CONTENT__> people = ReadPhoneOwners(query);
-  NameMatcher matcher(people, kShortestNamedSender);
-  for (__MESSAGE_INFO__& message : messages) message.strContactName = matcher.NameOf(message.strSender);
 }
 
 int CIPhoneMessage::SaveSMSCsvFile(const std::string& strSource, const std::string& strDestination,

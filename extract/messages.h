@@ -50,8 +50,6 @@ class CIPhoneMessage {
  private:
   /// Reports the base and a share of the span. @return the callback's answer, 0 without one.
   int Report(int nShare);
-  std::vector<__MESSAGE_INFO__> ReadMessages(const std::string& strPath, uint64_t& nMaxId) const;
-  void MatchNames(const std::string& strContactsPath, std::vector<__MESSAGE_INFO__>& messages) const;
 
   ProgressCallback m_pfnCallback = nullptr;
   void* m_pCallbackContext = nullptr;
