@@ -15,6 +15,14 @@
 #include <unordered_set>
 #include <vector>
 
+#ifdef __linux__
+#include <sys/syscall.h>
+#endif
+#ifdef SYS_openat2
+#include <linux/openat2.h>
+#endif
+
+#include "common/backup_folder.h"
 #include "common/new_file.h"
 #include "common/status.h"
 #include "common/text.h"
@@ -60,6 +68,19 @@ int OpenInFolder(const std::string& strFolder, const char* pszName) {
   return nDescriptor;
 }
 
+/// An opened regular file. @param nDescriptor -1 with errno set where the opening failed.
+Result<OpenedFile> RegularFile(int nDescriptor, const std::string& strPath) {
+  Descriptor file(nDescriptor);
+  struct stat info;
+  int nError = 0;
+  if (nDescriptor == -1 || fstat(nDescriptor, &info) != 0)
+    nError = errno;
+  else if (!S_ISREG(info.st_mode))
+    nError = S_ISDIR(info.st_mode) ? EISDIR : ENXIO;
+  if (nError != 0) return SystemProblem(Problem::Step::Open, strPath, nError);
+  return OpenedFile{std::move(file), info.st_size};
+}
+
 std::shared_mutex g_rootsMutex;
 std::unordered_set<std::string> g_shardedRoots;
 
@@ -85,16 +106,34 @@ void DeclareSharded(const std::string& strRoot) {
 
 Result<OpenedFile> OpenBackupFile(const std::string& strPath) {
   const size_t nFolder = ShardFolderLength(strPath);
-  Descriptor file(nFolder != 0 ? OpenInFolder(strPath.substr(0, nFolder), strPath.c_str() + nFolder + 1)
-                               : OpenNoFollow(AT_FDCWD, strPath.c_str(), kReadFlags));
-  struct stat info;
-  int nError = 0;
-  if (file.Get() == -1 || fstat(file.Get(), &info) != 0)
-    nError = errno;
-  else if (!S_ISREG(info.st_mode))
-    nError = S_ISDIR(info.st_mode) ? EISDIR : ENXIO;
-  if (nError != 0) return SystemProblem(Problem::Step::Open, strPath, nError);
-  return OpenedFile{std::move(file), info.st_size};
+  return RegularFile(nFolder != 0 ? OpenInFolder(strPath.substr(0, nFolder), strPath.c_str() + nFolder + 1)
+                                  : OpenNoFollow(AT_FDCWD, strPath.c_str(), kReadFlags),
+                     strPath);
+}
+
+BackupFolder::BackupFolder(const std::string& strRoot) : m_strPrefix(strRoot + '/') {
+#ifdef SYS_openat2
+  m_nFolder = open(m_strPrefix.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+#endif
+}
+
+BackupFolder::~BackupFolder() {
+  if (m_nFolder != -1) close(m_nFolder);
+}
+
+Result<OpenedFile> BackupFolder::Open(const std::string& strPath) const {
+#ifdef SYS_openat2
+  if (m_nFolder != -1 && strPath.compare(0, m_strPrefix.size(), m_strPrefix) == 0) {
+    open_how how{};
+    how.flags = kReadFlags;
+    how.resolve = RESOLVE_NO_SYMLINKS;
+    const char* pszBelow = strPath.c_str() + m_strPrefix.size();
+    const long nDescriptor = syscall(SYS_openat2, m_nFolder, pszBelow, &how, sizeof how);
+    if (nDescriptor != -1 || errno == ENOENT) return RegularFile(static_cast<int>(nDescriptor), strPath);
+    // Whatever else is wrong, an old system included, gets its number in the usual way.
+  }
+#endif
+  return OpenBackupFile(strPath);
 }
 
 std::string ResolvedBackupPath(const std::string& strPath) {

@@ -9,9 +9,27 @@ struct BackupLayout {
   bool bHasManifestDb =
       false;  ///< a backup with "Manifest.db", which spreads its files over two-character folders
 
+  /// Whether the files lie in folders named after the first two characters of their identifiers.
+  bool IsSharded() const { return !bEncrypted && bHasManifestDb; }
+
   /// Path of the file with an identifier. It need not exist. Empty for an identifier that can't be
   /// a file name: ".", "..", or one with a "/" or a zero character.
   QString PathOf(const std::string& strFileId) const;
+};
+
+/// Makes the narrow paths of many files of one backup by the same rule, without a conversion for each where
+/// root and identifier are plain ASCII. From any thread.
+class FileLocator {
+ public:
+  explicit FileLocator(const BackupLayout& layout);
+
+  /// @param strPath receives the path, narrow.
+  /// @return whether root and identifier are plain ASCII, so that the path reads the same in every encoding.
+  bool Locate(const std::string& strFileId, std::string& strPath) const;
+
+ private:
+  BackupLayout m_layout;
+  std::string m_strPrefix;  // the root with a "/"; empty when it isn't plain
 };
 
 // Identifiers of the well-known stores.

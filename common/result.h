@@ -15,6 +15,8 @@ class Result {
   /// The value; only where there is one.
   T& operator*() { return std::get<T>(m_content); }
   T* operator->() { return &std::get<T>(m_content); }
+  const T& operator*() const { return std::get<T>(m_content); }
+  const T* operator->() const { return &std::get<T>(m_content); }
   /// The problem; only where there is no value.
   const Problem& Error() const { return std::get<Problem>(m_content); }
 

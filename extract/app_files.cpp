@@ -43,16 +43,19 @@ std::string AppName(const std::string& strName) {
   return strCatalogueName.substr(nHit + kPrefixLength, nEnd - nHit - kPrefixLength);
 }
 
-bool ReadAppFile(CFileTypeJudge& judge, const __MBDB_FILE__& entry, const BackupLayout& layout,
-                 _IPHONE_APP_FILE_INFO_& info) {
-  const QString qstrPath = layout.PathOf(entry.strFileId);
+bool IsAppName(const std::string& strName) {
+  return strName.find(kAppDomain) != std::string::npos;
+}
+
+bool ReadAppFile(CFileTypeJudge& judge, const HeadReader::File& file, const __MBDB_FILE__& entry,
+                 const BackupLayout& layout, _IPHONE_APP_FILE_INFO_& info) {
   std::string strJudged;
-  judge.ParseFileBuf(ToNarrow(qstrPath).c_str(), strJudged);
+  judge.JudgeHead(file.strPath.c_str(), file.head, strJudged);
   if (strJudged.empty()) return false;
   info.strFileName = DisplayName(entry.strFileName, strJudged.c_str());
   info.strAppName = AppName(entry.strFileName);
-  info.wstrFilePath = ToWide(qstrPath);
-  info.uFileSize = FileSize32(info.wstrFilePath);
+  info.wstrFilePath = WidePathOf(file, entry, layout);
+  info.uFileSize = SizeOf(file, info.wstrFilePath);
   return true;
 }
 
@@ -68,9 +71,12 @@ int WalkAppFiles(const Catalogue& catalogue, const BackupLayout& layout, const W
   CFileTypeJudge judge;
   uint32_t nCount = 2;  // runs to twice the total: the bar goes a step too far and falls back at the end
   int nAnswer = 0;
-  for (const __MBDB_FILE__& entry : catalogue) {
+  HeadReader reader(catalogue, layout, IsAppName);
+  for (size_t i = 0; i < catalogue.size(); ++i) {
+    const __MBDB_FILE__& entry = catalogue[i];
+    const HeadReader::File* pFile = reader.FileOf(i);
     _IPHONE_APP_FILE_INFO_ info;
-    if (entry.strFileName.find(kAppDomain) != std::string::npos && ReadAppFile(judge, entry, layout, info)) {
+    if (pFile && ReadAppFile(judge, *pFile, entry, layout, info)) {
       if (entry.strFileName.find(kWhatsAppDomain) == std::string::npos)
         files.push_back(std::move(info));
       else if (info.uFileSize != 0)

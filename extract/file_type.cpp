@@ -31,23 +31,23 @@ const CFileTypeJudge::Row* CFileTypeJudge::FindRow(const void* pData, uint32_t n
 }
 
 int CFileTypeJudge::ParseFileBuf(const char* pszPath, std::string& strOutput) {
-  Result<OpenedFile> file = OpenBackupFile(pszPath);
-  if (!file) {
-    const int nError = file.Error().nCode;
-    if (nError != ENOENT) ReportLoss(file.Error());
+  BackupFileHead head;
+  ReadFileHead(pszPath, head);
+  return JudgeHead(pszPath, head, strOutput);
+}
+
+int CFileTypeJudge::JudgeHead(const char* pszPath, const BackupFileHead& head, std::string& strOutput) {
+  if (const int nError = head.nOpenError) {
+    if (nError != ENOENT) ReportLoss(SystemProblem(Problem::Step::Open, pszPath, nError));
     // Something that is not a file is there: it has no type, and isn't missing.
     return nError == EISDIR || nError == ENXIO || nError == ELOOP ? kStatusShortRead : nError;
   }
-  unsigned char head[kHeadSize];
-  uint32_t nRead = 0;
-  errno = 0;
-  if (ReadData(file->descriptor.Get(), head, kHeadSize, nRead) != kStatusOk) {
-    const int nError = errno;
+  if (!head.bWhole) {
     // A file that merely is too short gets no type; that is the rule, and small thumbnails stay out by it.
-    if (nError != 0) ReportLoss(SystemProblem(Problem::Step::Read, pszPath, nError));
+    if (head.nReadError != 0) ReportLoss(SystemProblem(Problem::Step::Read, pszPath, head.nReadError));
     return kStatusShortRead;
   }
-  if (const Row* pRow = FindRow(head, kHeadSize))
+  if (const Row* pRow = FindRow(head.bytes.data(), BackupFileHead::kSize))
     strOutput = std::to_string(m_nFileCounter++) + "." + pRow->pszExtension;
   return kStatusOk;
 }

@@ -4,12 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "extract/file_head.h"
+
 /// Tells what a file is from its first 512 bytes. Not shared between threads: an object numbers the files
 /// that it has named.
 class CFileTypeJudge {
  public:
   static constexpr int kUnknown = 48;  ///< the type number of what no test accepts
-  static constexpr uint32_t kHeadSize = 512;
+  static constexpr uint32_t kHeadSize = BackupFileHead::kSize;
 
   /// @param strPath   narrow path.
   /// @param strOutput receives a number, "." and the extension, "0.jpg" first; left alone when the type is
@@ -18,6 +20,9 @@ class CFileTypeJudge {
   /// than 512
   ///         bytes.
   int ParseFileBuf(const char* pszPath, std::string& strOutput);
+
+  /// The same for a file whose head has been read. What kept it from being read is reported here.
+  int JudgeHead(const char* pszPath, const BackupFileHead& head, std::string& strOutput);
 
   /// The same over a head in memory, for real wide text. @return 0.
   int ParseFileBuf(const void* pData, uint32_t nLength, std::wstring& wstrOutput);

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <algorithm>
+#include <cerrno>
 
 #include "common/file.h"
 #include "common/status.h"
@@ -25,25 +26,38 @@ bool Contains(const std::string& strText, const char* pszPart) {
 enum class Verdict { Missing, Unknown, Known };
 
 /// @param strJudged receives the judge's text for a known type.
-Verdict JudgeFile(CFileTypeJudge& judge, const QString& qstrPath, std::string& strJudged) {
+Verdict JudgeFile(CFileTypeJudge& judge, const HeadReader::File& file, std::string& strJudged) {
   strJudged.clear();
-  const int nStatus = judge.ParseFileBuf(ToNarrow(qstrPath).c_str(), strJudged);
+  const int nStatus = judge.JudgeHead(file.strPath.c_str(), file.head, strJudged);
   if (!strJudged.empty()) return Verdict::Known;
+  if (nStatus == ENOENT) return Verdict::Missing;
   // Only a file that can't be opened may be missing, so that the others need no test of their own.
   const bool bOpened = nStatus == kStatusOk || nStatus == kStatusShortRead;
-  return bOpened || QFile::exists(qstrPath) ? Verdict::Unknown : Verdict::Missing;
+  return bOpened || QFile::exists(FromNarrow(file.strPath)) ? Verdict::Unknown : Verdict::Missing;
 }
 
-/// Goes over the catalogue and calls visit for each entry. An entry for which it answers false isn't counted.
+bool IsCameraName(const std::string& strName) {
+  return Contains(strName, kCameraRoll) || Contains(strName, kPhotoStream);
+}
+
+bool IsAttachmentName(const std::string& strName) {
+  return Contains(strName, kAttachments);
+}
+
+/// Goes over the catalogue and calls visit for each entry whose file is wanted. One for which it answers
+/// false isn't counted; all others are.
 /// @param nFactor how many steps the walk covers.
 /// @return the callback's last answer; other than 0 when it ended the walk.
 template <typename Visit>
-int WalkCatalogue(const Catalogue& catalogue, const WalkProgress& progress, uint32_t nFactor, Visit visit) {
+int WalkCatalogue(const Catalogue& catalogue, const BackupLayout& layout, HeadReader::IsWanted pfnIsWanted,
+                  const WalkProgress& progress, uint32_t nFactor, Visit visit) {
   const auto nTotal = static_cast<uint32_t>(catalogue.size());
+  HeadReader reader(catalogue, layout, pfnIsWanted);
   uint32_t nCount = 0;
   int nAnswer = 0;
-  for (const __MBDB_FILE__& entry : catalogue) {
-    if (!visit(entry)) continue;
+  for (size_t i = 0; i < catalogue.size(); ++i) {
+    const HeadReader::File* pFile = reader.FileOf(i);
+    if (pFile && !visit(catalogue[i], *pFile)) continue;
     ++nCount;
     if (!progress.pfnCallback) continue;
     const uint32_t nDone = static_cast<uint32_t>(progress.nStep) * nCount * nFactor / nTotal;
@@ -83,6 +97,16 @@ std::string DisplayName(const std::string& strCatalogueName, const char* pszJudg
   return strName + (nDot == -1 ? ".JPG" : ToNarrow(qstrJudged.mid(nDot).toUpper()));
 }
 
+std::u16string WidePathOf(const HeadReader::File& file, const __MBDB_FILE__& entry,
+                          const BackupLayout& layout) {
+  if (file.bPlain) return {file.strPath.begin(), file.strPath.end()};
+  return ToWide(layout.PathOf(entry.strFileId));
+}
+
+uint32_t SizeOf(const HeadReader::File& file, const std::u16string& wstrPath) {
+  return file.bPlain ? static_cast<uint32_t>(file.head.nFileSize) : FileSize32(wstrPath);
+}
+
 uint32_t FileSize32(const std::u16string& wstrPath) {
   long long nSize = 0;
   GetFileByteSize(wstrPath.c_str(), nSize);
@@ -95,20 +119,18 @@ int WalkCameraFiles(const Catalogue& catalogue, const BackupLayout& layout, cons
   static constexpr uint32_t kSteps = 2;
   CFileTypeJudge judge;
   std::string strJudged;
-  const int nAnswer = WalkCatalogue(catalogue, progress, kSteps, [&](const __MBDB_FILE__& entry) {
-    const bool bCamera = Contains(entry.strFileName, kCameraRoll);
-    if (!bCamera && !Contains(entry.strFileName, kPhotoStream)) return true;
-    const QString qstrPath = layout.PathOf(entry.strFileId);
-    const Verdict verdict = JudgeFile(judge, qstrPath, strJudged);
+  const auto visit = [&](const __MBDB_FILE__& entry, const HeadReader::File& file) {
+    const Verdict verdict = JudgeFile(judge, file, strJudged);
     if (verdict == Verdict::Missing) return false;  // not counted, so that the bar may end short of its mark
     if (verdict == Verdict::Unknown) return true;
     _IPHONE_CAMERA_INFO_ info;
     info.strFileName = DeviceFileName(entry.strFileName);
-    info.wstrFilePath = ToWide(qstrPath);
-    info.uFileSize = FileSize32(info.wstrFilePath);
-    (bCamera ? camera : photoStream).push_back(std::move(info));
+    info.wstrFilePath = WidePathOf(file, entry, layout);
+    info.uFileSize = SizeOf(file, info.wstrFilePath);
+    (Contains(entry.strFileName, kCameraRoll) ? camera : photoStream).push_back(std::move(info));
     return true;
-  });
+  };
+  const int nAnswer = WalkCatalogue(catalogue, layout, IsCameraName, progress, kSteps, visit);
   // The photo stream keeps the order of the catalogue; only the camera roll is in the order of names.
   SortRecords(camera, CamVectorCmp);
   return nAnswer;
@@ -118,19 +140,18 @@ int WalkMsgAttachments(const Catalogue& catalogue, const BackupLayout& layout, c
                        std::vector<_IPHONE_ATTACHMENTS_>& attachments) {
   CFileTypeJudge judge;
   std::string strJudged;
-  const int nAnswer = WalkCatalogue(catalogue, progress, 1, [&](const __MBDB_FILE__& entry) {
-    if (!Contains(entry.strFileName, kAttachments)) return true;
-    const QString qstrPath = layout.PathOf(entry.strFileId);
-    const Verdict verdict = JudgeFile(judge, qstrPath, strJudged);
+  const auto visit = [&](const __MBDB_FILE__& entry, const HeadReader::File& file) {
+    const Verdict verdict = JudgeFile(judge, file, strJudged);
     if (verdict == Verdict::Missing) return false;
     if (verdict == Verdict::Unknown) return true;
     _IPHONE_ATTACHMENTS_ info;
     info.strFileName = DisplayName(entry.strFileName, strJudged.c_str());
-    info.wstrFilePath = ToWide(qstrPath);
-    info.uFileSize = FileSize32(info.wstrFilePath);
+    info.wstrFilePath = WidePathOf(file, entry, layout);
+    info.uFileSize = SizeOf(file, info.wstrFilePath);
     if (info.uFileSize != 0) attachments.push_back(std::move(info));
     return true;
-  });
+  };
+  const int nAnswer = WalkCatalogue(catalogue, layout, IsAttachmentName, progress, 1, visit);
   SortRecords(attachments, AttVectorCmp);
   return nAnswer;
 }

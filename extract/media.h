@@ -5,8 +5,7 @@
 #include <vector>
 
 #include "common/callback.h"
-#include "common/catalogue.h"
-#include "common/layout.h"
+#include "extract/head_reader.h"
 
 // Media files of a backup. Sizes are those on disk, cut to 32 bits; names narrow, paths UTF-16.
 
@@ -59,6 +58,14 @@ std::string DeviceFileName(const std::string& strCatalogueName);
 /// A device file name with its extension replaced by the judge's, in upper case.
 /// @param pszJudged the text of CFileTypeJudge::ParseFileBuf.
 std::string DisplayName(const std::string& strCatalogueName, const char* pszJudged);
+
+/// Path of a file that a walk has read.
+std::u16string WidePathOf(const HeadReader::File& file, const __MBDB_FILE__& entry,
+                          const BackupLayout& layout);
+
+/// Size of a file that a walk could open, in the low 32 bits. That of a path that isn't plain ASCII is asked
+/// for under its Latin-1 form, as FileSize32 does. @param wstrPath of WidePathOf.
+uint32_t SizeOf(const HeadReader::File& file, const std::u16string& wstrPath);
 
 /// Size of a file in the low 32 bits, 0 when it can't be read.
 uint32_t FileSize32(const std::u16string& wstrPath);
