@@ -48,7 +48,7 @@ void PlainMediaLoop(benchmark::State& state) {
     benchmark::DoNotOptimize(nBytes);
   }
 }
-BENCHMARK(PlainMediaLoop)->Unit(benchmark::kMillisecond);
+BENCHMARK(PlainMediaLoop)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 
 int Count(void* pCalls, int) {
   ++*static_cast<long*>(pCalls);
@@ -64,6 +64,6 @@ void WalkMedia(benchmark::State& state) {
     if (camera.size() != static_cast<size_t>(kMediaFiles)) state.SkipWithError("files are missing");
   }
 }
-BENCHMARK(WalkMedia)->Unit(benchmark::kMillisecond);
+BENCHMARK(WalkMedia)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
