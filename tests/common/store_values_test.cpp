@@ -1,6 +1,5 @@
-// What each storage class of SQLite comes out as, by each way of asking. The expectations are what the
-// toolkit's SQL module gave, which the engine used to read by: what people recover must not depend on the
-// means.
+// What each storage class of SQLite comes out as, by each way of asking. The expectations are those of the SQL
+// module of Qt 5.15: what people recover must not depend on the means by which a store is read.
 #include <gtest/gtest.h>
 
 #include <QSqlDatabase>
@@ -19,6 +18,7 @@ struct Value {
   const char* pszSql;  ///< an expression
   std::string strText;
   int nInteger;
+  bool bOtherInQt6 = false;  ///< the module of Qt 6 rounds halves away from zero, and reads blobs to their end
 };
 
 void PrintTo(const Value& value, std::ostream* pStream) {
@@ -38,7 +38,7 @@ const Value kValues[] = {
     {"LargestInteger64", "9223372036854775807", "9223372036854775807", -1},
     {"SmallestInteger64", "-9223372036854775807 - 1", "-9223372036854775808", 0},
     {"Real", "2.5", "2.5", 3},
-    {"NegativeReal", "-2.5", "-2.5", -2},
+    {"NegativeReal", "-2.5", "-2.5", -2, true},
     {"RealBelowAHalf", "0.49", "0.49", 0},
     {"WholeReal", "3.0", "3", 3},
     {"LongReal", "0.1 + 0.2", "0.30000000000000004", 0},
@@ -72,8 +72,8 @@ const Value kValues[] = {
     {"Blob", "x'414243'", "ABC", 0},
     {"NumberInABlob", "x'3431'", "41", 41},
     {"EmptyBlob", "x''", "", 0},
-    {"BlobWithAZero", "x'410042'", "A", 0},
-    {"NumberInABlobWithAZero", "x'34310032'", "41", 41},
+    {"BlobWithAZero", "x'410042'", "A", 0, true},
+    {"NumberInABlobWithAZero", "x'34310032'", "41", 41, true},
     {"BlobBeyondAscii", "x'C3BC'", "\xC3\xBC", 0},
     {"BlobThatIsNotUtf8", "x'41FF42'", "A" + kReplacement + "B", 0},
 };
@@ -129,6 +129,10 @@ TEST_P(StoreValue, IsWhatTheToolkitsModuleGives) {
       nInteger = reference.value(0).toInt();
     }
     QSqlDatabase::removeDatabase("reference");
+    if (GetParam().bOtherInQt6) {
+      qstrText = FromNarrow(GetParam().strText);
+      nInteger = GetParam().nInteger;
+    }
     StoreQuery query(strPath, "select x from t");
 
     ASSERT_TRUE(query.Next());
