@@ -1,5 +1,5 @@
 # Sourced by ./run, ./test and ./bench: makes sure that what the project is built with is there.
-# On Debian missing packages are installed; on macOS the ports to install are named.
+# On Debian missing packages are installed; on macOS the Homebrew formulas to install are named.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
@@ -10,12 +10,12 @@ debian_test="libgtest-dev libgmock-dev chromium nodejs openssl python3 python3-j
 debian_format="clang-format"
 debian_bench="libbenchmark-dev libssl-dev libsqlite3-dev time"
 debian_fuzz="clang libclang-rt-14-dev"
-ports_build="cmake ninja qt5-qtbase qt5-sqlite-plugin qt5-qtwebkit openssl3 sqlite3 libplist pkgconfig libiconv"
-ports_screens="xorg-server"
-ports_test="gtest nodejs18 openssl3"
-ports_format="clang-16"
-ports_bench="google-benchmark openssl3 sqlite3"
-ports_fuzz="clang-16"
+brew_build="cmake ninja qt openssl@3 sqlite libplist pkgconf libiconv"
+brew_screens="xorg-server"
+brew_test="googletest node openssl@3 python"
+brew_format="clang-format"
+brew_bench="google-benchmark openssl@3 sqlite"
+brew_fuzz="llvm"
 
 fail() {
   echo "orvandel: $*" >&2
@@ -60,24 +60,28 @@ setup_debian() {
 }
 
 setup_macos() {
-  command -v port >/dev/null || fail "MacPorts is missing; with it, install: $*"
-  local missing="" port
-  for port in "$@"; do
-    port -q installed "$port" 2>/dev/null | grep -q active || missing="$missing $port"
+  command -v brew >/dev/null || fail "Homebrew is missing; with it, install: $*"
+  local missing="" formula prefixes=""
+  for formula in "$@"; do
+    brew list --formula "$formula" >/dev/null 2>&1 || missing="$missing $formula"
   done
-  [ -z "$missing" ] || fail "missing ports; please run: sudo port install$missing"
-  export CMAKE_PREFIX_PATH="/opt/local/libexec/qt5:/opt/local${CMAKE_PREFIX_PATH:+:$CMAKE_PREFIX_PATH}"
+  [ -z "$missing" ] || fail "missing formulas; please run: brew install$missing"
+  # Some of them aren't linked into Homebrew's own folder.
+  for formula in qt openssl@3 sqlite libiconv; do
+    prefixes="$prefixes$(brew --prefix "$formula"):"
+  done
+  export CMAKE_PREFIX_PATH="$prefixes$(brew --prefix)${CMAKE_PREFIX_PATH:+:$CMAKE_PREFIX_PATH}"
 }
 
 # setup KIND...: KIND is build, test, format, screens, bench or fuzz.
 setup() {
-  local kind debian="" ports="" name
+  local kind debian="" formulas="" name
   for kind in "$@"; do
     name=debian_$kind; debian="$debian ${!name}"
-    name=ports_$kind; ports="$ports ${!name}"
+    name=brew_$kind; formulas="$formulas ${!name}"
   done
   case "$(uname -s)" in
-    Darwin) setup_macos $ports ;;
+    Darwin) setup_macos $formulas ;;
     *)
       if command -v dpkg-query >/dev/null; then
         setup_debian $debian
