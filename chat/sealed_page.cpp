@@ -26,17 +26,27 @@ SealedPage::SealedPage(QWebEngineProfile* pProfile, QObject* pParent)
     : QWebEnginePage(pProfile, pParent), m_pRequests(new RefuseRequests(this)) {
   setUrlRequestInterceptor(m_pRequests);
   for (const QWebEngineSettings::WebAttribute attribute :
-       {QWebEngineSettings::JavascriptEnabled, QWebEngineSettings::JavascriptCanOpenWindows,
-        QWebEngineSettings::JavascriptCanAccessClipboard, QWebEngineSettings::JavascriptCanPaste,
-        QWebEngineSettings::LocalStorageEnabled, QWebEngineSettings::LocalContentCanAccessRemoteUrls,
-        QWebEngineSettings::LocalContentCanAccessFileUrls, QWebEngineSettings::AutoLoadImages,
-        QWebEngineSettings::AutoLoadIconsForPage, QWebEngineSettings::HyperlinkAuditingEnabled,
-        QWebEngineSettings::PluginsEnabled, QWebEngineSettings::FullScreenSupportEnabled,
-        QWebEngineSettings::ScreenCaptureEnabled, QWebEngineSettings::WebGLEnabled,
-        QWebEngineSettings::Accelerated2dCanvasEnabled, QWebEngineSettings::AllowRunningInsecureContent,
+       {QWebEngineSettings::JavascriptEnabled,
+        QWebEngineSettings::JavascriptCanOpenWindows,
+        QWebEngineSettings::JavascriptCanAccessClipboard,
+        QWebEngineSettings::JavascriptCanPaste,
+        QWebEngineSettings::LocalStorageEnabled,
+        QWebEngineSettings::LocalContentCanAccessRemoteUrls,
+        QWebEngineSettings::LocalContentCanAccessFileUrls,
+        QWebEngineSettings::AutoLoadImages,
+        QWebEngineSettings::AutoLoadIconsForPage,
+        QWebEngineSettings::HyperlinkAuditingEnabled,
+        QWebEngineSettings::PluginsEnabled,
+        QWebEngineSettings::FullScreenSupportEnabled,
+        QWebEngineSettings::ScreenCaptureEnabled,
+        QWebEngineSettings::WebGLEnabled,
+        QWebEngineSettings::Accelerated2dCanvasEnabled,
+        QWebEngineSettings::AllowRunningInsecureContent,
         QWebEngineSettings::AllowGeolocationOnInsecureOrigins,
-        QWebEngineSettings::AllowWindowActivationFromJavaScript, QWebEngineSettings::DnsPrefetchEnabled,
-        QWebEngineSettings::PdfViewerEnabled, QWebEngineSettings::FocusOnNavigationEnabled,
+        QWebEngineSettings::AllowWindowActivationFromJavaScript,
+        QWebEngineSettings::DnsPrefetchEnabled,
+        QWebEngineSettings::PdfViewerEnabled,
+        QWebEngineSettings::FocusOnNavigationEnabled,
         QWebEngineSettings::NavigateOnDropEnabled})
     settings()->setAttribute(attribute, false);
   settings()->setAttribute(QWebEngineSettings::PlaybackRequiresUserGesture, true);
@@ -65,8 +75,8 @@ void SealedPage::SetContent(const QString& qstrHtml) {
 }
 
 void SealedPage::Run(const QString& qstrScript, std::function<void(const QVariant&)> done) {
-  runJavaScript(qstrScript, QWebEngineScript::ApplicationWorld,
-                done ? std::move(done) : [](const QVariant&) {});
+  runJavaScript(
+      qstrScript, QWebEngineScript::ApplicationWorld, done ? std::move(done) : [](const QVariant&) {});
 }
 
 bool SealedPage::acceptNavigationRequest(const QUrl& url, NavigationType, bool bMainFrame) {
@@ -94,4 +104,5 @@ bool SealedPage::javaScriptPrompt(const QUrl&, const QString&, const QString&, Q
   return false;
 }
 
-void SealedPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int, const QString&) {}
+void SealedPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int,
+                                          const QString&) {}

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// The engine ends the whole process when root starts it with its sandbox on. Only who runs the program may turn the
-/// sandbox off, by the engine's own means.
+/// The engine ends the whole process when root starts it with its sandbox on. Only who runs the program may
+/// turn the sandbox off, by the engine's own means.
 bool CanStart() {
 #ifdef Q_OS_LINUX
   return geteuid() != 0 || qEnvironmentVariableIntValue("QTWEBENGINE_DISABLE_SANDBOX") == 1 ||
@@ -46,7 +46,8 @@ void SealedView::Run(const QString& qstrScript, std::function<void(const QVarian
 }
 
 SealedViewFactory::SealedViewFactory() {
-  // The program has no OpenGL context that could be shared, which the engine's report of its settings relies on.
+  // The program has no OpenGL context that could be shared, which the engine's report of its settings relies
+  // on.
   QLoggingCategory::setFilterRules("qt.webenginecontext*=false");
   QQuickWindow::setSceneGraphBackend("software");
 }

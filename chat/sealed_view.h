@@ -5,7 +5,8 @@
 
 class SealedPage;
 
-/// The engine of a chat view: a browser view with a sealed page, on a profile of its own that is never written.
+/// The engine of a chat view: a browser view with a sealed page, on a profile of its own that is never
+/// written.
 class SealedView : public QWebEngineView, public ChatEngine {
   Q_OBJECT
 

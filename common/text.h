@@ -9,8 +9,9 @@
 // A narrow string is text in the locale's encoding. A wide string carries UTF-16.
 // A conversion to narrow keeps what the encoding can express and puts its replacement for the rest.
 
-/// The encoding of narrow text. The toolkit runs in a UTF-8 locale alone (it changes any other at its start), so
-/// that this is UTF-8 unless a test sets something else. Not thread-safe: set it while no other thread converts.
+/// The encoding of narrow text. The toolkit runs in a UTF-8 locale alone (it changes any other at its start),
+/// so that this is UTF-8 unless a test sets something else. Not thread-safe: set it while no other thread
+/// converts.
 QStringConverter::Encoding NarrowEncoding();
 void SetNarrowEncoding(QStringConverter::Encoding encoding);
 

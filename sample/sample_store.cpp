@@ -51,7 +51,8 @@ struct SampleStore::Private {
       if (!query.prepare(sql)) fail(query.lastError());
       found = prepared.emplace(sql, Prepared{std::move(query), values.size()}).first;
     }
-    if (found->second.valueCount != values.size()) written_file::fail(path, "wrong number of values for " + sql);
+    if (found->second.valueCount != values.size())
+      written_file::fail(path, "wrong number of values for " + sql);
     QSqlQuery& query = found->second.query;
     for (size_t i = 0; i < values.size(); ++i) query.bindValue(static_cast<int>(i), values[i]);
     if (!query.exec()) fail(query.lastError());

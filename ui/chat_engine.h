@@ -6,8 +6,8 @@
 
 class QWidget;
 
-/// A browser engine with one sealed page, as a chat view uses it: it reaches no network and no file, opens nothing,
-/// asks nothing, and runs the scripts of the program alone.
+/// A browser engine with one sealed page, as a chat view uses it: it reaches no network and no file, opens
+/// nothing, asks nothing, and runs the scripts of the program alone.
 ///
 /// Lives on the main thread. The widget owns it and is a child of the view's.
 class ChatEngine {
@@ -22,8 +22,8 @@ class ChatEngine {
   virtual void Run(const QString& qstrScript, std::function<void(const QVariant&)> done = {}) = 0;
 };
 
-/// What the module with the engine offers. It is a module of its own, so that a program which shows no chat never
-/// loads the engine: it is large, and what its page shows is written by strangers.
+/// What the module with the engine offers. It is a module of its own, so that a program which shows no chat
+/// never loads the engine: it is large, and what its page shows is written by strangers.
 class ChatEngineFactory {
  public:
   virtual ~ChatEngineFactory() = default;

@@ -19,8 +19,8 @@ constexpr char kReceivedScript[] =
 constexpr char kSentScript[] =
     "document.getElementById(\"content\").insertAdjacentHTML(\"beforeEnd\",\"<div style='overflow:hidden;'>"
     "<p class='triangle-right right'>%1</p></div>\")";
-// A script that looks something up would meet an element of that name instead. The functions are taken from where no
-// element can stand in for them. A field for a colour would open a dialog of the toolkit's.
+// A script that looks something up would meet an element of that name instead. The functions are taken from
+// where no element can stand in for them. A field for a colour would open a dialog of the toolkit's.
 constexpr char kRemoveNamesScript[] =
     "(function(){var take=Element.prototype.removeAttribute;"
     "function each(what,name){Document.prototype.querySelectorAll.call(document,what).forEach("
@@ -28,10 +28,11 @@ constexpr char kRemoveNamesScript[] =
     "each('body [name]','name');each('body object[id],body applet[id],body embed[id],body img[id],"
     "body form[id],body iframe[id]','id');each('body input[type=color i]','type')})()";
 
-/// True for a text with an element that has a name or asks for a colour, or with an escape of the script that may hide
-/// one.
+/// True for a text with an element that has a name or asks for a colour, or with an escape of the script that
+/// may hide one.
 bool MayHoldNames(const QString& qstrText) {
-  static const QRegularExpression name("<[^>]*((id|name)\\s*=|color)", QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression name("<[^>]*((id|name)\\s*=|color)",
+                                       QRegularExpression::CaseInsensitiveOption);
   return qstrText.contains('\\') || qstrText.contains(name);
 }
 
@@ -40,7 +41,8 @@ QString ReadPage(const char* pszStyleFile) {
   return style.open(QIODevice::ReadOnly) ? QString::fromUtf8(style.readAll()) : QString();
 }
 
-/// The module with the engine, which lies beside the program. Loaded on the first call. @return null if it is missing.
+/// The module with the engine, which lies beside the program. Loaded on the first call. @return null if it is
+/// missing.
 ChatEngineFactory* EngineFactory() {
   static ChatEngineFactory* const pFactory = [] {
     QPluginLoader loader(QCoreApplication::applicationDirPath() + "/" ORVANDEL_CHAT_MODULE);
@@ -88,7 +90,8 @@ void ChatView::Run(const Script& script) {
   static constexpr const char* kScripts[] = {kClearScript, kEnableScript, kReceivedScript, kSentScript,
                                              kRemoveNamesScript};
   QString qstrScript = kScripts[static_cast<int>(script.step)];
-  if (script.step == Step::Received || script.step == Step::Sent) qstrScript = qstrScript.arg(script.qstrText);
+  if (script.step == Step::Received || script.step == Step::Sent)
+    qstrScript = qstrScript.arg(script.qstrText);
   ++m_nRunning;
   m_pEngine->Run(qstrScript, [pThis = QPointer<ChatView>(this)](const QVariant&) {
     if (pThis) --pThis->m_nRunning;

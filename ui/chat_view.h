@@ -6,14 +6,15 @@ class ChatEngine;
 
 /// A chat of speech bubbles.
 ///
-/// The view keeps the scripts that make up what it would show. Only when it is first shown does it load a browser
-/// engine, in which the scripts then run in their order. Each of them fails silently where the page has no element
-/// "content".
+/// The view keeps the scripts that make up what it would show. Only when it is first shown does it load a
+/// browser engine, in which the scripts then run in their order. Each of them fails silently where the page
+/// has no element "content".
 class ChatView : public QWidget {
   Q_OBJECT
 
  public:
-  /// @param pszStyleFile the page to begin with, UTF-8, read at once. One that can't be read gives an empty page.
+  /// @param pszStyleFile the page to begin with, UTF-8, read at once. One that can't be read gives an empty
+  /// page.
   explicit ChatView(const char* pszStyleFile, QWidget* pParent = nullptr);
   ~ChatView() override;
 

@@ -12,7 +12,8 @@ QtMessageHandler g_pfnTestHandler = nullptr;
 
 /// The engine reports that it draws without a graphics card, as it is told to.
 void DropEngineTalk(QtMsgType type, const QMessageLogContext& context, const QString& qstrMessage) {
-  if (!qstrMessage.startsWith("No suitable graphics backend found")) g_pfnTestHandler(type, context, qstrMessage);
+  if (!qstrMessage.startsWith("No suitable graphics backend found"))
+    g_pfnTestHandler(type, context, qstrMessage);
 }
 
 }  // namespace

@@ -53,7 +53,8 @@ class SealedPageTest : public testing::Test {
   /// Serves what the engine has put off: all that is due within a tenth of a second of the page's own clock.
   void ServeEngine() {
     const double nBegin = Run("performance.now()").toDouble();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Run("performance.now()").toDouble() > nBegin + 100; }, kPatience));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return Run("performance.now()").toDouble() > nBegin + 100; }, kPatience));
   }
   /// Address of a server of the test, which nothing may reach.
   QString Address(const char* pszScheme = "http") const {
@@ -64,7 +65,8 @@ class SealedPageTest : public testing::Test {
     QTcpSocket socket;
     socket.connectToHost(QHostAddress::LocalHost, m_server.serverPort());
     EXPECT_TRUE(QTest::qWaitFor([&] { return m_server.hasPendingConnections(); }, kPatience));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return socket.state() == QAbstractSocket::ConnectedState; }, kPatience));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return socket.state() == QAbstractSocket::ConnectedState; }, kPatience));
     const std::unique_ptr<QTcpSocket> pFirst(m_server.nextPendingConnection());
     return !pFirst || pFirst->peerPort() != socket.localPort() || m_server.hasPendingConnections();
   }
@@ -81,11 +83,12 @@ TEST_F(SealedPageTest, HasAllPowersOffAndIsPrivate) {
        {QWebEngineSettings::JavascriptEnabled, QWebEngineSettings::PluginsEnabled,
         QWebEngineSettings::LocalStorageEnabled, QWebEngineSettings::JavascriptCanOpenWindows,
         QWebEngineSettings::JavascriptCanAccessClipboard, QWebEngineSettings::JavascriptCanPaste,
-        QWebEngineSettings::LocalContentCanAccessRemoteUrls, QWebEngineSettings::LocalContentCanAccessFileUrls,
-        QWebEngineSettings::DnsPrefetchEnabled, QWebEngineSettings::HyperlinkAuditingEnabled,
-        QWebEngineSettings::WebGLEnabled, QWebEngineSettings::FullScreenSupportEnabled,
-        QWebEngineSettings::ScreenCaptureEnabled, QWebEngineSettings::PdfViewerEnabled,
-        QWebEngineSettings::AutoLoadImages, QWebEngineSettings::NavigateOnDropEnabled})
+        QWebEngineSettings::LocalContentCanAccessRemoteUrls,
+        QWebEngineSettings::LocalContentCanAccessFileUrls, QWebEngineSettings::DnsPrefetchEnabled,
+        QWebEngineSettings::HyperlinkAuditingEnabled, QWebEngineSettings::WebGLEnabled,
+        QWebEngineSettings::FullScreenSupportEnabled, QWebEngineSettings::ScreenCaptureEnabled,
+        QWebEngineSettings::PdfViewerEnabled, QWebEngineSettings::AutoLoadImages,
+        QWebEngineSettings::NavigateOnDropEnabled})
     EXPECT_FALSE(m_page.settings()->testAttribute(attribute)) << attribute;
   EXPECT_EQ(QWebEngineSettings::DisallowUnknownUrlSchemes, m_page.settings()->unknownUrlSchemePolicy());
   EXPECT_TRUE(m_page.profile()->isOffTheRecord());
@@ -154,7 +157,8 @@ TEST_F(SealedPageTest, RefusesRequestsThatNoPolicyForbids) {
   const int nBefore = m_page.Requests().RefusedRequests();
 
   for (const QString& qstrUrl : {Address() + "a.css", file})
-    Run("var l=document.createElement('link');l.rel='stylesheet';l.href='" + qstrUrl + "';document.body.appendChild(l)");
+    Run("var l=document.createElement('link');l.rel='stylesheet';l.href='" + qstrUrl +
+        "';document.body.appendChild(l)");
   ServeEngine();
 
   EXPECT_FALSE(WasReached());
@@ -222,7 +226,8 @@ TEST_F(SealedPageTest, RunsNoScriptOfAPage) {
 }
 
 TEST_F(SealedPageTest, NoScriptRunsLater) {
-  Run("setTimeout(function(){document.title='late'},0);Promise.resolve().then(function(){document.title='soon'})");
+  Run("setTimeout(function(){document.title='late'},0);Promise.resolve().then(function(){document.title='"
+      "soon'})");
   ServeEngine();
 
   EXPECT_NE("late", Run("document.title").toString());

@@ -1,5 +1,5 @@
-// What each storage class of SQLite comes out as, by each way of asking. The expectations are those of the SQL
-// module of Qt 5.15: what people recover must not depend on the means by which a store is read.
+// What each storage class of SQLite comes out as, by each way of asking. The expectations are those of the
+// SQL module of Qt 5.15: what people recover must not depend on the means by which a store is read.
 #include <gtest/gtest.h>
 
 #include <QSqlDatabase>
@@ -18,7 +18,8 @@ struct Value {
   const char* pszSql;  ///< an expression
   std::string strText;
   int nInteger;
-  bool bOtherInQt6 = false;  ///< the module of Qt 6 rounds halves away from zero, and reads blobs to their end
+  bool bOtherInQt6 =
+      false;  ///< the module of Qt 6 rounds halves away from zero, and reads blobs to their end
 };
 
 void PrintTo(const Value& value, std::ostream* pStream) {

@@ -125,8 +125,9 @@ void ChatHostileTest::ExpectNothingHappened() {
   EXPECT_EQ(socket.localPort(), pFirst->peerPort()) << "somebody else came to the server";
   for (ChatView* pView : {Messages(), Chats()}) {
     EXPECT_TRUE(pView->isHidden());
-    EXPECT_EQ(QVariant(true), Ask(pView,
-                                  "Array.prototype.every.call(document.querySelectorAll('iframe,frame,object,embed'),"
-                                  "function(one){var inner=one.contentDocument;return !inner||!inner.querySelector('b')})"));
+    EXPECT_EQ(QVariant(true),
+              Ask(pView,
+                  "Array.prototype.every.call(document.querySelectorAll('iframe,frame,object,embed'),"
+                  "function(one){var inner=one.contentDocument;return !inner||!inner.querySelector('b')})"));
   }
 }

@@ -2,7 +2,10 @@
 
 #include "ui/chat_view.h"
 
+#include <unistd.h>
+
 #include <QDir>
+#include <QProcess>
 
 #include "tests/ui/preview_fixture.h"
 
@@ -78,7 +81,8 @@ TEST_F(ChatViewTest, ThePageOfTheProgramHasStylesForBothSides) {
   view.AddBubble(false, "two");
 
   const auto StyleOf = [&view](const char* pszElement, const char* pszProperty) {
-    return Ask(&view, QString("getComputedStyle(document.querySelector('%1')).%2").arg(pszElement, pszProperty))
+    return Ask(&view,
+               QString("getComputedStyle(document.querySelector('%1')).%2").arg(pszElement, pszProperty))
         .toString();
   };
   EXPECT_EQ("left", StyleOf("p.triangle-left.left", "float"));
@@ -119,5 +123,116 @@ TEST_F(ChatViewTest, AFolderOrAnEmptyFileByThePagesNameGivesAnEmptyPage) {
     EXPECT_EQ("", BodyOf(&view)) << pszFolder;
   }
 }
+
+TEST_F(ChatViewTest, NoEngineStartsUntilTheViewIsShown) {
+  ChatView view("style.html");
+  view.AddBubble(true, "one");
+  view.Clear();
+  view.Enable();
+  view.AddBubble(false, "two");
+  QCoreApplication::processEvents();
+  EXPECT_EQ(nullptr, view.Engine());
+  EXPECT_TRUE(view.children().isEmpty());
+
+  view.show();
+
+  ASSERT_NE(nullptr, view.Engine());
+  EXPECT_TRUE(WaitFor([&] { return view.IsLoaded(); }));
+  EXPECT_EQ(Bubbles({Sent("two")}), BubblesOf(&view));
+}
+
+TEST_F(ChatViewTest, HoldsTheSameWheneverItIsFirstShown) {
+  const auto Fill = [](ChatView& view, int nShowAt) {
+    const std::function<void()> steps[] = {[&] { view.AddBubble(true, "one"); },
+                                           [&] { view.Enable(); },
+                                           [&] { view.AddBubble(false, "a \\x41"); },
+                                           [&] { view.Clear(); },
+                                           [&] { view.Enable(); },
+                                           [&] { view.AddBubble(true, "<b id='x'>y</b>"); },
+                                           [&] { view.AddBubble(false, "\""); },
+                                           [&] { view.AddBubble(true, "<img name='body'>last"); }};
+    int nStep = 0;
+    for (const auto& step : steps) {
+      if (nStep++ == nShowAt) EngineOf(&view);
+      step();
+    }
+  };
+  const Bubbles expected = {Received("<b id=\"x\">y</b>"), Received("<img>last")};
+  for (const int nShowAt : {0, 3, 4, 6, 8}) {
+    ChatView view("style.html");
+
+    Fill(view, nShowAt);
+
+    EXPECT_EQ(expected, BubblesOf(&view)) << nShowAt;
+    EXPECT_EQ(QVariant(false), Ask(&view, "document.body.hasAttribute('disabled')")) << nShowAt;
+  }
+}
+
+TEST_F(ChatViewTest, AnEarlierEnableOutlastsAClearing) {
+  ChatView view("style.html");
+  view.Enable();
+  view.Clear();
+
+  EXPECT_EQ(QVariant(false), Ask(&view, "document.body.hasAttribute('disabled')"));
+}
+
+TEST_F(ChatViewTest, PaintsItsBubblesInItsWholeArea) {
+  ChatView view("style.html");
+  view.AddBubble(true, "left");
+  view.AddBubble(false, "right");
+  view.resize(300, 200);
+  view.show();
+  EngineOf(&view);
+  view.resize(500, 400);
+
+  EXPECT_EQ(view.size(), view.Engine()->Widget()->size());
+  // A bubble is neither white nor black.
+  EXPECT_TRUE(WaitFor([&] {
+    const QImage image = view.grab().toImage();
+    int nColoured = 0;
+    for (int nY = 0; nY < image.height(); ++nY)
+      for (int nX = 0; nX < image.width(); ++nX) nColoured += QColor(image.pixel(nX, nY)).saturation() > 40;
+    return nColoured > 500;
+  }));
+}
+
+TEST_F(ChatViewTest, MayBeDestroyedWhileItsPageIsLoading) {
+  for (int i = 0; i < 5; ++i) {
+    auto pView = std::make_unique<ChatView>("style.html");
+    pView->AddBubble(true, "one");
+    pView->show();
+    for (int nEvents = 0; nEvents < i; ++nEvents) QCoreApplication::processEvents();
+  }
+  ChatView view("style.html");
+  EXPECT_EQ(Bubbles(), BubblesOf(&view));
+}
+
+#ifdef __linux__
+TEST_F(ChatViewTest, TheProgramItselfLinksNoEngine) {
+  QProcess process;
+  process.start("ldd", {QCoreApplication::applicationDirPath() + "/orvandel"});
+  ASSERT_TRUE(process.waitForFinished());
+  const QByteArray libraries = process.readAllStandardOutput();
+
+  EXPECT_TRUE(libraries.contains("libQt6Widgets"));
+  EXPECT_FALSE(libraries.contains("WebEngine"));
+}
+
+// The engine would end the whole process. Its sandbox is never switched off by the program.
+TEST_F(ChatViewTest, StaysEmptyForTheSuperuserWhoHasNotSwitchedTheSandboxOff) {
+  if (geteuid() != 0) GTEST_SKIP() << "the engine's sandbox works for everybody else";
+  const QByteArray setting = qgetenv("QTWEBENGINE_DISABLE_SANDBOX");
+  qunsetenv("QTWEBENGINE_DISABLE_SANDBOX");
+  ExpectQtWarning("a chat can't be shown");
+  ChatView view("style.html");
+  view.AddBubble(true, "one");
+
+  view.show();
+
+  EXPECT_EQ(nullptr, view.Engine());
+  EXPECT_TRUE(qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"));
+  qputenv("QTWEBENGINE_DISABLE_SANDBOX", setting);
+}
+#endif
 
 }  // namespace

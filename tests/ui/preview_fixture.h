@@ -14,12 +14,13 @@ class Deadline {
   Deadline& operator=(const Deadline&) = delete;
 };
 
-/// Shows a view by itself where its page isn't on view, waits until its engine has run all its scripts, and hides it
-/// again if it was hidden.
+/// Shows a view by itself where its page isn't on view, waits until its engine has run all its scripts, and
+/// hides it again if it was hidden.
 ChatEngine& EngineOf(ChatView* pView);
 /// The value of a script of the test's in a view's page.
 QVariant Ask(ChatView* pView, const QString& qstrScript);
-/// Serves what the engine of a view has put off: all that is due within a tenth of a second of its page's own clock.
+/// Serves what the engine of a view has put off: all that is due within a tenth of a second of its page's own
+/// clock.
 void ServeEngine(ChatView* pView);
 
 /// A category whose rows are files, shown as pictures.
