@@ -93,10 +93,10 @@ TEST_F(DetailDialog, CanBeDraggedByItsHead) {
   const QPoint before = m_detail.pos();
   const QPoint global = pBand->mapToGlobal(QPoint(500, 20));
   QMouseEvent press(QEvent::MouseButtonPress, QPoint(500, 20), global, Qt::LeftButton, Qt::LeftButton, {});
-  QMouseEvent move(QEvent::MouseMove, QPoint(500, 20), global + QPoint(8, 8), Qt::NoButton, Qt::LeftButton,
-                   {});
 
   QApplication::sendEvent(pBand, &press);
+  QMouseEvent move(QEvent::MouseMove, QPoint(500, 20), global + QPoint(8, 8), Qt::NoButton, Qt::LeftButton,
+                   {});
   QApplication::sendEvent(pBand, &move);
 
   EXPECT_EQ(before + QPoint(8, 8), m_detail.pos());

@@ -177,10 +177,10 @@ TEST_F(ProgressClose, CanBeDraggedByTheLeftButton) {
   const QPoint before = m_pDialog->pos();
   const QPoint global = pBand->mapToGlobal(QPoint(450, 20));
   QMouseEvent press(QEvent::MouseButtonPress, QPoint(450, 20), global, Qt::LeftButton, Qt::LeftButton, {});
-  QMouseEvent move(QEvent::MouseMove, QPoint(450, 20), global + QPoint(-12, 9), Qt::NoButton, Qt::LeftButton,
-                   {});
 
   QApplication::sendEvent(pBand, &press);
+  QMouseEvent move(QEvent::MouseMove, QPoint(450, 20), global + QPoint(-12, 9), Qt::NoButton, Qt::LeftButton,
+                   {});
   QApplication::sendEvent(pBand, &move);
 
   EXPECT_EQ(before + QPoint(-12, 9), m_pDialog->pos());

@@ -14,14 +14,17 @@ namespace {
 
 class MainWindow : public WindowTest {
  protected:
-  /// Presses at a place of a widget, moves by a way and lets go, all by a button.
+  /// Presses at a place of a widget, moves by a way and lets go, all by a button. Each event is made when it is sent,
+  /// since all of them share the place of the mouse.
   static void Drag(QWidget* pWidget, const QPoint& place, const QPoint& way, Qt::MouseButton button) {
     QMouseEvent press(QEvent::MouseButtonPress, place, pWidget->mapToGlobal(place), button, button,
                       Qt::NoModifier);
+    QApplication::sendEvent(pWidget, &press);
     const QPoint target = pWidget->mapToGlobal(place) + way;
     QMouseEvent move(QEvent::MouseMove, place + way, target, Qt::NoButton, button, Qt::NoModifier);
+    QApplication::sendEvent(pWidget, &move);
     QMouseEvent release(QEvent::MouseButtonRelease, place, target, button, Qt::NoButton, Qt::NoModifier);
-    for (QMouseEvent* pEvent : {&press, &move, &release}) QApplication::sendEvent(pWidget, pEvent);
+    QApplication::sendEvent(pWidget, &release);
   }
 };
 
@@ -171,10 +174,10 @@ TEST_F(MainWindow, DraggingTheTopBarMovesTheWindow) {
 TEST_F(MainWindow, DraggingByTheRightButtonOrByTwoDoesNotMoveTheWindow) {
   DRUI& window = Open();
   const QPoint before = window.pos();
-  QMouseEvent bothDown(QEvent::MouseMove, QPoint(5, 5), window.pos() + QPoint(55, 55), Qt::NoButton,
-                       Qt::LeftButton | Qt::RightButton, Qt::NoModifier);
 
   Drag(Find<QLabel>("topBar"), QPoint(700, 70), QPoint(15, -20), Qt::RightButton);
+  QMouseEvent bothDown(QEvent::MouseMove, QPoint(5, 5), window.pos() + QPoint(55, 55), Qt::NoButton,
+                       Qt::LeftButton | Qt::RightButton, Qt::NoModifier);
   QApplication::sendEvent(&window, &bothDown);
 
   EXPECT_EQ(before, window.pos());

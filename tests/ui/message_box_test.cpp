@@ -159,9 +159,9 @@ TEST_F(MessageBox, CanBeDraggedByItsTextAndStrip) {
     const QPoint place(4, 4);
     const QPoint global = pPart->mapToGlobal(place);
     QMouseEvent press(QEvent::MouseButtonPress, place, global, Qt::LeftButton, Qt::LeftButton, {});
-    QMouseEvent move(QEvent::MouseMove, place, global + QPoint(30, -7), Qt::NoButton, Qt::LeftButton, {});
 
     QApplication::sendEvent(pPart, &press);
+    QMouseEvent move(QEvent::MouseMove, place, global + QPoint(30, -7), Qt::NoButton, Qt::LeftButton, {});
     QApplication::sendEvent(pPart, &move);
 
     EXPECT_EQ(before + QPoint(30, -7), m_box.pos()) << pszPart;
