@@ -3,8 +3,8 @@
 
 #include "common/file.h"
 
-/// Opens many files of one backup, each by fewer steps than OpenBackupFile takes and with the same result.
-/// Keeps the backup's folder open meanwhile. From any thread.
+/// Opens many files of one backup, with the results of OpenBackupFile and fewer system calls per file. Holds
+/// the backup's folder open for its lifetime. Thread-safe.
 class BackupFolder {
  public:
   /// @param strRoot narrow, without a trailing "/". It need not exist.
@@ -13,10 +13,10 @@ class BackupFolder {
   BackupFolder(const BackupFolder&) = delete;
   BackupFolder& operator=(const BackupFolder&) = delete;
 
-  /// As OpenBackupFile. @param strPath narrow, below the root or not.
+  /// Same as OpenBackupFile. @param strPath narrow; may be outside the root.
   Result<OpenedFile> Open(const std::string& strPath) const;
 
  private:
-  std::string m_strPrefix;  // of the paths below the root
+  std::string m_strPrefix;  // common prefix of the paths below the root
   int m_nFolder = -1;
 };

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-/// An open file that is closed on destruction.
+/// Owns a file descriptor and closes it on destruction.
 class Descriptor {
  public:
   /// @param nDescriptor -1 for none.
@@ -16,9 +16,9 @@ class Descriptor {
   Descriptor& operator=(const Descriptor&) = delete;
 
   int Get() const { return m_nDescriptor; }
-  /// Closes it. @return false when that fails: a full disk may show up only here.
+  /// Closes it. @return false on failure; a full disk may be reported only here.
   bool Close() { return close(std::exchange(m_nDescriptor, -1)) == 0; }
-  /// Gives it to somebody else to close.
+  /// Transfers ownership to the caller.
   int Release() { return std::exchange(m_nDescriptor, -1); }
 
  private:

@@ -28,7 +28,7 @@
 #include "common/text.h"
 
 FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode) {
-  // Only the first letter of the mode reaches fopen. Required for output compatibility.
+  // Only the first letter of the mode is used. Required for output compatibility.
   const char szMode[2] = {pMode ? static_cast<char>(*pMode) : '\0', '\0'};
   return fopen(Unicode2Ansi(pPath).c_str(), szMode);
 }
@@ -37,12 +37,12 @@ namespace {
 
 constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW;
 
-/// Opens without following a link at the last step of the path.
-/// @param nFolder what a relative path starts from.
+/// Opens without following a link in the last component of the path.
+/// @param nFolder the folder that a relative path is resolved against.
 int OpenNoFollow(int nFolder, const char* pszPath, int nFlags) {
   const int nDescriptor = openat(nFolder, pszPath, nFlags);
 #ifdef O_PATH
-  // A link that has to be a folder isn't one.
+  // For a link, O_DIRECTORY gives ENOTDIR.
   if (nDescriptor == -1 && errno == ENOTDIR && (nFlags & O_DIRECTORY)) {
     struct stat info;
     const bool bLink = fstatat(nFolder, pszPath, &info, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(info.st_mode);
@@ -52,7 +52,7 @@ int OpenNoFollow(int nFolder, const char* pszPath, int nFlags) {
   return nDescriptor;
 }
 
-/// Opens a file through its folder, so that no link that takes the folder's place meanwhile is followed.
+/// Opens a file relative to its opened folder, so a folder replaced by a link meanwhile isn't followed.
 int OpenInFolder(const std::string& strFolder, const char* pszName) {
 #ifdef O_PATH
   constexpr int kFolderFlags = O_PATH | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW;
@@ -68,7 +68,7 @@ int OpenInFolder(const std::string& strFolder, const char* pszName) {
   return nDescriptor;
 }
 
-/// An opened regular file. @param nDescriptor -1 with errno set where the opening failed.
+/// Wraps a descriptor if it is a regular file. @param nDescriptor -1 with errno set when opening failed.
 Result<OpenedFile> RegularFile(int nDescriptor, const std::string& strPath) {
   Descriptor file(nDescriptor);
   struct stat info;
@@ -84,7 +84,7 @@ Result<OpenedFile> RegularFile(int nDescriptor, const std::string& strPath) {
 std::shared_mutex g_rootsMutex;
 std::unordered_set<std::string> g_shardedRoots;
 
-/// The length of the folder part of "root/ab/abcdef", where the folder belongs to a backup; else 0.
+/// Length of the folder part of a path like "root/ab/abcdef" in a sharded backup; 0 for other paths.
 size_t ShardFolderLength(const std::string& strPath) {
   const size_t nName = strPath.rfind('/');
   const size_t nShard = nName == std::string::npos || nName == 0 ? nName : strPath.rfind('/', nName - 1);
@@ -130,7 +130,7 @@ Result<OpenedFile> BackupFolder::Open(const std::string& strPath) const {
     const char* pszBelow = strPath.c_str() + m_strPrefix.size();
     const long nDescriptor = syscall(SYS_openat2, m_nFolder, pszBelow, &how, sizeof how);
     if (nDescriptor != -1 || errno == ENOENT) return RegularFile(static_cast<int>(nDescriptor), strPath);
-    // Whatever else is wrong, an old system included, gets its number in the usual way.
+    // Any other failure, such as ENOSYS, is reported by the fallback below.
   }
 #endif
   return OpenBackupFile(strPath);
@@ -156,7 +156,7 @@ namespace {
 
 constexpr size_t kCopyBlock = 1 << 20;
 
-/// Writes a block whole. @return 0, or the system's error number.
+/// Writes a whole block. @return 0, or an errno value.
 int WriteAll(int nDescriptor, const char* pData, size_t nCount) {
   while (nCount > 0) {
     const ssize_t nWritten = write(nDescriptor, pData, nCount);
@@ -168,14 +168,14 @@ int WriteAll(int nDescriptor, const char* pData, size_t nCount) {
   return 0;
 }
 
-/// Lets the system copy from one file to the other, as far as it can between these two.
-/// @return true when it copied all that there was.
+/// Copies in the kernel where it supports that for these two files.
+/// @return true when everything was copied.
 bool CopyInKernel([[maybe_unused]] int nSource, [[maybe_unused]] int nTarget) {
 #ifdef __linux__
   struct stat info;
   if (fstat(nSource, &info) != 0) return false;
   off_t nLeft = info.st_size;
-  if (nLeft == 0) return false;  // files of some systems say so and aren't empty
+  if (nLeft == 0) return false;  // some file systems report 0 for files that aren't empty
   while (nLeft > 0) {
     const ssize_t nCopied =
         copy_file_range(nSource, nullptr, nTarget, nullptr, static_cast<size_t>(nLeft), 0);
@@ -188,7 +188,7 @@ bool CopyInKernel([[maybe_unused]] int nSource, [[maybe_unused]] int nTarget) {
 #endif
 }
 
-/// An end of a copy.
+/// Source or target of a copy.
 struct CopyEnd {
   int nDescriptor;
   const std::string& strPath;
@@ -216,7 +216,7 @@ Problem CopyBackupFile(const std::string& strSource, const std::string& strTarge
   if (!target) return target.Error();
   const Problem problem = CopyContent({source->descriptor.Get(), strSource}, {target->Get(), strTarget});
   if (problem) return problem;
-  // A file system that knows no rights is no failure.
+  // Ignored: some file systems don't support modes.
   fchmod(target->Get(), static_cast<mode_t>(nRights));
   return target->Finish();
 }
@@ -228,7 +228,7 @@ int GetFileByteSize(const char16_t* pPath, long long& nSize) {
   if (!file) return file.Error().nCode;
   STRUCT_RSB_FILE_ATTR attr;
   if (rsb_statH(file->descriptor.Get(), &attr) != 0) return errno;
-  // The low half is widened with its sign. Callers keep 32 bits, where that doesn't show.
+  // The low half is sign-extended; callers only use the low 32 bits.
   const auto nLow = static_cast<int64_t>(static_cast<int32_t>(attr.nFileSizeLow));
   nSize =
       static_cast<long long>((static_cast<uint64_t>(attr.nFileSizeHigh) << 32) | static_cast<uint64_t>(nLow));

@@ -7,7 +7,7 @@
 namespace {
 
 struct SizeUnit {
-  long long nBelow;  // the first unit whose limit is above the size is taken
+  long long nBelow;  // the first unit whose limit exceeds the size is used
   double dDivisor;
   const char* pszUnit;
 };
@@ -24,7 +24,7 @@ struct Duration {
 };
 
 Duration SplitDuration(long long nSeconds) {
-  if (nSeconds < 60) return {0, 0, nSeconds};  // negative ones too
+  if (nSeconds < 60) return {0, 0, nSeconds};  // negative values too
   return {nSeconds / 3600, nSeconds % 3600 / 60, nSeconds % 60};
 }
 

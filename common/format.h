@@ -1,15 +1,15 @@
 #pragma once
 #include <string>
 
-/// A size in bytes for people: "1023 Bytes", "1.50 KB", up to " TB", by factors of 1024.
+/// Formats a size in bytes: "1023 Bytes", "1.50 KB", up to " TB", in units of 1024.
 std::string GetFileSizeString(long long nSize);
 
-/// A duration in seconds as "hh:mm:ss"; hours may take more than two digits.
+/// Formats a duration in seconds as "hh:mm:ss"; hours may have more than two digits.
 std::string GetTimeStringA(long long nSeconds);
 
-/// The same as real wide text: one character in each wchar_t, not UTF-16 in disguise.
+/// Same as above, with one character per wchar_t (not UTF-16).
 std::wstring GetTimeString(long long nSeconds);
 
-/// vswprintf into a string of at most 4095 characters; longer text gives an empty one.
-/// @param pFormat real wide text. @return the number of characters, or -1.
+/// vswprintf into a string of at most 4095 characters; a longer result gives an empty string.
+/// @param pFormat one character per wchar_t. @return the number of characters, or -1.
 int rsb_wsprintf(std::wstring& wstrBuffer, const wchar_t* pFormat, ...);

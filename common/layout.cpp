@@ -7,7 +7,7 @@
 
 namespace {
 
-/// An identifier is a file name: it may not lead to another folder, and the system's paths end at a zero.
+/// An identifier must not lead to another folder, and paths end at the first NUL.
 bool IsFileName(const QString& qstrId) {
   return !qstrId.contains('/') && !qstrId.contains(QChar('\0')) && qstrId != "." && qstrId != "..";
 }
@@ -16,7 +16,7 @@ bool IsPlainByte(char ch) {
   return ch > 0 && ch != '/';
 }
 
-/// True for an identifier of ASCII characters that can be a file name.
+/// True for an ASCII identifier that is a valid file name.
 bool IsPlainFileName(const std::string& strId) {
   return !strId.empty() && strId[0] != '.' && std::all_of(strId.begin(), strId.end(), IsPlainByte);
 }

@@ -2,34 +2,33 @@
 #include <QString>
 #include <string>
 
-/// Where the files of a backup lie: the one rule for stores and manifest entries alike.
+/// Locates the files of a backup, stores and manifest entries alike.
 struct BackupLayout {
-  QString qstrRoot;         ///< the backup's folder, or that of the decrypted files
-  bool bEncrypted = false;  ///< the root is the flat folder that the decrypt tool wrote
-  bool bHasManifestDb =
-      false;  ///< a backup with "Manifest.db", which spreads its files over two-character folders
+  QString qstrRoot;             ///< the backup's folder, or that of the decrypted files
+  bool bEncrypted = false;      ///< the root is the flat folder that the decrypt tool wrote
+  bool bHasManifestDb = false;  ///< a backup with "Manifest.db" has its files in two-character sub-folders
 
-  /// Whether the files lie in folders named after the first two characters of their identifiers.
+  /// True when files are in sub-folders named after the first two characters of their identifiers.
   bool IsSharded() const { return !bEncrypted && bHasManifestDb; }
 
-  /// Path of the file with an identifier. It need not exist. Empty for an identifier that can't be
-  /// a file name: ".", "..", or one with a "/" or a zero character.
+  /// Path of the file with the given identifier, whether or not it exists. Empty when the identifier isn't a
+  /// valid file name: ".", "..", or containing a "/" or NUL.
   QString PathOf(const std::string& strFileId) const;
 };
 
-/// Makes the narrow paths of many files of one backup by the same rule, without a conversion for each where
-/// root and identifier are plain ASCII. From any thread.
+/// Computes the narrow paths of many files of one backup, like BackupLayout::PathOf, but without converting
+/// each one when root and identifier are ASCII. Thread-safe.
 class FileLocator {
  public:
   explicit FileLocator(const BackupLayout& layout);
 
   /// @param strPath receives the path, narrow.
-  /// @return whether root and identifier are plain ASCII, so that the path reads the same in every encoding.
+  /// @return true when root and identifier are ASCII, so the path is the same in every encoding.
   bool Locate(const std::string& strFileId, std::string& strPath) const;
 
  private:
   BackupLayout m_layout;
-  std::string m_strPrefix;  // the root with a "/"; empty when it isn't plain
+  std::string m_strPrefix;  // the root with a trailing "/"; empty when it isn't ASCII
 };
 
 // Identifiers of the well-known stores.

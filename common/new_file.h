@@ -4,24 +4,25 @@
 #include "common/descriptor.h"
 #include "common/result.h"
 
-/// A file that is being made. Where the system can do that, it gets its name only once it is whole, so that a
-/// process that is killed leaves no fragment under it. Elsewhere it has its name from the start. One thread.
+/// A file under construction. Where the system supports unnamed files, it is linked to its path only by
+/// Finish, so a killed process leaves no partial file. Elsewhere it has its name from the start. Not
+/// thread-safe.
 class NewFile {
  public:
-  /// Makes it, open for writing. Nothing may exist under its path: an entry there stays untouched.
-  /// @param strPath narrow. @param nRights its access rights, less the process's mask.
+  /// Creates it, open for writing. Fails when the path exists, and leaves what is there untouched.
+  /// @param strPath narrow. @param nRights its mode; the umask applies.
   static Result<NewFile> Create(const std::string& strPath, unsigned int nRights);
-  /// Drops it, unless it is finished.
+  /// Discards the file unless Finish was called.
   ~NewFile();
   NewFile(NewFile&&) noexcept = default;
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
 
-  /// The descriptor to write to; stays the object's.
+  /// The descriptor to write to; owned by this object.
   int Get() const { return m_file.Get(); }
 
-  /// Closes it and gives it its name. After a problem there is no file: one of the step Create when it could
-  /// not get its name, of the step Write when that was not the reason.
+  /// Closes the file and links it to its path. On failure there is no file. @return a problem of the step
+  /// Create when linking failed, else of the step Write.
   Problem Finish();
 
  private:

@@ -9,9 +9,8 @@
 
 namespace {
 
-/// The path, or the path with a number, that no file has yet. Numbers begin at nNumber, 0 being the path
-/// itself.
-/// @param nNumber receives the number that was taken.
+/// Returns the first path that doesn't exist. Numbers start at nNumber; 0 is the path itself.
+/// @param nNumber receives the number used.
 std::string FirstFreeName(const std::string& strPath, unsigned int& nNumber) {
   if (nNumber == 0) {
     if (access(strPath.c_str(), F_OK) != 0) return strPath;

@@ -2,32 +2,30 @@
 #include <string>
 #include <unordered_map>
 
-/// Splits a "/" path. The drive is always empty; the folder ends in "/"; the extension begins with its ".".
-/// The path is always taken to hold a file name: "/a/b/" has the folder "/a/b/" and an empty name.
-/// A null path gives four empty texts.
+/// Splits a path at "/". The drive is always empty; the folder ends with "/"; the extension includes its ".".
+/// "/a/b/" has the folder "/a/b/" and an empty name. A null path gives four empty strings.
 void _splitpath(const char* pszPath, std::string& strDrive, std::string& strFolder, std::string& strName,
                 std::string& strExtension);
 
-/// The text behind the last "." of a name.
-/// @return 0, or 87 for a null argument or a name without a ".", with strExtension left alone.
+/// Gets the text after the last "." of a name.
+/// @return 0, or 87 for a null argument or a name without a ".", with strExtension unchanged.
 int GetExtendName(const char* pszName, std::string& strExtension);
 
-/// A path under which no file exists yet: the path itself, or with "(1)", "(2)" and so on in front of its
-/// extension. There is no lock between the test and the creation: the caller is the only writer of the
-/// folder.
+/// Finds a path that doesn't exist yet: the path itself, or with "(1)", "(2)" and so on inserted before the
+/// extension. Nothing is created or locked, so the caller must be the only writer of the folder.
 /// @param pszPath narrow. @return UTF-16.
 std::u16string GetRealFileName(const char* pszPath);
 
-/// The same for many files. Remembers the number that each path came to, so that a thousand files of one name
-/// don't try a thousand names each. Lives as long as one recovery, on one thread.
+/// Same as above for many files. Remembers the last number used for each path, so a thousand files of one
+/// name don't try a thousand names each. One object per recovery. Not thread-safe.
 class FreeNames {
  public:
   /// @param strPath narrow. @return narrow.
   std::string Take(const std::string& strPath);
 
  private:
-  std::unordered_map<std::string, unsigned int> m_lastNumbers;  // those below are taken
+  std::unordered_map<std::string, unsigned int> m_lastNumbers;  // per path; lower ones are taken
 };
 
-/// True for a path with a step "..".
+/// True when a component of the path is "..".
 bool HasParentStep(const std::string& strPath);

@@ -8,7 +8,7 @@ namespace {
 std::atomic<ProblemHandler> g_pfnHandler{nullptr};
 std::atomic<ProblemHandler> g_pfnLossHandler{nullptr};
 
-/// @param nError of opening a file, as OpenBackupFile has it.
+/// @param nError code of a problem from OpenBackupFile.
 std::string OpenFailure(int nError) {
   if (nError == ELOOP) return "is a symbolic link, which is not followed";
   if (nError == ENXIO) return "is not a regular file";

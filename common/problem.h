@@ -1,29 +1,28 @@
 #pragma once
 #include <string>
 
-/// Why an operation on a file failed. Functions below the fixed interfaces return it, or a Result (see
-/// common/result.h), and report nothing themselves.
+/// Why an operation on a file failed. Returned by functions below the fixed interfaces, directly or in a
+/// Result (common/result.h); these report nothing themselves.
 struct Problem {
-  /// What was being done to the file.
+  /// The operation that failed.
   enum class Step { None, Open, Read, Create, Write };
 
   Step step = Step::None;  ///< None when there is no problem
   int nCode = 0;           ///< the error number of the system or of SQLite
   std::string strFile;     ///< narrow
-  std::string strReason;   ///< for people, narrow
+  std::string strReason;   ///< human-readable, narrow
 
   explicit operator bool() const { return step != Step::None; }
 };
 
-/// A problem with an error number of the system.
+/// Makes a problem from an errno value.
 Problem SystemProblem(Problem::Step step, const std::string& strFile, int nError);
 
-// The engine passes over whatever it can't read and returns what it has; nothing stops and no message
-// appears. A caller that wants to tell the user (the command line does, the window doesn't) installs handlers
-// here. Both belong to the whole process; install them before any worker starts. They are called on the
-// thread that met the problem.
+// The engine skips what it can't read, returns the rest and shows no message. A caller that wants to inform
+// the user (the command line does, the window doesn't) installs handlers here. They are global to the
+// process; install them before any worker starts. They are called on the thread where the problem occurred.
 
-/// Receives one thing that was passed over. Both texts narrow: the file, and what is wrong with it.
+/// Called for each file that was skipped or is incomplete. Both strings are narrow.
 using ProblemHandler = void (*)(const std::string& strFile, const std::string& strReason);
 
 /// Sets the handler of all problems, null for none (the default).
@@ -32,11 +31,11 @@ void SetProblemHandler(ProblemHandler pfnHandler);
 /// Sets the handler of losses alone, null for none (the default).
 void SetLossHandler(ProblemHandler pfnHandler);
 
-/// Reports something odd that is passed over: a store without the tables that are read, say.
+/// Reports something unusual that was skipped, such as a store without the expected tables.
 void ReportProblem(const std::string& strFile, const std::string& strReason);
 void ReportProblem(const Problem& problem);
 
-/// Reports a file that is there and can't be read, or not to its end, so that what it holds is missing from
-/// the result. It counts as a problem too.
+/// Reports a file that exists but can't be read completely, so that data is missing from the result. Calls
+/// both handlers.
 void ReportLoss(const std::string& strFile, const std::string& strReason);
 void ReportLoss(const Problem& problem);

@@ -4,7 +4,7 @@
 
 #include "common/problem.h"
 
-/// What an operation gives, or why it gives nothing.
+/// The value that an operation returned, or the problem that prevented it.
 template <typename T>
 class Result {
  public:
@@ -12,12 +12,12 @@ class Result {
   Result(Problem problem) : m_content(std::move(problem)) {}
 
   explicit operator bool() const { return std::holds_alternative<T>(m_content); }
-  /// The value; only where there is one.
+  /// The value. Requires success.
   T& operator*() { return std::get<T>(m_content); }
   T* operator->() { return &std::get<T>(m_content); }
   const T& operator*() const { return std::get<T>(m_content); }
   const T* operator->() const { return &std::get<T>(m_content); }
-  /// The problem; only where there is no value.
+  /// The problem. Requires failure.
   const Problem& Error() const { return std::get<Problem>(m_content); }
 
  private:

@@ -1,12 +1,12 @@
 #pragma once
 #include <atomic>
 
-// How long reading ends early. Most steps of a scan ask their progress callback whether to go on; a store may
-// take any time between two such questions, so that its reader looks at this flag.
+// Cancellation of long reads. Most steps of a scan are cancelled by the result of their progress callback.
+// Reading a store can take arbitrarily long between two callbacks, so its reader polls this flag.
 
-/// Sets the flag that asks the readers to stop, null for none (the default). It outlives its use here.
-/// Belongs to the whole process.
+/// Sets the flag that the readers poll; null for none (the default). It must outlive all readers. Global to
+/// the process.
 void SetStopFlag(const std::atomic<bool>* pFlag);
 
-/// True when the flag is set. From any thread.
+/// True when the flag is set. Thread-safe.
 bool IsStopRequested();

@@ -18,20 +18,19 @@
 namespace {
 
 constexpr int kLongestValue = 128 << 20;  // bytes of a text or blob
-constexpr int kStepsBetweenLooks = 1000;  // of SQLite's machine: some ten microseconds
-// What a store delivers grows with its file: a row takes some ten bytes of it and some fifty steps, and a
-// text comes a few times at most. A damaged or hostile store can repeat its pages without end.
+constexpr int kStepsBetweenLooks = 1000;  // SQLite VM instructions: some ten microseconds
+// The work of a sound query is proportional to the file's size: a row takes some ten bytes and some fifty
+// steps, and a text is read a few times at most. A damaged or hostile store can repeat its pages endlessly.
 constexpr int64_t kStepsPerByte = 64;
 constexpr int64_t kBytesPerByte = 16;
-constexpr int64_t kLargestStore = 1LL << 48;  // bytes, more than SQLite can have
+constexpr int64_t kLargestStore = 1LL << 48;  // bytes, above SQLite's maximum
 constexpr int64_t kFreeSteps = 10 * 1000 * 1000;
 constexpr int64_t kFreeBytes = 16 << 20;
 
 constexpr char kEndless[] = "it delivers more than a store of its size can hold";
 
-/// The store's address for SQLite. @param strPath absolute. A plain open would create a missing store, and
-/// would make "-wal" and
-/// "-shm" files beside one in WAL mode.
+/// The store's URI for SQLite. A plain open would create a missing store, and "-wal" and "-shm" files for one
+/// in WAL mode. @param strPath absolute.
 std::string StoreUri(const std::string& strPath) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
   std::string strUri = "file://";
@@ -47,14 +46,14 @@ std::string StoreUri(const std::string& strPath) {
   return strUri + "?immutable=1";
 }
 
-/// What is known of a file before SQLite may open it.
+/// The result of the checks before SQLite opens a file.
 struct Examined {
   int64_t nSize = 0;
   bool bCutShort = false;
 };
 
-/// True for a store that ends within a page: SQLite would fill the rest of it with zeros. The page size is in
-/// bytes 16 and 17 of the file, where 1 means 65536.
+/// True when the last page is incomplete, which SQLite would pad with zeros. The page size is in bytes 16 and
+/// 17 of the file; 1 means 65536.
 bool EndsWithinAPage(const unsigned char* pHead, int64_t nSize) {
   if (memcmp(pHead, "SQLite format 3", 16) != 0) return false;
   const int nPage = pHead[16] << 8 | pHead[17];
@@ -70,8 +69,8 @@ Result<Examined> ExamineStore(const std::string& strPath) {
   return Examined{file->nSize, bHasHead && EndsWithinAPage(head, file->nSize)};
 }
 
-/// True for bytes that are UTF-8 as every reader takes it: shortest forms, no surrogates, and neither U+FFFE
-/// nor U+FFFF, which SQLite replaces.
+/// True for strict UTF-8: no overlong forms, no surrogates, and neither U+FFFE nor U+FFFF, which SQLite
+/// replaces.
 bool IsValidUtf8(const unsigned char* p, size_t nSize) {
   for (size_t i = 0; i < nSize;) {
     const unsigned char n = p[i];
@@ -101,7 +100,7 @@ bool IsValidUtf8(const unsigned char* p, size_t nSize) {
   return true;
 }
 
-/// A real number as a whole one, halves up; 0 for one beyond the range of whole numbers.
+/// Rounds a real to an integer, halves up; 0 when it is out of range.
 int64_t Rounded(double dValue) {
   static constexpr double kLimit = 9223372036854775807.0;  // 2^63, as a double
   if (!(dValue > -kLimit && dValue < kLimit)) return 0;
@@ -112,13 +111,13 @@ int64_t Rounded(double dValue) {
 
 }  // namespace
 
-/// What a query may still do.
+/// The remaining work that a query may do.
 struct StoreQuery::Budget {
   int64_t nSteps;
   int64_t nBytes;
   bool bSpent = false;
 
-  /// Called by SQLite every kStepsBetweenLooks steps. @return other than 0 to interrupt it.
+  /// Progress handler, called every kStepsBetweenLooks steps. @return nonzero to interrupt the query.
   static int Look(void* pBudget) {
     auto* pSelf = static_cast<Budget*>(pBudget);
     pSelf->nSteps -= kStepsBetweenLooks;
@@ -132,11 +131,11 @@ StoreQuery::StoreQuery(const std::string& strPath, const char* pszStatement, Fai
   Result<Examined> examined = ExamineStore(strPath);
   if (!examined) {
     m_problem = examined.Error();
-    // A store that is missing is no problem: devices differ in what they hold.
+    // A missing store isn't reported: not every device has all of them.
     if (failure == Failure::Reported && m_problem.nCode != ENOENT) ReportLoss(m_problem);
     return;
   }
-  const int64_t nSize = std::min(examined->nSize, kLargestStore);  // so that no product overflows
+  const int64_t nSize = std::min(examined->nSize, kLargestStore);  // avoids overflow below
   if (examined->bCutShort && failure == Failure::Reported)
     ReportLoss(strPath, "cut short: its last page isn't whole (the rows that can be read are there)");
   m_pBudget = std::make_unique<Budget>(
@@ -157,8 +156,7 @@ void StoreQuery::CloseAll() {
 }
 
 bool StoreQuery::Open(const std::string& strPath, const char* pszStatement) {
-  // No step of the resolved path is a link, and SQLite makes sure of that: none that has come meanwhile is
-  // followed.
+  // The resolved path contains no links; SQLITE_OPEN_NOFOLLOW fails if one was created meanwhile.
   int nStatus = sqlite3_open_v2(
       StoreUri(ResolvedBackupPath(strPath)).c_str(), &m_pDatabase,
       SQLITE_OPEN_READONLY | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_NOFOLLOW, nullptr);
@@ -192,14 +190,13 @@ bool StoreQuery::IsUtf8Store() const {
 
 void StoreQuery::KeepError(int nStatus) {
   const bool bInterrupted = (nStatus & 0xFF) == SQLITE_INTERRUPT;
-  if (bInterrupted && !m_pBudget->bSpent) return;  // a stop is no error
+  if (bInterrupted && !m_pBudget->bSpent) return;  // a stop isn't an error
   m_problem = {m_pStatement ? Problem::Step::Read : Problem::Step::Open, nStatus, m_strPath,
                bInterrupted  ? kEndless
                : m_pDatabase ? sqlite3_errmsg(m_pDatabase)
                              : sqlite3_errstr(nStatus)};
   if (m_failure == Failure::Expected) return;
-  // A sound store without the tables or columns that a statement names is odd and no loss: stores differ by
-  // their age.
+  // A sound store without the tables or columns of a statement is not a loss: schemas differ by version.
   if ((nStatus & 0xFF) == SQLITE_ERROR && !m_pStatement)
     ReportProblem(m_problem);
   else
@@ -250,7 +247,7 @@ int StoreQuery::TextSize(int nColumn) const {
 }
 
 std::string StoreQuery::Narrow(int nColumn) const {
-  // Most text of most stores needs no conversion at all.
+  // Fast path: most text needs no conversion.
   if (m_bPlainUtf8 && !m_bEnded && m_pStatement &&
       sqlite3_column_type(m_pStatement, nColumn) == SQLITE_TEXT) {
     const unsigned char* pText = sqlite3_column_text(m_pStatement, nColumn);

@@ -9,40 +9,40 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-/// One query over one SQLite store of a backup, read from its first row to its last.
+/// A forward-only query over one SQLite store of a backup.
 ///
-/// It is the only way in which the system opens a store. The file is opened read-only and as immutable: a
-/// missing store stays missing, and a store in WAL mode gets no files beside it. A store is a stranger's: its
-/// views and triggers are off, its schema isn't trusted, values have a limit, and it can't deliver more than
-/// a file of its size can hold. A stop (common/stop.h) ends it between two steps. It lives on the stack of a
-/// reader, on one thread. A store or statement that fails gives no rows.
+/// All stores are opened through this class. The file is opened read-only and immutable: a missing store
+/// isn't created, and a store in WAL mode gets no "-wal" and "-shm" files. Stores are untrusted input: views
+/// and triggers are disabled, the schema isn't trusted, the size of values is limited, and so is the work of
+/// a query, in proportion to the file's size. A stop request (common/stop.h) ends the query. Lives on the
+/// stack of a reader; not thread-safe. A store or statement that fails gives no rows.
 class StoreQuery {
  public:
-  /// What to do about a store or statement that fails: report it to the problem handler, or not, because the
-  /// caller tries it knowing that it may not fit.
+  /// Whether a store or statement that fails is reported to the problem handler, or is expected because the
+  /// caller is only trying whether it fits.
   enum class Failure { Reported, Expected };
 
   /// @param strPath      narrow path of the store.
-  /// @param pszStatement the SQL text, run at once.
+  /// @param pszStatement the SQL text, prepared immediately.
   StoreQuery(const std::string& strPath, const char* pszStatement, Failure failure = Failure::Reported);
   ~StoreQuery();
   StoreQuery(const StoreQuery&) = delete;
   StoreQuery& operator=(const StoreQuery&) = delete;
 
-  /// Moves to the next row. False when there is none.
+  /// Moves to the next row. @return false when there is none.
   bool Next();
 
-  /// Column of the current row as text. Numbers come in decimal, the shortest that reads back the same; NULL
-  /// as an empty text; a blob as UTF-8 up to its first zero byte.
+  /// Column of the current row as text. Numbers are in decimal, in the shortest form that converts back to
+  /// the same value; NULL is an empty string; a blob is read as UTF-8 up to its first zero byte.
   QString Text(int nColumn) const;
-  /// The same as narrow text.
+  /// Same as Text, narrow.
   std::string Narrow(int nColumn) const;
-  /// Length of that text in UTF-16 units.
+  /// Length of Text in UTF-16 code units.
   int TextSize(int nColumn) const;
-  /// Column of the current row as a whole number: a text as far as all of it is one, a real number rounded,
-  /// the low 32 bits of a larger one; 0 for anything else.
+  /// Column of the current row as an integer. Text is converted when all of it is an integer, a real is
+  /// rounded, and of a larger number the low 32 bits are returned; 0 for anything else.
   int Integer(int nColumn) const;
-  /// The bytes of a column of the current row, valid until the next call. A text comes as UTF-8.
+  /// The bytes of a column of the current row, valid until the next call. Text is in UTF-8.
   struct Bytes {
     const void* pData = nullptr;
     size_t nSize = 0;
@@ -51,13 +51,13 @@ class StoreQuery {
   /// Number of columns of the result; 0 when the statement failed.
   int ColumnCount() const;
 
-  /// Why the store could not be opened, or read to its end; no problem when it could, or was stopped.
+  /// Why the store could not be opened or read completely; no problem on success or after a stop request.
   const Problem& Error() const { return m_problem; }
 
  private:
   struct Budget;
 
-  /// Opens the store and prepares the statement. @return false with the error set.
+  /// Opens the store and prepares the statement. @return false with m_problem set.
   bool Open(const std::string& strPath, const char* pszStatement);
   bool IsUtf8Store() const;
   void KeepError(int nStatus);
@@ -68,7 +68,7 @@ class StoreQuery {
   sqlite3* m_pDatabase = nullptr;
   sqlite3_stmt* m_pStatement = nullptr;
   std::unique_ptr<Budget> m_pBudget;
-  bool m_bPlainUtf8 = false;  // text of the store is narrow text as it stands, when it is valid
+  bool m_bPlainUtf8 = false;  // valid text of the store is narrow text without conversion
   bool m_bEnded = false;
   Problem m_problem;
 };

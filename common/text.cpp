@@ -53,8 +53,7 @@ std::u16string Ansi2Unicode(const char* pszNarrow) {
 }
 
 int inner_uni2str(std::string& strNarrow, const char16_t* pWide) {
-  // Unit by unit, as QString::toLatin1 does it, without the two copies on the way: each file of a walk comes
-  // here.
+  // Same result as QString::toLatin1 without its two copies; called for each file of a walk.
   strNarrow.resize(pWide ? std::char_traits<char16_t>::length(pWide) : 0);
   for (char& nByte : strNarrow) {
     nByte = *pWide < 0x100 ? static_cast<char>(*pWide) : '?';
@@ -64,7 +63,7 @@ int inner_uni2str(std::string& strNarrow, const char16_t* pWide) {
 }
 
 int inner_initUnicodeMap(const char* pszEncoding) {
-  // UTF-16 in the byte order that the wide strings of every supported system have.
+  // UTF-16 in the byte order of all supported platforms.
   static constexpr char kWideEncoding[] = "UNICODELITTLE";
   if (!pszEncoding) return -1;
   g_language = pszEncoding;
