@@ -4,7 +4,7 @@
 
 namespace {
 
-/// The file of a row of one of the lists.
+/// The file of one row of a list.
 template <auto kList>
 FileToCopy FileOf(const BackupRecords& records, size_t nRow) {
   const auto& file = (records.*kList).at(nRow);
@@ -21,7 +21,7 @@ constexpr std::array<Category, kCategoryCount> kCategories = {{
     {kAppPhotos, "App Photos", "/App Photos/",
      [](const Records& r) { return static_cast<size_t>(r.m_nAppPhotoCount); }, nullptr,
      &Records::m_mapAppPhotoFiles},
-    {kAppVideos, "App Videos", "/App Video/",  // the folder's name differs from the label, and so below
+    {kAppVideos, "App Videos", "/App Video/",  // folder and label differ, here and below
      [](const Records& r) { return static_cast<size_t>(r.m_nAppVideoCount); }, nullptr,
      &Records::m_mapAppVideoFiles},
     {kMessages, "Message", nullptr, [](const Records& r) { return r.m_mapMessage.size(); }, nullptr, nullptr},
@@ -49,7 +49,7 @@ constexpr std::array<FileStep, 6> kFileSteps = {{
     {kMessageAttachments, 80, 1000, 9000},
 }};
 
-/// One question to the parser, and the categories that its answer fills.
+/// One call to the parser and the categories that it fills.
 struct WalkStep {
   int (*pfnRun)(IPhoneRecoveryParse& parser, BackupRecords& records);
   std::vector<CategoryNumber> categories;

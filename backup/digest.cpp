@@ -9,8 +9,8 @@ constexpr int kBlockWords = 16;
 constexpr int kRounds = 80;
 constexpr int kWordDigits = 8;
 
-/// One 4-byte word as the digest takes it: each byte is a signed char, so that one from 0x80 on sets every
-/// bit above it. Position 0 has nothing above it within the word.
+/// One 4-byte word as the digest reads it: bytes are signed chars, so a byte from 0x80 up sets all bits above
+/// it. The top byte has none above it.
 uint32_t SignedWord(uint32_t nWord) {
   if (nWord & 0x00800000) nWord |= 0xFF000000;
   if (nWord & 0x00008000) nWord |= 0xFFFF0000;
@@ -87,7 +87,7 @@ struct State {
   uint32_t a, b, c, d, e;
 };
 
-/// The rounds from one number up to another, which all have the same function and constant.
+/// A range of rounds, which share one function and constant.
 template <int kFrom, int kTo>
 inline void RunRounds(State& s, const uint32_t* pSchedule) {
 #pragma GCC unroll 20
@@ -122,7 +122,7 @@ void DigestBlock(const uint32_t* pBlock, State& state) {
 
 char* SHA1(const unsigned char* pInput, char* pszOutput, int nLength) {
   if (!pInput) return pszOutput;
-  // Names of a manifest fit on the stack: a million of them need no million allocations.
+  // Names of a manifest fit on the stack, which saves an allocation for each.
   static constexpr unsigned long long kStackWords = 16ULL * kBlockWords;
   const size_t nInput = strlen(reinterpret_cast<const char*>(pInput));
   const unsigned long long nCount = WordCount(nInput);

@@ -29,7 +29,7 @@ Result<FilePointer> OpenForReading(const std::string& strPath) {
   return FilePointer(pFile, &fclose);
 }
 
-/// Goes over one level of a folder and hands each entry with its full path to a function.
+/// Calls visit with the full path of each entry of a folder, not recursively.
 template <typename Visit>
 void VisitFolder(const std::string& strFolder, Visit visit) {
   QString qstrFolder = FromNarrow(strFolder);
@@ -42,12 +42,13 @@ bool IsDotEntry(const QFileInfo& entry) {
   return entry.fileName() == "." || entry.fileName() == "..";
 }
 
-// What "Info.plist" holds, by line: a key, and its value on the next line.
+// "Info.plist" by line: a key, and its value on the next line.
 
 constexpr size_t kLineSize = 2048;
-constexpr long kMostLines = 1000 * 1000;  // devices write some thousand; a file may be endless
+constexpr long kMostLines = 1000 * 1000;  // devices write some thousand; limits hostile files
 
-/// The text of a value line between two tags. False, with strText left alone, without the opening tag.
+/// Gets the text of a value line between two tags. @return false, with strText unchanged, without the opening
+/// tag.
 bool TextBetween(std::string strLine, const char* pszOpen, const char* pszClose, std::string& strText) {
   const size_t nClose = strLine.find(pszClose);
   if (nClose != std::string::npos) strLine.erase(nClose);
@@ -57,7 +58,7 @@ bool TextBetween(std::string strLine, const char* pszOpen, const char* pszClose,
   return true;
 }
 
-/// The whole number at the head of a text, 0 without one.
+/// The integer at the start of a text, 0 without one.
 int WholeNumber(const char* pszText) {
   const long nNumber = strtol(pszText, nullptr, 10);
   return static_cast<int>(std::clamp<long>(nNumber, INT_MIN, INT_MAX));
@@ -77,7 +78,7 @@ void SetLastBackupDate(const std::string& strLine, __BACK_FILE_INFO__& info) {
   const size_t nHour = strDate.find('T');
   if (nHour != std::string::npos) {
     strDate[nHour] = ' ';
-    // The hour is read and written back, as two characters: a well-formed one stays as it was.
+    // The hour is parsed and written back as two characters; a well-formed one doesn't change.
     char szHour[16];
     snprintf(szHour, sizeof szHour, "%02d", WholeNumber(strDate.c_str() + nHour + 1));
     for (size_t i = 0; i < 2 && nHour + 1 + i < strDate.size(); ++i) strDate[nHour + 1 + i] = szHour[i];
@@ -105,8 +106,7 @@ struct InfoKey {
   bool bEndsReading;
 };
 
-// In the order in which a line is tested for them. The keys of the file are sorted, so that the last one ends
-// it.
+// In the order in which a line is tested. The keys of the file are sorted, so reading ends at the last one.
 constexpr InfoKey kInfoKeys[] = {
     {"<key>Display Name</key>", SetDisplayName, false},
     {"<key>Last Backup Date</key>", SetLastBackupDate, false},
@@ -122,7 +122,7 @@ const InfoKey* FindKey(const char* pszLine) {
   return nullptr;
 }
 
-/// @return 0, or the system's error number when the file could not be read to where its reading ends.
+/// @return 0, or an errno value on a read error.
 int ReadInfoLines(FILE* pFile, __BACK_FILE_INFO__& info) {
   char szLine[kLineSize];
   for (long nLine = 0; fgets(szLine, sizeof szLine, pFile); ++nLine) {
@@ -139,8 +139,8 @@ int ReadInfoLines(FILE* pFile, __BACK_FILE_INFO__& info) {
 }  // namespace
 
 int TraverseSubFolders(const std::string& strFolder, std::vector<std::string>& folders) {
-  // The reverse of the listing is wanted: the table of backups fills its rows from the last one upward. The
-  // entries go to the front in one step, since one by one that costs the square of their number.
+  // Reverse order is intended: the table of backups is filled from the last row up. One insertion for all,
+  // since inserting each at the front would be quadratic.
   std::vector<std::string> found;
   VisitFolder(strFolder, [&](const QFileInfo& entry, std::string strPath) {
     if (entry.isDir() && !IsDotEntry(entry)) found.push_back(std::move(strPath));
@@ -186,7 +186,7 @@ Problem ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info) {
   Result<FilePointer> file = OpenForReading(strPath);
   if (!file) {
     const int nError = file.Error().nCode;
-    // What isn't a regular file counts as missing; one that may not or can't be read is worth a word.
+    // Anything but a regular file counts as missing; a file that can't be read is reported.
     const bool bMissing =
         nError == ENOENT || nError == ENOTDIR || nError == EISDIR || nError == ENXIO || nError == ELOOP;
     if (!bMissing) ReportProblem(file.Error());

@@ -16,9 +16,9 @@
 namespace {
 
 constexpr char kMagic[4] = {'m', 'b', 'd', 'b'};
-constexpr size_t kHeaderSize = 6;     // magic and a version that isn't inspected
-constexpr size_t kWindow = 1 << 20;   // bytes read at a time; a longer entry makes it grow
-constexpr long long kBlockSize = 40;  // the part of an entry with a fixed size
+constexpr size_t kHeaderSize = 6;     // magic, and a version that is ignored
+constexpr size_t kWindow = 1 << 20;   // bytes read at a time; grows for a longer entry
+constexpr long long kBlockSize = 40;  // the fixed-size part of an entry
 
 uint32_t BigEndian(const unsigned char* p, int nBytes) {
   uint32_t nValue = 0;
@@ -26,8 +26,8 @@ uint32_t BigEndian(const unsigned char* p, int nBytes) {
   return nValue;
 }
 
-/// The bytes of a string, and the offset behind it. Null data for one that is empty, or that isn't whole, in
-/// which case the offset comes to lie beyond nSize.
+/// The bytes of a string, and the offset after it. Data is null for an empty or incomplete string; for the
+/// latter the offset is beyond nSize.
 struct StringBytes {
   const unsigned char* pBytes = nullptr;
   long long nLength = 0;
@@ -41,7 +41,7 @@ StringBytes NextString(const unsigned char* pData, long long* pOffset, long long
   }
   const unsigned char* pLength = pData + *pOffset;
   *pOffset += 2;
-  if (pLength[0] == 0xFF && pLength[1] == 0xFF) return {};  // the mark of an empty string
+  if (pLength[0] == 0xFF && pLength[1] == 0xFF) return {};  // marks an empty string
   const auto nLength = static_cast<long long>(BigEndian(pLength, 2));
   if (*pOffset + nLength > nSize) {
     *pOffset = nSize + 1;
@@ -67,7 +67,7 @@ void ReadBlock(const unsigned char* p, fileinfo& info) {
   info.nPropertyCount = p[39];
 }
 
-/// Each byte of the data hash by "%x", with no padding: a small byte is one digit.
+/// Each byte of the data hash as "%x", without padding: a byte below 16 is one digit.
 void ReadHash(const unsigned char* pData, long long* pOffset, long long nSize, std::string& strText) {
   static constexpr char kDigits[] = "0123456789abcdef";
   const StringBytes bytes = NextString(pData, pOffset, nSize);
@@ -81,7 +81,7 @@ void ReadHash(const unsigned char* pData, long long* pOffset, long long nSize, s
   strText.resize(static_cast<size_t>(pEnd - strText.data()));
 }
 
-/// Parses one entry and moves the offset behind it; beyond nSize when the entry isn't whole.
+/// Parses one entry and moves the offset past it, or beyond nSize when the entry is incomplete.
 void ReadEntry(const unsigned char* pData, long long* pOffset, long long nSize, fileinfo& info) {
   const auto assign = [&](std::string& strField) {
     const StringBytes bytes = NextString(pData, pOffset, nSize);
@@ -104,11 +104,11 @@ void ReadEntry(const unsigned char* pData, long long* pOffset, long long nSize, 
   }
 }
 
-/// An open manifest whose bytes behind the header are read piece by piece: as many at a time as an entry
-/// needs, whatever the file's size.
+/// Reads an open manifest after its header in pieces. Memory depends on the longest entry, not on the file's
+/// size.
 class ManifestWindow {
  public:
-  /// @param strPath the manifest's, narrow; outlives the window.
+  /// @param strPath path of the manifest, narrow; must outlive this object.
   ManifestWindow(const std::string& strPath, Descriptor file) : m_strPath(strPath), m_file(std::move(file)) {
     More();
   }
@@ -117,12 +117,12 @@ class ManifestWindow {
 
   const unsigned char* Data() const { return m_bytes.data(); }
   long long Size() const { return static_cast<long long>(m_bytes.size()); }
-  /// The reading has come to the end of the file, or to what can't be read.
+  /// True at the end of the file or after a read error.
   bool AtEnd() const { return m_bAtEnd; }
-  /// Why the reading ended before the end of the file; no problem for the end.
+  /// The read error; no problem at the end of the file.
   const Problem& Error() const { return m_problem; }
 
-  /// Drops the first bytes and reads on. Each call that drops nothing doubles the window.
+  /// Drops the first nBytes bytes and reads more. A call that drops nothing doubles the window.
   void Advance(long long nBytes) {
     m_bytes.erase(m_bytes.begin(), m_bytes.begin() + nBytes);
     More();
@@ -193,7 +193,7 @@ int VisitBinaryManifest(const char16_t* pPath, const std::function<void(const fi
     ReportLoss(file.Error());
     return kStatusMissing;
   }
-  // The magic comes first: a file that is no manifest may have any size.
+  // The magic is checked first: a file that isn't a manifest may have any size.
   char head[kHeaderSize];
   uint32_t nRead = 0;
   ReadData(file->descriptor.Get(), head, sizeof head, nRead);
@@ -203,7 +203,7 @@ int VisitBinaryManifest(const char16_t* pPath, const std::function<void(const fi
   }
   if (nRead < sizeof head) ReportLoss(strPath, "cut short within its head");
   ManifestWindow window(strPath, std::move(file->descriptor));
-  // A device lists some thousand files: a manifest without any was cut behind its head.
+  // A device lists some thousand files: a manifest without any was truncated after its header.
   if (window.Size() == 0 && !window.Error() && nRead == sizeof head) ReportProblem(strPath, "lists no files");
   VisitEntries(strPath, window, visit);
   return kStatusOk;

@@ -3,12 +3,12 @@
 #include <functional>
 #include <string>
 
-/// One entry of a binary manifest as it stands in the file. docs/manifest-format.md tells the format.
+/// One entry of a binary manifest, as stored. The format is documented in docs/manifest-format.md.
 struct fileinfo {
   std::string strDomain;
   std::string strPath;
   std::string strLinkTarget;
-  std::string strDataHash;  ///< each byte by "%x", with no padding
+  std::string strDataHash;  ///< each byte as "%x", without padding
   std::string strEncryptionKey;
   uint16_t nMode = 0;
   uint32_t nInodeHigh = 0;
@@ -24,10 +24,9 @@ struct fileinfo {
   uint32_t nPropertyCount = 0;
 };
 
-/// Calls visit for each entry of a binary manifest, in file order, directories and links too.
-/// The record is the visitor's only until it returns.
+/// Calls visit for each entry of a binary manifest, in file order, including directories and links. The
+/// record is valid only during the call.
 /// @param pPath UTF-16.
-/// @return 0, or 87 when the file can't be opened or doesn't begin with the magic.
-///         A file cut short gives 0 and the entries that are whole. What was wrong goes to the problem
-///         handler.
+/// @return 0, or 87 when the file can't be opened or doesn't begin with the magic. A truncated file gives 0
+///         and its complete entries. Problems are reported to the problem handler.
 int VisitBinaryManifest(const char16_t* pPath, const std::function<void(const fileinfo&)>& visit);

@@ -11,7 +11,7 @@ int CLocalBuckupRecovery::InitCallback(ProgressCallback pfnCallback, void* pCont
   return m_pBackupFile->InitCallback(pfnCallback, pContext);
 }
 
-// Whether a backup is encrypted stands in its record, and the decrypt tool tries the password.
+// Whether a backup is encrypted is in its __BACK_FILE_INFO__; the password is checked by the decrypt tool.
 int CLocalBuckupRecovery::IsEncrypt(bool&) {
   return 0;
 }

@@ -3,15 +3,14 @@
 
 #include "backup/session.h"
 
-/// Kinds of source that a parser reads.
+/// Kinds of data source.
 enum RECOVERY_TYPE { RECOVERY_TYPE_LOCAL_BACKUP = 1 };
 
-/// The seam between the workflow and a source of device data.
+/// Interface between the workflow and a source of device data.
 ///
-/// Made, used and replaced on the thread of the scan. Order: Init, InitCallback, Scan, then the Get
-/// operations in the order of the categories. Every operation returns a status: 0 success, 1 a callback said
-/// stop and the step ended early, 2 end the walk, 87 manifest missing, -1 failure of Scan, -110 wrong
-/// password.
+/// Created, used and replaced on the scan's thread. Call order: Init, InitCallback, Scan, then the Get
+/// operations in the order of the categories. All return a status: 0 success, 1 stopped early by a callback,
+/// 2 end the walk, 87 manifest missing, -1 Scan failed, -110 wrong password.
 class IPhoneRecoveryParse {
  public:
   virtual int Init(void* pSession) = 0;
@@ -44,13 +43,13 @@ class IPhoneRecoveryParse {
   virtual ~IPhoneRecoveryParse() = default;
 };
 
-/// The local backup: hands everything on to a session, which it doesn't own.
+/// A local backup: forwards all calls to a session, which it doesn't own.
 class CLocalBuckupRecovery : public IPhoneRecoveryParse {
  public:
   int Init(void* pSession) override;  ///< @param pSession a CIphoneBackupFile that outlives the parser
   int InitCallback(ProgressCallback pfnCallback, void* pContext) override;
-  int IsEncrypt(bool& bEncrypted) override;       ///< tells nothing: 0, and the argument stays
-  int CheckPassword(char* pszPassword) override;  ///< accepts anything: 1
+  int IsEncrypt(bool& bEncrypted) override;       ///< @return 0, with the argument unchanged
+  int CheckPassword(char* pszPassword) override;  ///< @return 1 for any password
   int Scan(QString qstrDecryptedFolder) override;
   int GetIPhoneMessageInfo(MessageMap& messages) override;
   int GetAttachmentsFilePath(std::vector<_IPHONE_ATTACHMENTS_>& attachments) override;
@@ -79,13 +78,13 @@ class CLocalBuckupRecovery : public IPhoneRecoveryParse {
   CIphoneBackupFile* m_pBackupFile = nullptr;
 };
 
-/// Makes parsers.
+/// Creates parsers.
 class CIphoneRecoveryFactory {
  public:
   static CIphoneRecoveryFactory* getInstance();
 
   /// @param pBackupFile a CIphoneBackupFile that outlives the parser.
-  /// @return a parser that the caller owns; null for a kind that isn't known.
+  /// @return a parser owned by the caller; null for an unknown kind.
   IPhoneRecoveryParse* CreateRecoveryParse(void* pBackupFile, RECOVERY_TYPE nType);
 
  private:

@@ -9,10 +9,9 @@
 #include "extract/messages.h"
 #include "extract/notes.h"
 
-/// All that a scan finds in a backup. Filled on the thread of the scan; nobody else touches it meanwhile.
+/// All records found by a scan. Filled on the scan's thread; not to be used by others during a scan.
 struct BackupRecords {
-  /// @param messages where the conversations go: the session's own map, so that there is no second copy of
-  /// them.
+  /// @param messages receives the conversations: the session's own map, to avoid a second copy.
   explicit BackupRecords(MessageMap& messages) : m_mapMessage(messages) {}
 
   std::vector<_IPHONE_CAMERA_INFO_> m_vecCamera;

@@ -5,34 +5,33 @@
 
 #include "backup/categories.h"
 
-/// Makes the parser of a scan over a session. @return null where there is none.
+/// Creates the parser of a scan. @return null when there is none.
 using ParserMaker = std::function<std::unique_ptr<IPhoneRecoveryParse>(CIphoneBackupFile& session)>;
 
-/// The parser of a local backup.
+/// Creates the parser of a local backup.
 std::unique_ptr<IPhoneRecoveryParse> MakeLocalParser(CIphoneBackupFile& session);
 
-/// What differs between the callers of a scan. Everything is called on the thread of the scan, and everything
-/// but the decryption may be empty.
+/// Hooks of a scan. All are called on the scan's thread, and all but decrypt may be empty.
 struct ScanSteps {
   ParserMaker makeParser = MakeLocalParser;
-  ProgressCallback pfnProgress = nullptr;  ///< ends the walk by an answer other than 0, see CIphoneBackupFile
+  ProgressCallback pfnProgress = nullptr;  ///< anything but 0 ends the walk, see CIphoneBackupFile
   void* pProgressContext = nullptr;
-  /// Decrypts the backup, if it is an encrypted one.
-  /// @return the folder of the decrypted files; none to end the scan.
+  /// Decrypts an encrypted backup.
+  /// @return the folder of the decrypted files, or nullopt to end the scan.
   std::function<std::optional<QString>()> decrypt;
-  /// Called when the backup is readable, before its manifest is read.
+  /// Called after decryption, before the manifest is read.
   std::function<void()> beforeManifest;
-  /// Gets the status of reading the manifest, before the categories are read.
+  /// Called with the status of reading the manifest, before the categories are read.
   std::function<void(int nStatus)> afterManifest;
-  /// Called for each category as soon as its records are there.
+  /// Called for each category once its records are complete.
   std::function<void(const Category& category)> afterCategory;
 };
 
-/// Opens a backup and reads all of it: the manifest, then the categories in their fixed order.
-/// @param pParser receives the parser of this scan; an earlier one is destroyed first.
-/// @param records receive what is found, behind what is there.
+/// Opens a backup and reads its manifest, then the categories in their fixed order.
+/// @param pParser receives the parser of this scan; the previous one is destroyed first.
+/// @param records the records are appended to it.
 /// @return -1 without a parser; 0 when the decryption ended the scan; -110 when the parser's Scan returned
-/// it; 2 when it returned -1 or 2, or when a category asked to end the walk; else what the last category
-/// returned. A manifest that is missing or can't be read (87) doesn't end the scan.
+/// it; 2 when Scan returned -1 or 2, or when a category returned 2; else the result of the last category. A
+/// missing or unreadable manifest (87) doesn't end the scan.
 int ScanBackup(const __BACK_FILE_INFO__& info, CIphoneBackupFile& session,
                std::unique_ptr<IPhoneRecoveryParse>& pParser, BackupRecords& records, const ScanSteps& steps);

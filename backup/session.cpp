@@ -13,9 +13,8 @@
 namespace {
 
 constexpr int kStartProgress = 1;
-constexpr int kPlainStep = 11;  // the steps of a scan carry the bar from 1 to 98
-constexpr int kEncryptedStep =
-    10;  // the decrypt tool has taken the bar to 11 before, so each step is smaller
+constexpr int kPlainStep = 11;      // the steps of a scan move the bar from 1 to 98
+constexpr int kEncryptedStep = 10;  // smaller, since decrypting moved the bar to 11
 
 bool HasFile(const std::string& strFolder, const char* pszName) {
   return EntryExists(strFolder + pszName);
@@ -38,8 +37,7 @@ int CIphoneBackupFile::LocalBackUpFileInfo() {
 }
 
 int CIphoneBackupFile::GetBackFileInfo(std::vector<__BACK_FILE_INFO__>& backups) {
-  // One record for the whole run, never cleared: a backup whose file lacks a key shows the value of the one
-  // before.
+  // Deliberately not cleared between backups: for a missing key a backup shows the value of the previous one.
   __BACK_FILE_INFO__ info;
   for (const std::string& strFolder : m_vecBackupDirs) {
     if (!ReadBackupInfo(strFolder, info)) backups.push_back(info);
@@ -64,7 +62,7 @@ int CIphoneBackupFile::TraverseFile(const std::string& strFolder, std::vector<st
 }
 
 int CIphoneBackupFile::ClearTempDir() {
-  if (m_strWorkDir.empty()) return kStatusOk;  // without a work folder the names below are those of others
+  if (m_strWorkDir.empty()) return kStatusOk;  // else the paths below would be relative
   std::vector<std::string> files;
   TraverseFile(m_strWorkDir + kDecryptFolderName + "/", files);
   for (const std::string& strFile : files) unlink(strFile.c_str());
@@ -115,12 +113,12 @@ int CIphoneBackupFile::Scan(const QString& qstrDecryptedFolder) {
   m_mapMessages.clear();
   m_vecDecryptedFiles.clear();
   m_vecBackupDirs.clear();
-  Catalogue().swap(m_vecManifest);  // gives the memory back before the next manifest is read
+  Catalogue().swap(m_vecManifest);  // frees the memory before the next manifest is read
   m_bHasManifestDb = HasFile(m_strBackupPath, "/Manifest.db");
 
   if (m_backupInfo.bEncrypted) {
     m_nProgressStep = kEncryptedStep;
-    // ClearTempDir removes what is listed here, and no folder would list that of the whole machine.
+    // ClearTempDir removes what is listed here; an empty path would list the root folder.
     if (!strDecryptedFolder.empty()) TraverseFile(strDecryptedFolder, m_vecDecryptedFiles);
   } else if (m_pfnCallback) {
     m_pfnCallback(m_pCallbackContext, m_nProgress);
@@ -144,8 +142,8 @@ int CIphoneBackupFile::ReadManifest(const std::string& strDecryptedFolder) {
   }
   if (!m_bHasManifestDb)
     return process_mbdb_file(Ansi2Unicode((m_strBackupPath + pszName).c_str()).c_str(), m_vecManifest);
-  // The decrypt tool leaves the readable form of an encrypted manifest beside it, or among the decrypted
-  // files when it was asked to leave the backup alone.
+  // The decrypt tool writes the decrypted manifest beside the original, or among the decrypted files when run
+  // with the option to leave the backup unchanged.
   const auto decryptedIn = [](const std::string& strFolder) {
     return strFolder + "/" + kDecryptedManifestName;
   };

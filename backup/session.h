@@ -16,13 +16,13 @@
 #include "extract/messages.h"
 #include "extract/notes.h"
 
-/// One open backup: where its files lie, what its manifest holds and how far a scan has come.
+/// One open backup: the location of its files, its catalogue and the progress of a scan.
 ///
-/// One object serves a whole run; Init begins the next backup. It has no lock: a scan or a recovery uses it
-/// from one worker, and nobody else touches it meanwhile. Failures are silent: what can't be read is missing.
+/// One object is used for the whole run; Init switches to another backup. Not thread-safe: during a scan or a
+/// recovery only its worker may use it. Failures are silent: data that can't be read is missing.
 class CIphoneBackupFile {
  public:
-  /// Empties the temporary folder and finds the backups below the backup root.
+  /// Empties the temporary folder and lists the folders below the backup root.
   CIphoneBackupFile();
   ~CIphoneBackupFile();
   CIphoneBackupFile(const CIphoneBackupFile&) = delete;
@@ -30,69 +30,70 @@ class CIphoneBackupFile {
 
   // Discovery.
 
-  /// Lists the folders below the backup root. The constructor's part: it runs before any Init. @return 0.
+  /// Lists the folders below the backup root. Called by the constructor. @return 0.
   int LocalBackUpFileInfo();
-  /// Appends a record for each of these folders that has a readable "Info.plist". A record inherits what its
-  /// own file doesn't tell from the one before it. @return 0.
+  /// Appends a record for each of these folders with a readable "Info.plist". Fields missing in a file are
+  /// inherited from the previous record. @return 0.
   int GetBackFileInfo(std::vector<__BACK_FILE_INFO__>& backups);
-  /// Reads the facts of one backup. @return 0, or 87 without a readable "Info.plist", with the record
-  /// untouched.
+  /// Reads the description of one backup. @return 0, or 87 without a readable "Info.plist", with the record
+  /// unchanged.
   int GetBackFileInfo(const char* pszFolder, __BACK_FILE_INFO__* pInfo);
-  /// 1 for an encrypted backup, else 0.
+  /// @return 1 for an encrypted backup, else 0.
   int IsEncrypted(const char* pszFolder);
-  /// Full paths of the sub-folders (files) of a folder, each put at the front of the vector. @return 1.
+  /// Inserts the full path of each sub-folder (file) of a folder at the front of the vector. @return 1.
   int TraverseFolder(const std::string& strFolder, std::vector<std::string>& folders);
   int TraverseFile(const std::string& strFolder, std::vector<std::string>& files);
 
   // The open backup.
 
-  /// Chooses a backup. @return 0.
+  /// Selects a backup. @return 0.
   int Init(const __BACK_FILE_INFO__* pInfo);
-  /// Sets whom to report progress to; null for nobody. @return 0.
+  /// Sets the progress callback; null for none. @return 0.
   int InitCallback(ProgressCallback pfnCallback, void* pContext);
-  /// The chosen backup; its path is the decrypted folder once an encrypted one has been scanned.
+  /// The selected backup; after the scan of an encrypted one its path is the folder of decrypted files.
   __BACK_FILE_INFO__* GetSelectBackUpFileInfo();
   /// Empties the folder of decrypted files and removes the temporary files of an earlier run. @return 0.
   int ClearTempDir();
 
-  /// Reads the manifest. Comes before the Get operations.
-  /// @param qstrDecryptedFolder folder of the decrypted files; empty for a backup that isn't encrypted.
-  /// @return 0, or 87 when the manifest is missing or can't be read; the stores can be read all the same.
+  /// Reads the manifest. Call before the Get operations.
+  /// @param qstrDecryptedFolder folder of the decrypted files; empty for an unencrypted backup.
+  /// @return 0, or 87 when the manifest is missing or can't be read; the stores can still be read.
   int Scan(const QString& qstrDecryptedFolder);
 
-  // The categories. Each adds its share to the progress and reports it. The walks end early when the callback
-  // answers other than 0, and return that answer; what they have so far is delivered.
+  // The categories. Each reports its share of the progress. Walks over the manifest end early when the
+  // callback returns a value other than 0, and return that value; records found before are delivered.
 
   int GetBackupCameraFile(std::vector<_IPHONE_CAMERA_INFO_>& camera,
                           std::vector<_IPHONE_CAMERA_INFO_>& photoStream);
-  /// The session keeps the messages for the export; who passes MessageMap() itself gets no copy.
+  /// The session keeps the messages for the export; pass GetMessageMap() itself to avoid a copy.
   int GetBackupFileMessageInfo(MessageMap& messages);
   int GetBackupMsgAttachments(std::vector<_IPHONE_ATTACHMENTS_>& attachments);
   int GetBackupFilePersonContent(std::vector<__PERSON_CONTENT__>& people);
   int GetBackupFileHistoryCallInfo(std::vector<__CALLHISTORY__>& calls);
   int GetBackupFileNotes(std::vector<__NOTES__>& notes);
-  /// Also gathers WhatsApp's files for GetWhatsAppAttachment.
+  /// Also collects the files for GetWhatsAppAttachment.
   int GetAppFileInfo(std::vector<_IPHONE_APP_FILE_INFO_>& files);
-  /// Takes the caller's chats into the session. @return the callback's answer.
+  /// Copies the caller's chats into the session. @return the callback's result.
   int GetWhatsappMessageInfo(WhatsAppMap& chats);
-  /// Replaces the caller's list by what GetAppFileInfo gathered. @return the callback's answer.
+  /// Replaces the caller's list with the files collected by GetAppFileInfo. @return the callback's result.
   int GetWhatsAppAttachment(std::vector<_WHATSAPP_ATTACHMENTS_>& attachments);
-  /// Makes an empty entry for each QQ account of the manifest. @return 0, or the answer that ended the walk.
+  /// Adds an empty entry for each QQ account of the manifest. @return 0, or the callback's result that ended
+  /// the walk.
   int GetQQMessageInfo(QQMap& messages);
-  int GetWeiXinMessageInfo(WeiXinMap& messages);  ///< @return 0, nothing is read
+  int GetWeiXinMessageInfo(WeiXinMap& messages);  ///< reads nothing; @return 0
 
-  // Copies and transcripts. Destinations narrow (char) or UTF-16 (char16_t).
+  // Copies and transcripts. Destinations are narrow (char) or UTF-16 (char16_t).
 
   /// Copies the message store. @return 0.
   int RecoverySMSMessage(const char* pszDestination);
   /// Copies the contacts store. @return 0.
   int RecoveryPersonContacts(const char* pszDestination);
   /// Writes one chat as plain text.
-  /// @return 0, the callback's answer other than 0, or the system's error number.
+  /// @return 0, the callback's result if other than 0, or an errno value.
   int RecoveryWhatsAppMessage(unsigned int nChatId, const char16_t* pPath, RecoveryCallback pfnCallback,
                               void* pContext);
 
-  // Parts of the interface without any work. @return 0.
+  // Parts of the interface that do nothing. @return 0.
   int DecryptBackupFile(const char* pszPassword, const char16_t* pFolder, std::string& strResult);
   int PreView(const char16_t* pFirst, const char16_t* pSecond, ProgressCallback pfnCallback, void* pContext);
   int Recovery(const char16_t* pFirst, const char16_t* pSecond, RecoveryCallback pfnCallback, void* pContext);
@@ -101,7 +102,7 @@ class CIphoneBackupFile {
   int RecoveryWeiXinMessage(const char16_t* pFirst, const char16_t* pSecond, const char16_t* pThird,
                             RecoveryCallback pfnCallback, void* pContext);
 
-  // What the session holds.
+  // State of the session.
   MessageMap& GetMessageMap() { return m_mapMessages; }
   const Catalogue& GetManifest() const { return m_vecManifest; }
   const std::vector<std::string>& GetBackupDirs() const { return m_vecBackupDirs; }
@@ -110,9 +111,9 @@ class CIphoneBackupFile {
   int GetProgress() const { return m_nProgress; }
   uint64_t GetMaxMessageId() const { return m_nMaxMessageId; }
   uint64_t GetMaxContactId() const { return m_nMaxContactId; }
-  /// The rule by which the open backup's files are found.
+  /// Locates the files of the open backup.
   BackupLayout GetLayout() const;
-  /// The open backup's own folder, also once its decrypted files are read from elsewhere. Narrow.
+  /// The open backup's own folder, even when decrypted files are read from another. Narrow.
   const std::string& GetBackupFolder() const { return m_strBackupFolder; }
 
  private:
@@ -120,9 +121,9 @@ class CIphoneBackupFile {
   std::string StorePath(const char* pszStoreId) const;
   WalkProgress GetWalkProgress() const;
   /// Fills the catalogue from the manifest in the backup's own folder, or from the decrypted one.
-  /// @param strDecryptedFolder as of Scan. @return as Scan.
+  /// @param strDecryptedFolder see Scan. @return see Scan.
   int ReadManifest(const std::string& strDecryptedFolder);
-  /// Adds to the progress and reports it. @return the callback's answer, 0 without one.
+  /// Adds to the progress and reports it. @return the callback's result, 0 without a callback.
   int Advance(int nShare);
 
   std::string m_strBackupPath;

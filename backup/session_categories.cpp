@@ -1,5 +1,5 @@
-// The categories of a backup, as the session reads them: each step finds its stores, runs their reader and
-// adds its share to the progress.
+// The session's Get operations: each locates its stores, runs their reader and adds its share to the
+// progress.
 
 #include <cstring>
 
@@ -36,7 +36,7 @@ int CIphoneBackupFile::GetBackupMsgAttachments(std::vector<_IPHONE_ATTACHMENTS_>
 int CIphoneBackupFile::GetBackupFilePersonContent(std::vector<__PERSON_CONTENT__>& people) {
   CIPhoneContacts reader;
   reader.nProductVersionAbove11 = m_backupInfo.bProductVersionAbove11;
-  // The form of the backup decides the columns; the store itself isn't asked.
+  // The format of the backup decides the columns, not the store's schema.
   reader.bNewContactsLayout = m_bHasManifestDb;
   const int nStatus = reader.GetContactsInfo(StorePath(kContactsStore), people, m_nMaxContactId);
   Advance(m_nProgressStep / 2);
@@ -70,7 +70,7 @@ int CIphoneBackupFile::GetAppFileInfo(std::vector<_IPHONE_APP_FILE_INFO_>& files
 }
 
 int CIphoneBackupFile::GetWhatsappMessageInfo(WhatsAppMap& chats) {
-  // The other way round than its neighbours: the chats go from the caller into the session, for the
+  // The opposite direction of the other operations: copies the caller's chats into the session, for the
   // transcript.
   if (&chats != &m_mapWhatsApp) m_mapWhatsApp = chats;
   return Advance(m_nProgressStep);

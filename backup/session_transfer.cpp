@@ -1,5 +1,5 @@
-// What the session gives away: copies of whole stores, a plain transcript of a chat, and the operations of
-// its interface that have no work.
+// The session's output: copies of whole stores, a plain transcript of a chat, and the operations of its
+// interface that do nothing.
 
 #include <cerrno>
 #include <cstdio>
@@ -14,8 +14,8 @@ namespace {
 constexpr char kUnknownName[] = "Unknown";
 constexpr int kTranscriptCounterStep = 100;
 
-/// Who wrote a message. For the owner of the phone it is the first letter of "Me", which is all that has ever
-/// reached a transcript.
+/// Writer of a message. For the owner of the phone only the first letter of "Me". Required for output
+/// compatibility.
 std::string TranscriptParty(const __WHATSAPP_MESSAGE__& message) {
   if (message.nIsFromMe != 0) return "M";
   return message.strName.empty() || message.strName == kUnknownName ? message.strPhone : message.strName;
