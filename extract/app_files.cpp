@@ -16,9 +16,8 @@ constexpr char kAppDomain[] = "AppDomain-";
 constexpr char kWhatsAppDomain[] = "net.whatsapp.WhatsApp";
 constexpr char kOtherApps[] = "other";
 
-// clang-format off
-// Each item ends with "|", so that an extension and a "|" behind it can be searched for. The tail of a longer
-// item matches as well, and the last sound, which has no "|" behind it, never does.
+// clang-format off Looked up by searching for the extension plus "|". So the tail of a longer item matches
+// too, and the last sound, which has no "|" after it, never does.
 constexpr char kImages[] =
     "*.bmp|*.gif|*.jpg|*.jpeg|*.png|*.psd|*.tif|*.tiff|*.pcx|*.scr|*.ico|*.nef|*.nrw|*.crw|*.cr2|*.sr2|"
     "*.arw|*.srf|*.divu|*.pgm|*.k25|*.kdc|*.dcr|*.raf|*.iff|*.pbm|*.mef|*.jp2|*.mos|*.x3f|*.orf|*.erf|"
@@ -31,7 +30,7 @@ constexpr char kSounds[] =
     "*.at3|*.caf|*.dss|*.m4r|*.nra|*.snd";
 // clang-format on
 
-/// The text between the first "com." (without one, the first "net.") of the whole name and the next "-".
+/// The text between the first "com." (or else the first "net.") of the name and the next "-".
 std::string AppName(const std::string& strName) {
   static constexpr size_t kPrefixLength = 4;
   const std::string strCatalogueName = strName.c_str();  // a name ends at its first zero byte
@@ -69,7 +68,7 @@ int WalkAppFiles(const Catalogue& catalogue, const BackupLayout& layout, const W
                  std::vector<_IPHONE_APP_FILE_INFO_>& files, std::vector<_WHATSAPP_ATTACHMENTS_>& whatsApp) {
   const auto nTotal = static_cast<uint32_t>(catalogue.size());
   CFileTypeJudge judge;
-  uint32_t nCount = 2;  // runs to twice the total: the bar goes a step too far and falls back at the end
+  uint32_t nCount = 2;  // counts to twice the total: the bar overshoots by a step and drops back at the end
   int nAnswer = 0;
   HeadReader reader(catalogue, layout, IsAppName);
   for (size_t i = 0; i < catalogue.size(); ++i) {

@@ -11,17 +11,17 @@
 
 namespace {
 
-// 978307200 in the statements: seconds from 1970-01-01 to 2001-01-01, from which the stores count.
+// 978307200 in the statements: seconds from 1970-01-01 to 2001-01-01, the epoch of the stores.
 constexpr char kCalls[] =
     "SELECT ZANSWERED, ZDURATION, ZADDRESS,datetime(ZDATE + 978307200, 'unixepoch') AS DateString "
     "FROM ZCALLRECORD ORDER BY ZDATE DESC";
 
-// The newer columns for every backup: calls of an old one stay without names.
+// Always the newer columns, so calls of an old backup have no names.
 constexpr char kPhoneOwners[] =
     "select c0First, c1Last,c6Organization,c16Phone,c17Email,c18Address,c20URL "
     "from ABPersonFullTextSearch_content";
 
-constexpr size_t kShortestNamedNumber = 5;  // short codes stay without a name
+constexpr size_t kShortestNamedNumber = 5;  // short codes get no name
 
 }  // namespace
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// One call. nAnswered is what the store calls so; the system takes 0 for an outgoing call.
+/// One call. nAnswered is the store's column "answered"; 0 is treated as an outgoing call.
 struct __CALLHISTORY__ {
   int32_t nDeleted = 0;
   int32_t nAnswered = 0;
@@ -22,12 +22,12 @@ bool VectorCmp(const __CALLHISTORY__& first, const __CALLHISTORY__& second);
 /// Reads the call log of a backup. Lives on the stack for one call, on the thread of the scan.
 class CIPhoneHistoryCall {
  public:
-  int32_t nProductVersionAbove11 = 0;  ///< handed in, decides nothing
+  int32_t nProductVersionAbove11 = 0;  ///< not used
 
-  /// Appends the calls that have a number, with the name of the first contact whose phone text holds that
-  /// number, and sorts the whole vector.
+  /// Appends the calls with a number, with the name of the first contact whose phone text contains it, and
+  /// sorts the whole vector.
   /// @param strCallPath, strContactsPath narrow paths of the two stores.
-  /// @return 0 always; a store that can't be read adds nothing.
+  /// @return always 0; a store that can't be read adds nothing.
   int GetHistoryCallInfo(const std::string& strCallPath, const std::string& strContactsPath,
                          std::vector<__CALLHISTORY__>& calls);
 };

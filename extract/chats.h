@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// One message of a WhatsApp chat. The name, number and title of the chat stand at least in its first record.
+/// One message of a WhatsApp chat. Name, number and title of the chat are set at least in its first record.
 struct __WHATSAPP_MESSAGE__ {
   int32_t nDeleted = 0;
   int32_t nIsFromMe = 0;  ///< 0 for a received message
@@ -26,7 +26,7 @@ struct __WHATSAPP_MESSAGE__ {
 /// Chats by key.
 using WhatsAppMap = std::map<unsigned int, std::vector<__WHATSAPP_MESSAGE__>>;
 
-/// Records of a fuller reader; nothing fills them yet.
+/// Records for a complete reader; not filled by anything yet.
 struct __WHATSAPP_CONTENT__ {
   int32_t nFirst = 0, nSecond = 0, nThird = 0;
   std::string strFirst, strSecond, strThird;
@@ -40,7 +40,7 @@ struct __WHATSAPP_MEDIA_TITLE__ {
   std::string strTitle;
 };
 
-/// One message of a QQ or WeiXin chat; nothing fills them yet.
+/// One message of a QQ or WeiXin chat; not filled by anything yet.
 struct __QQ_MESSAGE__ {
   int32_t nFirst = 0, nSecond = 0, nThird = 0;
   std::string strFirst, strSecond, strThird, strFourth;
@@ -55,25 +55,25 @@ using QQChats = std::map<std::string, std::vector<__QQ_MESSAGE__>>;
 using QQMap = std::map<std::string, QQChats>;
 using WeiXinMap = std::map<std::u16string, std::map<std::u16string, std::vector<__WEIXIN_MESSAGE__>>>;
 
-/// The largest number of columns seen of the table ZWAMESSAGE.
+/// The largest column count of the table ZWAMESSAGE so far.
 extern uint32_t g_u32WhatsappColNumber;
 
-/// A row callback in the form of sqlite3_exec: stores the column count in g_u32WhatsappColNumber. @return 0.
+/// Row callback for sqlite3_exec: stores the column count in g_u32WhatsappColNumber. @return 0.
 int select_result(void* pContext, int nColumns, char** ppValues, char** ppNames);
 
-/// Looks at WhatsApp's message store. Lives on the stack for one call.
+/// Examines WhatsApp's message store. Lives on the stack for one call.
 class CIPhoneWhatsApp {
  public:
   /// Counts the columns of the message table and keeps the largest count in g_u32WhatsappColNumber.
-  /// @param strPath narrow path of the store. @param strSecondPath not used. @param chats isn't touched.
+  /// @param strPath narrow path of the store. @param strSecondPath not used. @param chats unchanged.
   /// @return 0.
   int GetWhatsAppMessageInfo(const std::string& strPath, const std::string& strSecondPath,
                              WhatsAppMap& chats);
 };
 
-/// Reader of a QQ store: finds nothing.
+/// Reader of a QQ store; reads nothing yet.
 class CIPhoneQQ {
  public:
-  /// @return 0; the map stays as it is.
+  /// @return 0, with chats unchanged.
   int GetQQInfo(const std::string& strPath, QQChats& chats);
 };

@@ -31,14 +31,14 @@ int CIPhoneContacts::GetContactsInfo(const std::string& strPath, std::vector<__P
     StoreQuery query(strPath, bNewContactsLayout ? kNewLayout : kOldLayout);
     while (query.Next()) {
       __PERSON_CONTENT__ person;
-      person.strName = query.Narrow(0) + query.Narrow(1);  // joined without a blank, as all lists show it
+      person.strName = query.Narrow(0) + query.Narrow(1);  // joined without a blank, as shown in all lists
       person.strCompany = query.Narrow(2);
       person.strPhone = query.Narrow(3);
       person.strEmail = query.Narrow(4);
       person.strUrl = query.Narrow(5);
-      // Dropped people count here too; a negative number counts as a very large one.
+      // Skipped people count too; a negative id counts as a very large one.
       nMaxId = std::max(nMaxId, static_cast<uint64_t>(static_cast<int64_t>(query.Integer(6))));
-      if (person.strPhone.empty()) continue;  // a person without a phone number isn't listed
+      if (person.strPhone.empty()) continue;  // people without a phone number aren't listed
       if (person.strName.empty()) person.strName = "No Name";
       people.push_back(std::move(person));
     }

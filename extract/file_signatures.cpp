@@ -1,5 +1,5 @@
-// The signatures that the type judge looks for in a head. Offsets count from the start of the file; every
-// read stays inside the given length.
+// The signatures that CFileTypeJudge tests. Offsets are from the start of the file; no read exceeds the given
+// length.
 
 #include <initializer_list>
 
@@ -9,13 +9,13 @@ namespace {
 
 constexpr int kUnknown = CFileTypeJudge::kUnknown;
 
-/// A head in memory. What lies beyond its end reads as zero and matches nothing.
+/// A head in memory. Bytes beyond its end read as zero and match nothing.
 class Head {
  public:
   Head(const void* pData, uint32_t nLength)
       : m_pData(static_cast<const unsigned char*>(pData)), m_nLength(pData ? nLength : 0) {}
 
-  /// False for less than so many bytes; null has none.
+  /// True when there are at least nLength bytes; null has none.
   bool Has(uint32_t nLength) const { return m_nLength >= nLength; }
 
   uint32_t Length() const { return m_nLength; }
@@ -39,7 +39,7 @@ class Head {
     return true;
   }
 
-  /// True when the bytes stand somewhere in the first nSpan bytes.
+  /// True when the first nSpan bytes contain the sequence.
   bool BytesWithin(uint32_t nSpan, std::initializer_list<unsigned char> bytes) const {
     const uint32_t nEnd = nSpan < m_nLength ? nSpan : m_nLength;
     for (uint64_t i = 0; i + bytes.size() <= nEnd; ++i) {
@@ -100,7 +100,7 @@ int CFileTypeJudge::Is3pgType(const void* pData, uint32_t nLength) {
 
 int CFileTypeJudge::IsMp3Type(const void* pData, uint32_t nLength) {
   const Head head(pData, nLength);
-  // The stated length covers "ID3" alone; a head that ends within the ten bytes looked at isn't one.
+  // The first check is for "ID3"; a head shorter than the ten bytes examined doesn't match either.
   if (!head.Has(3) || !head.Has(10) || !head.Text(0, "ID3")) return kUnknown;
   const bool bVersion = head.Byte(3) != 0xFF && head.Byte(4) != 0xFF;
   const bool bFlags = (head.Byte(5) & 0x1F) == 0;
@@ -110,10 +110,9 @@ int CFileTypeJudge::IsMp3Type(const void* pData, uint32_t nLength) {
 
 int CFileTypeJudge::IsMidType(const void* pData, uint32_t nLength) {
   const Head head(pData, nLength);
-  // The header length is compared as a little-endian number, so that a standard file, which has 00 00 00 06,
-  // fails.
+  // The header length is read as little-endian, so a standard file (00 00 00 06) doesn't match.
   if (!head.Has(16) || !head.Text(0, "MThd") || head.Little32(4) != 6) return kUnknown;
-  // The track's mark begins at 14, so that a length of 16 or 17 can't hold it.
+  // The track's mark is at 14, so it doesn't fit into 16 or 17 bytes.
   return TypeIf(head.Text(14, "MTrk"), 13);
 }
 
@@ -159,7 +158,7 @@ int CFileTypeJudge::IsIcoType(const void* pData, uint32_t nLength) {
   if (!head.Has(16) || !head.Bytes(0, {0, 0, 1, 0})) return kUnknown;
   const uint32_t nImages = head.Little16(4);
   if (nImages == 0 || kHeader + kEntry * nImages > nLength) return kUnknown;
-  uint32_t nExpected = kHeader + kEntry * nImages;  // the images lie back to back behind the directory
+  uint32_t nExpected = kHeader + kEntry * nImages;  // the images follow the directory without gaps
   for (uint32_t i = 0; i < nImages; ++i) {
     const uint32_t nEntry = kHeader + kEntry * i;
     if (head.Byte(nEntry + 3) != 0 || head.Little32(nEntry + 12) != nExpected) return kUnknown;
@@ -276,7 +275,7 @@ int CFileTypeJudge::IsDbxEmailType(const void* pData, uint32_t nLength) {
 
 int CFileTypeJudge::IsPeType(const void* pData, uint32_t nLength) {
   static constexpr uint32_t kFlagsOffset = 22;
-  static constexpr uint32_t kLastPlace = 489;  // so that the fields looked at lie within the first 512 bytes
+  static constexpr uint32_t kLastPlace = 489;  // keeps the fields examined within the first 512 bytes
   const Head head(pData, nLength);
   if (!head.Has(512) || !head.Text(0, "MZ")) return kUnknown;
   const uint32_t nPlace = head.Little32(60);

@@ -10,8 +10,8 @@
 #include "common/problem.h"
 #include "common/status.h"
 
-// The tests in the order in which they are tried. The first row of a type names its extension; the further
-// rows of a type only serve GetExtendNameType.
+// The tests in the order in which they are tried. The first row of a type gives its extension; further rows
+// of a type are used only by GetExtendNameType.
 const CFileTypeJudge::Row CFileTypeJudge::szExtendNameAndType[] = {
     {"mpeg", 15, IsMpgType},      {"mpg", 15, IsMpgType}, {"vob", 15, IsMpgType}, {"mp4", 18, IsMp4Type},
     {"rmvb", 23, IsRmvbType},     {"wmv", 24, IsAsfType}, {"wma", 24, IsAsfType}, {"avi", 22, IsAviType},
@@ -39,11 +39,11 @@ int CFileTypeJudge::ParseFileBuf(const char* pszPath, std::string& strOutput) {
 int CFileTypeJudge::JudgeHead(const char* pszPath, const BackupFileHead& head, std::string& strOutput) {
   if (const int nError = head.nOpenError) {
     if (nError != ENOENT) ReportLoss(SystemProblem(Problem::Step::Open, pszPath, nError));
-    // Something that is not a file is there: it has no type, and isn't missing.
+    // It exists but isn't a regular file: no type, but not missing.
     return nError == EISDIR || nError == ENXIO || nError == ELOOP ? kStatusShortRead : nError;
   }
   if (!head.bWhole) {
-    // A file that merely is too short gets no type; that is the rule, and small thumbnails stay out by it.
+    // A file that is too short gets no type, which is intended: it excludes small thumbnails.
     if (head.nReadError != 0) ReportLoss(SystemProblem(Problem::Step::Read, pszPath, head.nReadError));
     return kStatusShortRead;
   }

@@ -6,34 +6,34 @@
 
 #include "extract/file_head.h"
 
-/// Tells what a file is from its first 512 bytes. Not shared between threads: an object numbers the files
-/// that it has named.
+/// Detects the type of a file from its first 512 bytes. Not thread-safe: an object counts the files that it
+/// has named.
 class CFileTypeJudge {
  public:
-  static constexpr int kUnknown = 48;  ///< the type number of what no test accepts
+  static constexpr int kUnknown = 48;  ///< the type number of a file that no test accepts
   static constexpr uint32_t kHeadSize = BackupFileHead::kSize;
 
   /// @param strPath   narrow path.
-  /// @param strOutput receives a number, "." and the extension, "0.jpg" first; left alone when the type is
-  /// unknown.
+  /// @param strOutput receives a running number, "." and the extension, starting with "0.jpg"; unchanged when
+  /// the type is unknown.
   /// @return 0 when the head was read; an errno value when the file can't be opened; 30 when it has fewer
-  /// than 512
-  ///         bytes.
+  /// than 512 bytes.
   int ParseFileBuf(const char* pszPath, std::string& strOutput);
 
-  /// The same for a file whose head has been read. What kept it from being read is reported here.
+  /// Same as above for a file whose head has been read. Reports the error when reading it failed.
   int JudgeHead(const char* pszPath, const BackupFileHead& head, std::string& strOutput);
 
-  /// The same over a head in memory, for real wide text. @return 0.
+  /// Same as above for a head in memory, with one character per wchar_t in the result. @return 0.
   int ParseFileBuf(const void* pData, uint32_t nLength, std::wstring& wstrOutput);
 
-  /// The type of a head: the first that a row of the table finds, or 48.
+  /// The type of a head: that of the first matching row of the table, or 48.
   static int GetDataBufType(const void* pData, uint32_t nLength);
 
-  /// The type of an extension, in any case, or 48.
+  /// The type of an extension, ignoring case, or 48.
   static int GetExtendNameType(const char* pszExtension);
 
-  // The tests. Each answers its type number, or 48 for null, a length that is too small or another head.
+  // The tests. Each returns its type number, or 48 for null, for too few bytes or when the head doesn't
+  // match.
   static int IsMpgType(const void* pData, uint32_t nLength);
   static int IsMp4Type(const void* pData, uint32_t nLength);
   static int IsRmvbType(const void* pData, uint32_t nLength);
@@ -50,7 +50,7 @@ class CFileTypeJudge {
   static int IsPngType(const void* pData, uint32_t nLength);
   static int IsIcoType(const void* pData, uint32_t nLength);
 
-  // Tests that no row of the table uses, so that no file is ever judged by them.
+  // Tests that no row of the table uses.
   static int IsOffice2003Type(const void* pData, uint32_t nLength);
   static int IsOffice2007Type(const void* pData, uint32_t nLength);
   static int IsPdfType(const void* pData, uint32_t nLength);
@@ -76,7 +76,7 @@ class CFileTypeJudge {
   static int IsTtfType(const void* pData, uint32_t nLength);
   static int IsMtsType(const void* pData, uint32_t nLength);
 
-  // Marks at the end of files and object identifiers, for a search from the tail. Nothing reads them yet.
+  // Trailers of files and object identifiers, for a search from the end. Not used yet.
   static constexpr unsigned char szJpgTail[] = {0xFF, 0xD9};
   static constexpr unsigned char szGifTail[] = {0x00, 0x3B};
   static constexpr unsigned char szPngTail[] = {'I', 'E', 'N', 'D', 0xAE, 0x42, 0x60, 0x82};
@@ -89,7 +89,7 @@ class CFileTypeJudge {
   static constexpr char sm_ucPdfEof[] = "%%EOF";
   static constexpr char sm_ucPdfTrailer[] = "trailer";
 
-  // The published identifiers of ASF objects, as they stand in a file.
+  // The published identifiers of ASF objects, in file byte order.
   static constexpr unsigned char sm_Asf_file_head_guid[] = {0x30, 0x26, 0xB2, 0x75, 0x8E, 0x66, 0xCF, 0x11,
                                                             0xA6, 0xD9, 0x00, 0xAA, 0x00, 0x62, 0xCE, 0x6C};
   static constexpr unsigned char sm_Asf_file_properties_guid[] = {
@@ -114,13 +114,13 @@ class CFileTypeJudge {
   int64_t m_nFileCounter = 0;
 };
 
-// Searches in memory. They differ from the C library's in what they answer to an empty pattern.
+// Searches in memory. They differ from the C library's in the result for an empty pattern.
 namespace memory_search {
 
-/// First hit, or null. Null for a null pointer, an empty pattern or one longer than the data.
+/// First match, or null. Null for a null pointer, an empty pattern or one longer than the data.
 const void* memmem(const void* pData, size_t nLength, const void* pPattern, size_t nPatternLength);
 
-/// Last hit, or null. An empty pattern hits at the end of the data.
+/// Last match, or null. An empty pattern matches at the end of the data.
 const void* memrmem(const void* pData, size_t nLength, const void* pPattern, size_t nPatternLength);
 
 }  // namespace memory_search

@@ -7,7 +7,7 @@
 #include "common/text.h"
 
 namespace {
-// A thread costs as much as some ten files.
+// Starting a thread costs as much as reading some ten files.
 constexpr size_t kSmallCatalogue = 1024;
 }  // namespace
 
@@ -21,7 +21,7 @@ HeadReader::HeadReader(const Catalogue& catalogue, const BackupLayout& layout, I
   try {
     m_thread = std::thread([this] { RunAhead(); });
   } catch (const std::system_error&) {
-    // The system grants no more threads: the walk reads its files itself.
+    // No thread available: the walk reads the files itself.
   }
 }
 
@@ -64,7 +64,7 @@ void HeadReader::EnterBlock(size_t nBlock) {
 
 void HeadReader::RunAhead() {
   std::unique_lock<std::mutex> lock(m_mutex);
-  // After a stop the walk itself reads what it still asks for.
+  // After a stop request the walk reads the remaining files itself.
   while (!m_bEnded && m_nNextBlock < m_nBlocks && !IsStopRequested()) {
     if (HasRoom())
       ReadNextBlock(lock);
@@ -80,7 +80,7 @@ void HeadReader::ReadNextBlock(std::unique_lock<std::mutex>& lock) {
   try {
     ReadBlock(nBlock);
   } catch (...) {
-    block.error = std::current_exception();  // for the walk, when it comes here
+    block.error = std::current_exception();  // rethrown when the walk enters the block
   }
   lock.lock();
   block.bRead = true;

@@ -13,13 +13,13 @@
 
 /// Reads the heads of the files that a walk over the catalogue looks at.
 ///
-/// Over a large catalogue a second thread reads ahead of the walk, by some hundred entries at most, and the
-/// walk reads further ahead itself where it would have to wait. The walk sees none of this: it gets each head
-/// on its own thread when it asks for it, and reports what is wrong with it when it likes to. A small
-/// catalogue is read file by file. Lives on the stack of one walk.
+/// For a large catalogue a second thread reads up to 1024 entries ahead of the walk. Where the walk would
+/// have to wait, it reads blocks ahead itself. Errors are kept in each head and are not reported here, so the
+/// walk can report them in its own order. A small catalogue is read file by file. Lives on the stack of one
+/// walk.
 class HeadReader {
  public:
-  /// Whether a walk looks at files of a name. Called from both threads.
+  /// True when a walk examines files with this name. Called from both threads.
   using IsWanted = bool (*)(const std::string& strName);
 
   struct File {
@@ -29,24 +29,24 @@ class HeadReader {
     BackupFileHead head;
   };
 
-  /// @param catalogue outlives the reader and doesn't change.
+  /// @param catalogue must outlive the reader and not change.
   HeadReader(const Catalogue& catalogue, const BackupLayout& layout, IsWanted pfnIsWanted);
-  /// Ends the second thread; waits for the file that it is reading.
+  /// Stops the second thread; waits for the file that it is reading.
   ~HeadReader();
   HeadReader(const HeadReader&) = delete;
   HeadReader& operator=(const HeadReader&) = delete;
 
   /// The file of an entry, valid until the next call; null when it isn't wanted.
-  /// @param nEntry 0 first, then one more with each call.
+  /// @param nEntry 0 in the first call, then one more in each call.
   const File* FileOf(size_t nEntry);
 
  private:
   static constexpr size_t kBlockEntries = 64;
   static constexpr size_t kBlocksAhead = 16;
 
-  /// What the files of 64 entries in a row came to.
+  /// The heads of the files of 64 consecutive entries.
   struct Block {
-    std::vector<File> files;  // stays as large as it was, so that paths keep their memory
+    std::vector<File> files;  // never shrinks, to reuse the memory of the paths
     size_t nFiles = 0;
     bool bRead = false;
     std::exception_ptr error;
@@ -54,11 +54,11 @@ class HeadReader {
 
   Block& BlockOf(size_t nBlock) { return m_ring[nBlock % kBlocksAhead]; }
   void ReadFile(size_t nEntry, File& file) const;
-  /// Reads the next block that nobody reads yet. @param lock is open meanwhile.
+  /// Reads the next unclaimed block. @param lock is released while reading.
   void ReadNextBlock(std::unique_lock<std::mutex>& lock);
   void ReadBlock(size_t nBlock);
   bool HasRoom() const { return m_nNextBlock < m_nBlocks && m_nNextBlock < m_nCurrentBlock + kBlocksAhead; }
-  /// Gives the blocks before one back and waits until that one is read.
+  /// Releases the blocks before nBlock and waits until nBlock is read.
   void EnterBlock(size_t nBlock);
   void RunAhead();
 
@@ -66,12 +66,12 @@ class HeadReader {
   const FileLocator m_locator;
   const BackupFolder m_folder;
   const IsWanted m_pfnIsWanted;
-  File m_file;            // of a reader without a second thread
-  size_t m_nInBlock = 0;  // files of the current block that have been handed out
+  File m_file;            // used without a second thread
+  size_t m_nInBlock = 0;  // files of the current block already returned
 
   const size_t m_nBlocks;
   std::array<Block, kBlocksAhead> m_ring;
-  std::mutex m_mutex;  // for what follows, and for bRead of all blocks
+  std::mutex m_mutex;  // guards the members below and bRead of all blocks
   std::condition_variable m_changed;
   size_t m_nCurrentBlock = 0;  // that of the walk
   size_t m_nNextBlock = 0;

@@ -22,7 +22,7 @@ bool Contains(const std::string& strText, const char* pszPart) {
   return strText.find(pszPart) != std::string::npos;
 }
 
-/// What the judge says of a file that the manifest promises.
+/// Result of examining a file listed in the manifest.
 enum class Verdict { Missing, Unknown, Known };
 
 /// @param strJudged receives the judge's text for a known type.
@@ -31,7 +31,7 @@ Verdict JudgeFile(CFileTypeJudge& judge, const HeadReader::File& file, std::stri
   const int nStatus = judge.JudgeHead(file.strPath.c_str(), file.head, strJudged);
   if (!strJudged.empty()) return Verdict::Known;
   if (nStatus == ENOENT) return Verdict::Missing;
-  // Only a file that can't be opened may be missing, so that the others need no test of their own.
+  // Only a file that can't be opened may be missing, so only those are tested.
   const bool bOpened = nStatus == kStatusOk || nStatus == kStatusShortRead;
   return bOpened || QFile::exists(FromNarrow(file.strPath)) ? Verdict::Unknown : Verdict::Missing;
 }
@@ -44,10 +44,10 @@ bool IsAttachmentName(const std::string& strName) {
   return Contains(strName, kAttachments);
 }
 
-/// Goes over the catalogue and calls visit for each entry whose file is wanted. One for which it answers
-/// false isn't counted; all others are.
-/// @param nFactor how many steps the walk covers.
-/// @return the callback's last answer; other than 0 when it ended the walk.
+/// Calls visit for each catalogue entry whose file is wanted. Entries for which visit returns false aren't
+/// counted in the progress; all others are.
+/// @param nFactor number of steps that the walk covers.
+/// @return the callback's last result; not 0 when it ended the walk.
 template <typename Visit>
 int WalkCatalogue(const Catalogue& catalogue, const BackupLayout& layout, HeadReader::IsWanted pfnIsWanted,
                   const WalkProgress& progress, uint32_t nFactor, Visit visit) {
@@ -83,8 +83,7 @@ bool WhatsAppAttVectorCmp(const _WHATSAPP_ATTACHMENTS_& first, const _WHATSAPP_A
 }
 
 std::string DeviceFileName(const std::string& strCatalogueName) {
-  const std::string strName =
-      strCatalogueName.c_str();  // a name ends at its first zero byte, whatever follows
+  const std::string strName = strCatalogueName.c_str();  // a name ends at its first zero byte
   const size_t nSlash = strName.rfind('/');
   return nSlash == std::string::npos ? strName : strName.substr(nSlash + 1);
 }
@@ -121,7 +120,7 @@ int WalkCameraFiles(const Catalogue& catalogue, const BackupLayout& layout, cons
   std::string strJudged;
   const auto visit = [&](const __MBDB_FILE__& entry, const HeadReader::File& file) {
     const Verdict verdict = JudgeFile(judge, file, strJudged);
-    if (verdict == Verdict::Missing) return false;  // not counted, so that the bar may end short of its mark
+    if (verdict == Verdict::Missing) return false;  // not counted, so the bar may end before its mark
     if (verdict == Verdict::Unknown) return true;
     _IPHONE_CAMERA_INFO_ info;
     info.strFileName = DeviceFileName(entry.strFileName);
@@ -131,7 +130,7 @@ int WalkCameraFiles(const Catalogue& catalogue, const BackupLayout& layout, cons
     return true;
   };
   const int nAnswer = WalkCatalogue(catalogue, layout, IsCameraName, progress, kSteps, visit);
-  // The photo stream keeps the order of the catalogue; only the camera roll is in the order of names.
+  // The photo stream stays in catalogue order; only the camera roll is sorted by name.
   SortRecords(camera, CamVectorCmp);
   return nAnswer;
 }

@@ -13,8 +13,8 @@
 
 namespace {
 
-// Newer stores keep message.date in nanoseconds, older ones in seconds; both readings are made for each row.
-// 978307200: seconds from 1970-01-01 to 2001-01-01, from which the store counts.
+// message.date is in nanoseconds in newer stores and in seconds in older ones; both conversions are made for
+// each row. 978307200: seconds from 1970-01-01 to 2001-01-01, the epoch of the store.
 constexpr char kMessages[] =
     "SELECT  message.text, message.is_from_me, "
     "datetime(message.date/1000000000 + 978307200, 'unixepoch') AS DateStr, "
@@ -26,7 +26,7 @@ constexpr char kMessages[] =
 
 enum Column { kText, kFromMe, kDate, kRowId, kHandleId, kSender, kRawDate, kDateInSeconds };
 
-constexpr int kNanosecondDigits = 15;  // a raw date with fewer characters is a count of seconds
+constexpr int kNanosecondDigits = 15;  // a raw date with fewer characters is in seconds
 
 constexpr char kNewPhoneOwners[] =
     "select c0First, c1Last,c6Organization,c16Phone,c17Email,c18Address,c20URL "
@@ -49,15 +49,15 @@ __MESSAGE_INFO__ ReadMessage(const StoreQuery& query) {
   return message;
 }
 
-/// Where a message is, and what it is sorted by.
+/// Position and sort key of a message.
 struct Place {
   uint64_t nDate = 0;  ///< see DateNumber
   uint32_t nConversation = 0;
   uint32_t nMessage = 0;
 };
 
-/// Brings records into another order without a second list: the one that was at order[i] comes to i.
-/// @param order holds each place once; is used up.
+/// Permutes records in place: the record at order[i] is moved to i.
+/// @param order a permutation of the indexes; overwritten.
 template <typename Record>
 void Reorder(std::vector<Record>& records, std::vector<uint32_t>& order) {
   for (uint32_t nFirst = 0; nFirst < order.size(); ++nFirst) {
@@ -74,8 +74,8 @@ void Reorder(std::vector<Record>& records, std::vector<uint32_t>& order) {
   }
 }
 
-/// The digits of a date in the form that the store's datetime gives, as one number in the same order.
-/// @return false for a text of another form.
+/// Converts a date as given by SQLite's datetime to a number with the same order.
+/// @return false for text in another format.
 bool DateNumber(const std::string& strDate, uint64_t& nNumber) {
   static constexpr char kForm[] = "dddd-dd-dd dd:dd:dd";
   if (strDate.size() != sizeof kForm - 1) return false;
@@ -88,8 +88,8 @@ bool DateNumber(const std::string& strDate, uint64_t& nNumber) {
   return true;
 }
 
-/// Messages on their way from the store to the map: in their conversations from the start, so that none is in
-/// the memory twice.
+/// Collects messages on their way from the store to the map. Grouped by conversation from the start, so that
+/// none is in memory twice.
 class FoundMessages {
  public:
   void Add(__MESSAGE_INFO__&& message) {
@@ -105,7 +105,7 @@ class FoundMessages {
 
   void MatchNames(NameMatcher& matcher) {
     for (Conversation& conversation : m_conversations) {
-      const std::string* pSender = nullptr;  // of the message before, and its name
+      const std::string* pSender = nullptr;  // of the previous message, and its name
       const std::string* pName = nullptr;
       for (__MESSAGE_INFO__& message : conversation.messages) {
         if (!pSender || *pSender != message.strSender) pName = &matcher.NameOf(message.strSender);
@@ -115,7 +115,7 @@ class FoundMessages {
     }
   }
 
-  /// Moves the messages to the ends of their conversations in the map, newest first.
+  /// Appends the messages to their conversations in the map, newest first.
   void MoveTo(MessageMap& map) {
     SortPlaces();
     std::vector<std::vector<uint32_t>> orders(m_conversations.size());
@@ -134,15 +134,15 @@ class FoundMessages {
  private:
   struct Conversation {
     uint32_t nHandleId = 0;
-    std::vector<__MESSAGE_INFO__> messages;  // in the order of the store
+    std::vector<__MESSAGE_INFO__> messages;  // in store order
   };
 
   const __MESSAGE_INFO__& At(const Place& place) const {
     return m_conversations[place.nConversation].messages[place.nMessage];
   }
 
-  /// Brings the places into the order of the messages. Sorting places instead of messages moves each message
-  /// only once, and numbers are compared faster than a million texts that lie all over the memory.
+  /// Sorts the places by date. Sorting places instead of messages moves each message only once, and comparing
+  /// numbers is faster than comparing strings scattered in memory.
   void SortPlaces() {
     const auto isNewer = [](const Place& a, const Place& b) { return a.nDate > b.nDate; };
     const auto isNotOlder = [](const Place& a, const Place& b) { return a.nDate >= b.nDate; };
@@ -150,22 +150,22 @@ class FoundMessages {
       std::sort(m_places.begin(), m_places.end(),
                 [this](const Place& a, const Place& b) { return VectorCmp(At(a), At(b)); });
     else if (std::adjacent_find(m_places.begin(), m_places.end(), isNotOlder) == m_places.end())
-      std::reverse(m_places.begin(), m_places.end());  // each is newer than the one before
+      std::reverse(m_places.begin(), m_places.end());  // in ascending order
     else
       std::sort(m_places.begin(), m_places.end(), isNewer);
   }
 
-  std::vector<Place> m_places;  // of all messages, in the order of the store
+  std::vector<Place> m_places;  // of all messages, in store order
   std::vector<Conversation> m_conversations;
-  std::unordered_map<uint32_t, uint32_t> m_numbers;  // of the conversations, by handle
-  bool m_bDateNumbers = true;                        // all dates could be read as numbers
+  std::unordered_map<uint32_t, uint32_t> m_numbers;  // index of each conversation, by handle
+  bool m_bDateNumbers = true;                        // all dates could be converted to numbers
 };
 
 void ReadMessages(const std::string& strPath, FoundMessages& found, uint64_t& nMaxId) {
   StoreQuery query(strPath, kMessages);
   while (query.Next()) {
     __MESSAGE_INFO__ message = ReadMessage(query);
-    // Dropped messages count here too; a negative number counts as a very large one.
+    // Skipped messages count too; a negative id counts as a very large one.
     nMaxId = std::max(nMaxId, static_cast<uint64_t>(static_cast<int64_t>(message.nRowId)));
     if (!message.strText.empty()) found.Add(std::move(message));
   }
@@ -206,7 +206,7 @@ int CIPhoneMessage::GetSMSInfo(const std::string& strMessagePath, const std::str
     found.MoveTo(messages);
     Report(m_nProgressSpan / 4);
   }
-  return Report(m_nProgressSpan);  // the last answer is the result, also when the first one ended the reading
+  return Report(m_nProgressSpan);  // the last result counts, even when the first call ended the reading
 }
 
 int CIPhoneMessage::SaveSMSCsvFile(const std::string& strSource, const std::string& strDestination,

@@ -29,26 +29,27 @@ bool VectorCmp(const __MESSAGE_INFO__& first, const __MESSAGE_INFO__& second);
 /// Reads the messages of a backup. Lives on the stack for one call, on the thread of the scan.
 class CIPhoneMessage {
  public:
-  int32_t nProductVersionAbove11 = 0;  ///< handed in, decides nothing
+  int32_t nProductVersionAbove11 = 0;  ///< not used
   bool bNewContactsLayout = false;     ///< column layout of the contacts store of a backup with "Manifest.db"
 
-  /// Sets whom to report progress to: values from nBase to nBase + nSpan. @return 0.
+  /// Sets the progress callback; it gets percentages from nBase to nBase + nSpan. @return 0.
   int InitCallback(ProgressCallback pfnCallback, void* pContext, int nBase, int nSpan);
 
-  /// Adds the messages that have a text to the map, with the name of the first contact whose phone text holds
+  /// Adds the messages with a text to the map, with the name of the first contact whose phone text contains
   /// the sender.
   /// @param strMessagePath, strContactsPath narrow paths of the two stores.
-  /// @param nMaxId receives the highest message row id seen, of dropped rows too.
-  /// @return the callback's last answer, 0 without one. A first answer other than 0 leaves the map as it was.
+  /// @param nMaxId receives the highest message row id, including skipped rows.
+  /// @return the callback's last result, 0 without a callback. If its first result isn't 0, the map is
+  /// unchanged.
   int GetSMSInfo(const std::string& strMessagePath, const std::string& strContactsPath, MessageMap& messages,
                  uint64_t& nMaxId);
 
-  /// Copies the store to a path and makes the copy readable and writable by all. @param nMaxId not used.
-  /// @return 0 always.
+  /// Copies the store and makes the copy readable and writable by everybody. @param nMaxId not used. @return
+  /// always 0.
   int SaveSMSCsvFile(const std::string& strSource, const std::string& strDestination, uint64_t nMaxId);
 
  private:
-  /// Reports the base and a share of the span. @return the callback's answer, 0 without one.
+  /// Reports the base plus nShare. @return the callback's result, 0 without a callback.
   int Report(int nShare);
 
   ProgressCallback m_pfnCallback = nullptr;

@@ -6,20 +6,19 @@
 #include "common/store.h"
 #include "extract/person.h"
 
-/// Names and phone texts of a contacts store, in its row order, without the people who have no phone.
-/// @param query a running query with the first name, the last name, the company and the phone text in front.
+/// Reads names and phone texts from a contacts store, in row order, skipping people without a phone.
+/// @param query its first columns are first name, last name, company and phone text.
 std::vector<__PERSON_CONTENT__> ReadPhoneOwners(StoreQuery& query);
 
-/// Finds who a number or address belongs to: the first person whose phone text holds it, byte for byte.
-/// Numbers aren't normalised. Every distinct number is looked up once, since each look-up goes over all
-/// people.
+/// Finds the owner of a number or address: the first person whose phone text contains it, byte for byte.
+/// Numbers aren't normalised. Results are cached, since a look-up searches all people.
 class NameMatcher {
  public:
-  /// @param people            outlives the matcher.
+  /// @param people must outlive the matcher.
   /// @param nMinimumLength    a shorter number never gets a name.
   NameMatcher(const std::vector<__PERSON_CONTENT__>& people, size_t nMinimumLength);
 
-  /// The person's name; empty without a match, or for a person without a name.
+  /// The owner's name; empty without a match, or for a person without a name.
   const std::string& NameOf(const std::string& strNumber);
 
  private:

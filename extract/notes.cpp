@@ -17,7 +17,7 @@ constexpr char kNotes[] =
     "SELECT ZNOTE.ZCREATIONDATE ,ZNOTE.ZTITLE, ZNOTEBODY.ZCONTENT "
     "from ZNOTE LEFT JOIN ZNOTEBODY ON ZBODY = ZNOTEBODY.Z_PK order by ZNOTE.ZCREATIONDATE desc";
 
-// 978307200: seconds from 1970-01-01 to 2001-01-01, from which the store counts.
+// 978307200: seconds from 1970-01-01 to 2001-01-01, the epoch of the store.
 constexpr char kCloudNotes[] =
     "SELECT ZTITLE1, ZSNIPPET, "
     "datetime(ZCREATIONDATE + 978307200, 'unixepoch') AS XFORMATTEDDATESTRING,"
@@ -29,13 +29,13 @@ struct Replacement {
   const char* pszTo;
 };
 
-// In this order: the ampersand comes last, so that an entity that was itself encoded isn't decoded twice. The
-// first two have no semicolon, and that of the text stays behind the character.
+// The ampersand is last, so that an encoded entity isn't decoded twice. The first two have no semicolon, so
+// the one in the text remains after the character.
 constexpr Replacement kEntities[] = {
     {"&#39", "'"}, {"&quot", "\""}, {"&lt;", "<"}, {"&gt;", ">"}, {"&nbsp;", " "}, {"&amp;", "&"},
 };
 
-// After the entities, so that tags that come out of them count too. Other tags stay.
+// Replaced after the entities, so that tags encoded as entities are included. Other tags stay.
 constexpr Replacement kTags[] = {{"<div>", "\n"}, {"</div>", ""}, {"<br>", "\n"}};
 
 template <size_t kCount>
@@ -50,9 +50,8 @@ std::string PlainText(QString qstrHtml) {
   return ToNarrow(qstrHtml);
 }
 
-/// The date form of the first store: seconds from 2001 broken down in local time as if they counted from
-/// 1970, with the year raised by the 31 years between. Leap years fall elsewhere, so the text may lie a day
-/// off.
+/// Formats a date of the first store: seconds since 2001, converted to local time as if since 1970, then 31
+/// years added to the year. Leap years differ, so the result may be off by a day.
 std::string ShiftedDate(int nSeconds) {
   static constexpr int kYearBase = 1931;
   const auto nTime = static_cast<time_t>(nSeconds);

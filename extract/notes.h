@@ -19,17 +19,17 @@ Q_DECLARE_METATYPE(__NOTES__)
 /// Newest first.
 bool VectorCmp(const __NOTES__& first, const __NOTES__& second);
 
-/// Turns six HTML entities into their characters, in place.
+/// Decodes six HTML entities, in place.
 void DecodeHtmlSpecialChars(QString& qstrText);
 
 /// Reads the notes of a backup. Lives on the stack for one call, on the thread of the scan.
 class CIPhoneNotes {
  public:
   /// Appends the notes of the store with the tables ZNOTE and ZNOTEBODY and sorts the whole vector. Notes
-  /// without any text are dropped. @param strPath narrow. @return 0 always; a store that can't be read adds
+  /// without any text are skipped. @param strPath narrow. @return always 0; a store that can't be read adds
   /// nothing.
   int GetNotesInfo(const std::string& strPath, std::vector<__NOTES__>& notes);
 
-  /// The same for the store with the table ZICCLOUDSYNCINGOBJECT.
+  /// Same as above for the store with the table ZICCLOUDSYNCINGOBJECT.
   int GetNotesStoreInfo(const std::string& strPath, std::vector<__NOTES__>& notes);
 };

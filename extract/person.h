@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <string>
 
-/// One person of the address book. All texts narrow, several values of a kind in one text, as the store holds
-/// them.
+/// One person of the address book. All texts are narrow; several values of a kind are in one text, as stored.
 struct __PERSON_CONTENT__ {
   int32_t nDeleted = 0;
   std::string strEmail;

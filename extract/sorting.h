@@ -2,8 +2,7 @@
 #include <algorithm>
 #include <vector>
 
-/// Sorts records by one of the comparisons. Equal ones end in no particular order. Lists that come sorted
-/// already, as most do, cost one look.
+/// Sorts records with one of the comparisons; not stable. Lists already sorted, as most are, take one pass.
 template <typename Record, typename Compare>
 void SortRecords(std::vector<Record>& records, Compare compare) {
   if (!std::is_sorted(records.begin(), records.end(), compare))
