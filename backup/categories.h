@@ -49,7 +49,7 @@ struct FileStep {
   CategoryNumber nNumber;
   int nPercent;    ///< percentage at its start
   int nNumerator;  ///< length of its range, in hundredths of a percent
-  int nEndMark;    ///< progress when it is done, in hundredths of a percent, less one percent
+  int nEndMark;    ///< progress when it is done, less 1%, in hundredths of a percent
 };
 
 /// All categories of files in the order of a recovery, which differs from the order in the tree.

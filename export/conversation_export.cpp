@@ -1,5 +1,5 @@
-// Messages and WhatsApp chats: a folder for each conversation with its documents. The two categories differ
-// in their records; what is written of a record is the same.
+// Messages and WhatsApp chats: a folder of documents for each conversation. The two categories differ only in
+// their records.
 
 #include <QFile>
 #include <QFileInfo>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr char kUnknownName[] = "Unknown";
 
-/// What a document shows of a message, whatever its store.
+/// The fields of a message that documents show, common to both stores.
 struct Line {
   const std::string& strDate;
   const std::string& strName;
@@ -36,7 +36,7 @@ bool HasName(const Line& line) {
   return !line.strName.empty() && line.strName != kUnknownName;
 }
 
-/// Calls visit for each message of a conversation; for none when the map lacks it.
+/// Calls visit for each message of a conversation, if the map contains it.
 template <typename Map, typename Visit>
 void VisitConversation(const Map& conversations, unsigned int nKey, Visit visit) {
   const auto it = conversations.find(nKey);
@@ -51,7 +51,7 @@ int SaveText(const Map& conversations, unsigned int nKey, const char16_t* pPath)
   std::string strRecord;
   VisitConversation(conversations, nKey, [&](const Line& line) {
     const bool bNamed = HasName(line);
-    // The labels are right-aligned in ten columns. "Data" is how these files have always read.
+    // The labels are right-aligned in ten columns. "Data" is required for output compatibility.
     strRecord = line.bReceived ? "      From: " : "        To: ";
     // Each field ends at its first zero byte.
     if (bNamed) strRecord.append(line.strName.c_str()) += '(';
@@ -67,7 +67,7 @@ int SaveText(const Map& conversations, unsigned int nKey, const char16_t* pPath)
 
 template <typename Map>
 std::string Bubbles(const Map& conversations, unsigned int nKey) {
-  static constexpr size_t kMarkup = 80;  // what stands around a message, about
+  static constexpr size_t kMarkup = 80;  // approximate size of the markup around a message
   size_t nLength = 0;
   VisitConversation(conversations, nKey, [&](const Line& line) {
     nLength +=
@@ -118,7 +118,7 @@ int CRecovery::SaveSMSMessage(unsigned int nHandleId, const char16_t* pPath, con
 }
 
 void CRecovery::SaveMessage() {
-  // Without a folder that a conversation has made there is nothing for the store to stand beside.
+  // The folder exists only when a conversation was written; without one the store isn't copied.
   if (QFileInfo(m_strSavePath + "/Message").exists())
     SaveStore(kMessageStore, "/Message/", "sms.db", &CIphoneBackupFile::RecoverySMSMessage, m_bMessageSaved);
 }
@@ -127,7 +127,7 @@ void CRecovery::RecoveryWhatsAppMsg(const __WHATSAPP_MESSAGE__* pMessage, const 
   const std::string& strName = pMessage->strChatName;
   const std::string& strPhone = pMessage->strChatPhone;
   std::string strLabel = strName.empty() ? strPhone : strName + "(" + strPhone + ")";
-  const bool bGroup = strName.find(',') != std::string::npos;  // the name of a group is a list of its people
+  const bool bGroup = strName.find(',') != std::string::npos;  // a group's name is a list of its members
   if (bGroup) strLabel = pMessage->strChatTitle;
   if (strLabel.empty()) strLabel = kUnknownName;
   const auto place = MakePlace("/WhatsApp Message/", strLabel, strLabel, {".txt", ".csv", ".html"});
@@ -151,8 +151,8 @@ int CRecovery::SaveWhatsAppCsv(unsigned int nChatId, const char16_t* pPath, cons
   if (!file.IsOpen()) return file.Close().nCode;
   file.Write("Chats,Name/Phone,Date,Type,Content\n");
   VisitConversation(chats, nChatId, [&](const Line& line) {
-    // Nothing is quoted: a comma or a line feed in a message makes further columns or rows.
-    // Each field ends at its first zero byte.
+    // Fields aren't quoted: a comma or line feed in a message starts a new column or row. Each field ends at
+    // its first zero byte.
     std::string strRecord = line.strName.c_str();
     strRecord.append(",").append(line.strPhone.c_str()).append(",").append(line.strDate.c_str());
     strRecord.append(line.bReceived ? ",Received," : ",Send,").append(line.strText.c_str()).append("\n");

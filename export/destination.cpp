@@ -10,8 +10,8 @@
 
 namespace {
 
-/// The real path of the nearest ancestor of a folder that exists, or of the folder itself, with a "/" at its
-/// end. The steps are taken as the system takes them, so that ".." behind a link leads where it really leads.
+/// The canonical path of a folder, or of its nearest existing ancestor, with a trailing "/". Components are
+/// resolved like the system does, so ".." after a link is the parent of the link's target.
 QString RealPath(QString qstrFolder) {
   while (!qstrFolder.isEmpty() && !QFileInfo::exists(qstrFolder))
     qstrFolder.truncate(qMax(qstrFolder.lastIndexOf('/'), 0));
@@ -40,7 +40,7 @@ Problem Destination::MakeFolder(const QString& qstrFolder) {
   const QString qstrPath = m_qstrRoot + qstrFolder;
   const std::string& strRefusal = RefusalOf(qstrFolder);
   if (!strRefusal.empty()) return {Problem::Step::Create, EACCES, ToNarrow(qstrPath), strRefusal};
-  // Made each time, since a folder may go while the recovery runs.
+  // Created each time, since a folder may be removed during the recovery.
   errno = 0;
   if (QDir().mkpath(qstrPath)) return {};
   const int nError = errno;

@@ -11,10 +11,10 @@
 
 namespace {
 
-constexpr unsigned int kRights = 0666;  // less the process's mask, as any program writes documents
+constexpr unsigned int kRights = 0666;  // the umask applies, as for any document
 
-/// Takes away a file that could not be written whole: under its name, people would take it for the whole.
-/// What is not a regular file stays: a device or a pipe of the user's.
+/// Removes a partly written file, which could be mistaken for a complete one. Anything but a regular file
+/// stays, such as a device or a pipe.
 void RemoveFragment(const std::string& strPath) {
   struct stat info;
   if (lstat(strPath.c_str(), &info) == 0 && S_ISREG(info.st_mode)) unlink(strPath.c_str());
@@ -38,7 +38,7 @@ TextFile::TextFile(const char16_t* pPath) : m_strPath(Unicode2Ansi(pPath)) {
       return;
     }
     m_newFile.emplace(std::move(*newFile));
-    // A descriptor of its own, since closing the stream closes it.
+    // A duplicate, since closing the stream closes its descriptor.
     m_pFile = fdopen(fcntl(m_newFile->Get(), F_DUPFD_CLOEXEC, 0), "w");
   }
   Keep(Problem::Step::Create, !m_pFile);
@@ -46,7 +46,7 @@ TextFile::TextFile(const char16_t* pPath) : m_strPath(Unicode2Ansi(pPath)) {
 
 TextFile::~TextFile() {
   if (!m_pFile) return;
-  // Nobody has finished it: an exception has passed, and what there is isn't the whole.
+  // Not closed, because of an exception: the file is incomplete.
   Keep(Problem::Step::Write, true);
   Close();
 }

@@ -3,7 +3,7 @@
 namespace {
 
 /// The functions of a category of conversations.
-/// @tparam kMapOf its conversations among the records. @tparam kWrite what writes one of them.
+/// @tparam kMapOf gets its conversations from the records. @tparam kWrite writes one of them.
 template <auto kMapOf, auto kWrite>
 struct Conversations {
   static std::vector<unsigned int> Keys(const BackupRecords& records) {
@@ -62,8 +62,8 @@ using People = Rows<__PERSON_CONTENT__, &BackupRecords::m_vecContact, &CRecovery
 using Calls = Rows<__CALLHISTORY__, &BackupRecords::m_vecCall, &CRecovery::RecoveryCallHistory>;
 using Notes = Rows<__NOTES__, &BackupRecords::m_vecNote, &CRecovery::RecoveryNotes>;
 
-// What is reported is reported whatever was written. No file bears the first path: the real ones carry a time
-// stamp.
+// Reported regardless of what was written. There is no file with the first path: the real names contain a
+// time stamp.
 constexpr std::array<DocumentStep, 6> kDocumentSteps = {{
     {kMessages, {Messages::Keys, Messages::Write}, {}, nullptr, 9100, "/Message/sms.csv"},
     {kMessages, {}, {}, SaveMessageStore, 0, nullptr},

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// What could not be done, by the step of the problem.
+/// The beginning of the error message, by the problem's step.
 const char* FailureOf(Problem::Step step) {
   switch (step) {
     case Problem::Step::Open:
@@ -23,7 +23,7 @@ const char* FailureOf(Problem::Step step) {
   }
 }
 
-/// Copies a file. @return a problem whose reason begins with what could not be done.
+/// Copies a file. @return on failure a problem whose reason begins with FailureOf.
 Problem CopyFile(const std::string& strSource, const std::string& strTarget) {
   // A path ends at its first zero byte.
   Problem problem = CopyBackupFile(strSource.c_str(), strTarget.c_str(), kRecoveredFileRights);
@@ -39,8 +39,8 @@ BackupFileCopier::BackupFileCopier(const QString& qstrDestination, const QString
 WrittenFile BackupFileCopier::Copy(const QString& qstrFolder, const std::string& strName,
                                    const std::u16string& wstrSource) {
   WrittenFile result;
-  // As the file will really be called: what the encoding can't express is replaced before a free name is
-  // looked for.
+  // Converted to narrow and back, so that characters the encoding can't represent are replaced before a free
+  // name is chosen.
   result.qstrPath = m_destination.Root() + qstrFolder + FromNarrow(strName);
   const std::string strWanted = ToNarrow(result.qstrPath);
   if (qstrFolder != m_qstrLastFolder) {
@@ -52,7 +52,7 @@ WrittenFile BackupFileCopier::Copy(const QString& qstrFolder, const std::string&
   result.qstrPath = FromNarrow(strPath);
   const std::string strSource = ToNarrow(FromWide(wstrSource));
   result.problem = CopyFile(strSource, strPath);
-  // A folder may go while the recovery runs.
+  // The folder may have been removed during the recovery.
   if (result.problem.step == Problem::Step::Create && result.problem.nCode == ENOENT) {
     result.problem = m_destination.MakeFolder(qstrFolder);
     if (!result.problem) result.problem = CopyFile(strSource, strPath);

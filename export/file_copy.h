@@ -6,23 +6,22 @@
 #include "export/destination.h"
 #include "export/written_file.h"
 
-/// Copies files of a backup into the folders of a destination: the one routine for all that recovers files.
-/// One object serves one recovery, on one thread, as the only writer of its folders.
+/// Copies files of a backup into folders of the destination. All recovered files are copied by this class.
+/// One object per recovery, which must be the only writer of its folders. Not thread-safe.
 class BackupFileCopier {
  public:
-  /// @param qstrDestination the folder that the user chose; need not exist. @param qstrBackupRoot the
-  /// backup's folder.
+  /// @param qstrDestination the folder chosen by the user; need not exist. @param qstrBackupRoot the backup's
+  /// folder.
   BackupFileCopier(const QString& qstrDestination, const QString& qstrBackupRoot);
 
-  /// Copies one file under the first free name, readable and writable by all.
-  /// @param qstrFolder below the destination, with a "/" at both ends; made where it is missing. Refused when
-  /// it leads
-  ///                   elsewhere (see Destination).
-  /// @param strName    narrow. @param wstrSource path in the backup.
+  /// Copies one file to the first free name, readable and writable by everybody.
+  /// @param qstrFolder relative to the destination, with a "/" at both ends; created if missing. Refused when
+  /// it leads outside (see Destination).
+  /// @param strName    narrow. @param wstrSource path of the file in the backup.
   WrittenFile Copy(const QString& qstrFolder, const std::string& strName, const std::u16string& wstrSource);
 
  private:
   FreeNames m_freeNames;
-  QString m_qstrLastFolder;  // made for the file before
+  QString m_qstrLastFolder;  // created for the previous file
   Destination m_destination;
 };

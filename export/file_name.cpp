@@ -6,14 +6,14 @@
 
 namespace {
 
-constexpr int kLongestExtension = 10;  // characters, with the dot; anything longer is part of the name
+constexpr int kLongestExtension = 10;  // in characters, with the dot; anything longer is part of the name
 
 bool IsAllowed(QChar character) {
-  // Control characters, path separators, and what FAT and NTFS refuse.
+  // Control characters, path separators, and characters invalid on FAT and NTFS.
   return character.category() != QChar::Other_Control && !QString("/\\:*?\"<>|").contains(character);
 }
 
-/// The name without its last characters, whole ones, as many as it takes.
+/// Removes whole characters from the end until the name fits.
 QString Shortened(QString qstrName, size_t nLongest) {
   while (ToNarrow(qstrName).size() > nLongest) {
     const bool bPair = qstrName.size() > 1 && qstrName.at(qstrName.size() - 1).isLowSurrogate();
@@ -40,7 +40,7 @@ std::string SafeFileName(const std::string& strName) {
   qstrName = Shortened(qstrName.left(qstrName.size() - qstrExtension.size()),
                        kLongestNamePart - ToNarrow(qstrExtension).size()) +
              qstrExtension;
-  // Windows drops blanks and dots at the end of a name.
+  // Windows removes trailing blanks and dots.
   while (qstrName.endsWith('.') || qstrName.endsWith(' ')) qstrName.chop(1);
   return qstrName.isEmpty() ? "_" : ToNarrow(qstrName);
 }

@@ -1,21 +1,21 @@
 #pragma once
 #include <string>
 
-/// What a recovery does with a name that can't be that of a file or folder.
+/// What a recovery does with a name that isn't valid for a file or folder.
 enum class NamePolicy {
-  AsTheyStand,  ///< a "/" makes a path, and what can't be created is a failure
-  MadeSafe,     ///< a name that can be one takes its place
+  AsTheyStand,  ///< used unchanged: a "/" separates folders, and what can't be created fails
+  MadeSafe,     ///< replaced by a valid name
 };
 
-/// The longest part of a name that is made of a name in the backup, in bytes. What is put around it (time
-/// stamp, number, extension) fits into the 255 bytes that file systems allow.
+/// Maximum length in bytes of a name taken from the backup. With time stamp, number and extension it fits
+/// into the 255 bytes that file systems allow.
 constexpr size_t kLongestNamePart = 236;
 
-/// True for what can be the name of one file as it stands: not empty, "." or "..", without "/" and zero
-/// bytes, and not too long. @param strName narrow.
+/// True for a valid file name: not empty, "." or "..", without "/" and NUL, and not too long. @param strName
+/// narrow.
 bool CanBeFileName(const std::string& strName);
 
-/// A name close to another that can be that of a file on every system.
-/// Characters that some file system refuses become "_", and an end that doesn't fit is cut off, before the
-/// extension. @param strName narrow. @return narrow, never empty.
+/// Derives a name that is valid on every file system. Characters invalid on some file system are replaced by
+/// "_"; a name that is too long is truncated before the extension. @param strName narrow. @return narrow,
+/// never empty.
 std::string SafeFileName(const std::string& strName);

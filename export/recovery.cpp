@@ -23,7 +23,7 @@ constexpr char kContentToken[] = "{|content|}";
 constexpr char kTitleToken[] = "{|title|}";
 constexpr char kPersonToken[] = "{|person|}";
 
-/// Why a store was not copied. The operation that copies it has no result of its own.
+/// Finds out why a store wasn't copied, since the operation that copies it returns no error.
 Problem StoreFailure(const std::string& strSource, const std::string& strTarget) {
   static constexpr char kReason[] = "The store could not be copied";
   Result<OpenedFile> source = OpenBackupFile(strSource);
@@ -87,7 +87,7 @@ int CRecovery::LoadTemplateFile(const char* pszName) {
   const std::ifstream file(strPath, std::ios::binary);
   if (!file) {
     const int nError = errno;
-    ReportProblem(strPath, std::string(strerror(nError)) + " (its pages will have rows alone)");
+    ReportProblem(strPath, std::string(strerror(nError)) + " (its pages will contain only rows)");
     return nError;
   }
   const Page* pPage = nullptr;
@@ -107,7 +107,7 @@ int CRecovery::LoadTemplateFile(const char* pszName) {
   strHead = strTemplate.substr(0, nContent);
   ReplaceEvery(strHead, kTitleToken,
                pPage->pszTitle + m_pBackupFile->GetSelectBackUpFileInfo()->strDisplayName);
-  // Without the token there is no place for the content: no page can be made, and the recovery ends here.
+  // Without the token there is no place for the content: the recovery ends.
   if (nContent == std::string::npos)
     throw std::out_of_range(strPath + ": the template lacks " + kContentToken);
   this->*pPage->pTail = strTemplate.substr(nContent + strlen(kContentToken));
@@ -128,11 +128,11 @@ Problem CRecovery::MakeFolder(const QString& qstrFolder) {
 Result<CRecovery::ConversationPlace> CRecovery::TryPlace(const char* pszCategoryFolder,
                                                          const std::string& strLabel,
                                                          const std::string& strStem) {
-  // A "/" in a name makes a path as it stands; only one that leads out of the destination is refused.
+  // A "/" in a name separates folders; only a path that leads out of the destination is refused.
   const QString qstrFolder = pszCategoryFolder + FromNarrow(strLabel) + '-' + m_strTimeStamp + '/';
   const std::string strFolder = ToNarrow(m_strSavePath + qstrFolder);
   if (const Problem problem = MakeFolder(qstrFolder)) return problem;
-  if (HasParentStep(strStem + ".txt"))  // with an extension, as it is written
+  if (HasParentStep(strStem + ".txt"))  // with an extension, as used for the files
     return Problem{Problem::Step::Create, EACCES, strFolder, "The name leads out of the destination"};
   return ConversationPlace{strFolder, strStem, {}};
 }
@@ -147,7 +147,7 @@ std::optional<CRecovery::ConversationPlace> CRecovery::MakePlace(
     if (place) return *place;
     problem = place.Error();
   }
-  // Also for a name that this file system alone refuses.
+  // Also for a name that only this file system rejects.
   const std::string strSafeLabel = SafeFileName(strLabel), strSafeStem = SafeFileName(strStem);
   if (bMakeSafe && (strSafeLabel != strLabel || strSafeStem != strStem)) {
     Result<ConversationPlace> place = TryPlace(pszCategoryFolder, strSafeLabel, strSafeStem);
@@ -196,14 +196,14 @@ void CRecovery::SaveStore(const char* pszStoreId, const QString& qstrFolder, con
   file.problem = MakeFolder(qstrFolder);
   if (!file.problem) {
     const std::string strTarget = ToNarrow(file.qstrPath);
-    // The copy of an earlier run goes when there is a new one, or nothing to copy.
+    // The copy of an earlier run is replaced, or removed when there is nothing to copy.
     const std::string strPart = m_freeNames.Take(strTarget + ".part");
     if (!bHasStore) QFile::remove(file.qstrPath);
     (m_pBackupFile->*copy)(strPart.c_str());
     if (!EntryExists(strPart)) {
       file.problem = StoreFailure(strSource, strTarget);
     } else if (rename(strPart.c_str(), strTarget.c_str()) != 0) {
-      file.problem = {Problem::Step::Create, errno, strTarget, "The entry in the way can't be replaced"};
+      file.problem = {Problem::Step::Create, errno, strTarget, "The existing entry can't be replaced"};
       unlink(strPart.c_str());
     }
   }

@@ -13,38 +13,37 @@
 #include "export/file_name.h"
 #include "export/written_file.h"
 
-/// Writes the documents of one recovery: pages, text files and copies of stores, below the folder that the
-/// user chose.
+/// Writes the documents of one recovery: pages, text files and copies of stores, below the folder chosen by
+/// the user.
 ///
-/// One object lives for one recovery, on the stack of its worker. Init comes first; then for each category
-/// its records one by one, and what saves them. All texts go into the documents as the backup holds them:
-/// nothing is escaped, so the templates are the fence around them. Statuses are 0 or the system's error
-/// number.
+/// One object per recovery, on the stack of its worker. Call Init first; then for each category add its
+/// records one by one and save them. Texts from the backup are written without escaping; the templates
+/// prevent scripts in them from running. Statuses are 0 or an errno value.
 class CRecovery {
  public:
-  /// @param qstrProgramFolder where "/template/" lies: the folder of the program.
+  /// @param qstrProgramFolder the program's folder, which contains "template".
   explicit CRecovery(const QString& qstrProgramFolder = QCoreApplication::applicationDirPath());
 
-  /// Sets what is called for every document written or failed. May be empty.
+  /// Sets the handler called for every document written or failed. May be empty.
   void SetWrittenFileHandler(WrittenFileHandler handler);
 
-  /// What happens to a conversation whose name can't be that of a folder; as it stands unless set.
+  /// Sets how conversations whose names aren't valid folder names are handled; AsTheyStand by default.
   void SetNamePolicy(NamePolicy policy) { m_namePolicy = policy; }
 
-  /// Looks for a template that can't be used: one that can't be read, or has no place for the content.
-  /// Without its template a page has rows alone, and nothing keeps the texts of strangers in it from running.
-  /// @return its path and the reason; empty when all five can be used.
+  /// Finds a template that can't be read, or that has no place for the content. A page without its template
+  /// consists of rows only, and nothing prevents scripts in its texts from running.
+  /// @return its path and the reason; empty when all five are usable.
   QString FindUnusableTemplate() const;
 
-  /// Begins a recovery: sets the time stamp that names its folders, and loads the five templates.
-  /// @param pBackupFile the session, which outlives the object.
+  /// Begins a recovery: sets the time stamp used in the names of its folders and loads the five templates.
   /// Throws std::out_of_range, naming the template, when one lacks "{|content|}".
+  /// @param pBackupFile the session; must outlive this object.
   void Init(const QString& qstrSavePath, CIphoneBackupFile* pBackupFile);
 
-  /// Reads one template, splits it at "{|content|}" and puts the title in.
+  /// Reads one template, splits it at "{|content|}" and inserts the title.
   /// @param pszName such as "/template/Notes.html"; any other name does nothing.
   int LoadTemplateFile(const char* pszName);
-  /// All five of them. @return the result of the last.
+  /// Loads all five. @return the result of the last.
   int LoadAllTemplateFile();
 
   // Messages: a text file and a page for each conversation, and a copy of the store.
@@ -53,7 +52,7 @@ class CRecovery {
   void RecoveryMsg(const __MESSAGE_INFO__* pMessage, const MessageMap& messages);
   int SaveSMSMessageTxt(unsigned int nHandleId, const char16_t* pPath, const MessageMap& messages);
   int SaveSMSMessage(unsigned int nHandleId, const char16_t* pPath, const MessageMap& messages);
-  /// Copies the store to "/Message/sms.db", if there is a folder "/Message".
+  /// Copies the store to "/Message/sms.db", if the folder "/Message" exists.
   void SaveMessage();
 
   // WhatsApp: a text file, a CSV file and a page for each chat.
@@ -65,10 +64,10 @@ class CRecovery {
 
   // Contacts: one page, and a copy of the store.
 
-  /// Adds a row to the page and composes the CSV text, which starts over with each contact and reaches no
+  /// Adds a row to the page and sets the CSV text, which holds only the latest contact and isn't written to a
   /// file.
   void RecoveryContacts(const __PERSON_CONTENT__* pPerson);
-  /// Copies the store to "Contacts.db". @return 0 always.
+  /// Copies the store to "Contacts.db". @return always 0.
   int SaveContactsCsv();
   int SaveContacts();
 
@@ -83,7 +82,7 @@ class CRecovery {
   const std::string& GetContactsCsv() const { return m_strContactsCsv; }
 
  private:
-  /// What a template differs by: its name, its title, and where its parts go.
+  /// A template: its name, its title and the members for its parts.
   struct Page {
     const char* pszName;
     const char* pszTitle;
@@ -94,38 +93,38 @@ class CRecovery {
   };
   static const std::array<Page, 5> kPages;
 
-  /// Where the documents of one conversation go: folder with its "/", and the name without an extension.
-  /// Narrow.
+  /// Location of the documents of one conversation: folder with a trailing "/", and the name without
+  /// extension. Narrow.
   struct ConversationPlace {
     std::string strFolder;
     std::string strStem;
-    std::string strOriginalStem;  // where it could not be a file name; else empty
+    std::string strOriginalStem;  // if it isn't a valid file name; else empty
   };
-  /// Finds the place of a conversation and creates its folder.
-  /// @param extensions of its documents, with their ".": each is reported as failed when the place is
-  /// refused.
-  /// @return nothing when it is refused or can't be created.
+  /// Chooses the location of a conversation and creates its folder.
+  /// @param extensions of its documents, with their ".": on failure each is reported as failed.
+  /// @return nullopt when it is refused or can't be created.
   std::optional<ConversationPlace> MakePlace(const char* pszCategoryFolder, const std::string& strLabel,
                                              const std::string& strStem,
                                              std::initializer_list<const char*> extensions);
-  /// The same under these names, without a report. @return a problem names the folder.
+  /// Same as above with exactly these names, without reporting. @return a problem with the folder's path on
+  /// failure.
   Result<ConversationPlace> TryPlace(const char* pszCategoryFolder, const std::string& strLabel,
                                      const std::string& strStem);
-  /// A free path in it. @param pszExtension with its ".".
+  /// A path in it that doesn't exist yet. @param pszExtension with its ".".
   std::u16string FreePath(const ConversationPlace& place, const char* pszExtension);
-  /// The head of a template with the person put in.
+  /// The head of a template with the person inserted.
   static std::string HeadFor(const std::string& strHead, const std::string& strName,
                              const std::string& strPhone);
 
-  /// Makes a folder below the destination.
+  /// Creates a folder below the destination.
   Problem MakeFolder(const QString& qstrFolder);
   int SavePage(const QString& qstrFolder, const QString& qstrFileName, const std::string& strHead,
                const std::string& strBody, const std::string& strTail);
-  /// Reports how a document came out. @return nError.
+  /// Reports the result of a document to the handler. @return nError.
   int Tell(const QString& qstrPath, int nError, const std::string& strOriginalName = {}) const;
-  /// Copies a store out of the backup and reports how that went.
-  /// @param copy does it: an operation of the session that takes the narrow path.
-  /// @param bWasRead whether there are records from the store, so that it is missed when it is gone.
+  /// Copies a store out of the backup and reports the result.
+  /// @param copy operation of the session that copies it to a narrow path.
+  /// @param bWasRead true when there are records from the store, so its absence is reported.
   void SaveStore(const char* pszStoreId, const QString& qstrFolder, const char* pszName,
                  int (CIphoneBackupFile::*copy)(const char* pszDestination), bool bWasRead);
 

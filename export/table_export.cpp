@@ -20,8 +20,8 @@ std::string TableRow(std::initializer_list<const std::string*> cells) {
   return strRow.append("</tr>\r\n");
 }
 
-/// The values of one kind as columns: line ends become commas, and commas follow up to four columns. More
-/// values than that overrun into the next columns.
+/// The values of one kind as columns: line feeds become commas, then padded with commas to four columns.
+/// Further values run into the next columns.
 std::string CsvColumns(std::string strValues) {
   static constexpr int kColumns = 4;
   ReplaceEvery(strValues, "\n", ",");
@@ -33,8 +33,8 @@ std::string CsvColumns(std::string strValues) {
   return strValues.append(static_cast<size_t>(std::max(nPadding, 0)), ',');
 }
 
-/// The length of a call as its page has always shown it: the wide text read as narrow, which ends behind the
-/// first digit of the hours.
+/// The first digit of the hours only: the wide text is read as narrow, which ends at its first zero byte.
+/// Required for output compatibility.
 std::string FirstDigitOfDuration(int nSeconds) {
   return {static_cast<char>(GetTimeString(nSeconds).front())};
 }
@@ -52,7 +52,7 @@ void CRecovery::RecoveryContacts(const __PERSON_CONTENT__* pPerson) {
   ReplaceEvery(strPhones, "\n", "<br />");
   m_strContactsBody += TableRow({&pPerson->strName, &strPhones, &pPerson->strEmail, &pPerson->strAddress,
                                  &pPerson->strUrl, &pPerson->strSocial, &pPerson->strCompany});
-  // Set, not added to: the text holds the latest contact alone. No file gets it.
+  // Assigned, not appended: the text holds only the latest contact.
   m_strContactsCsv = kContactsCsvHead;
   m_strContactsCsv.append(pPerson->strName).append(",");
   m_strContactsCsv.append(CsvColumns(pPerson->strPhone)).append(CsvColumns(pPerson->strEmail));

@@ -5,17 +5,17 @@
 #include "common/problem.h"
 #include "common/text.h"
 
-/// How the writing of one file of a recovery ended.
+/// The result of writing one file of a recovery.
 struct WrittenFile {
-  QString qstrPath;          ///< of the file; where there is none, of the one that was wanted
-  Problem problem;           ///< why it isn't there or isn't whole
-  QString qstrOriginalName;  ///< the name in the backup, where it could not be that of a file; else empty
+  QString qstrPath;          ///< of the file, or the intended path when there is none
+  Problem problem;           ///< why it is missing or incomplete
+  QString qstrOriginalName;  ///< the name in the backup, if it isn't a valid file name; else empty
 
   bool Succeeded() const { return !problem; }
-  /// It failed before there was a file, so that its name may be the reason.
+  /// True when it wasn't created, so its name may be the cause.
   bool IsNotCreated() const { return problem.step == Problem::Step::Create; }
   QString Reason() const { return FromNarrow(problem.strReason); }
 };
 
-/// Called for every file as soon as it is written or has failed, on the thread that writes.
+/// Called for every file after it was written or failed, on the writing thread.
 using WrittenFileHandler = std::function<void(const WrittenFile& file)>;
