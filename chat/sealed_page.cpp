@@ -14,7 +14,7 @@ constexpr char kPolicy[] =
 }  // namespace
 
 void RefuseRequests::interceptRequest(QWebEngineUrlRequestInfo& info) {
-  // The page itself is a data address; whether it may be loaded is decided in acceptNavigationRequest.
+  // The page itself is a data URL; acceptNavigationRequest decides whether it may be loaded.
   if (info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame &&
       info.requestUrl().scheme() == "data")
     return;
@@ -66,7 +66,7 @@ void SealedPage::RefuseFeatures() {
 }
 
 void SealedPage::SetContent(const QString& qstrHtml) {
-  // The policy has to be in the head, before all else that is there.
+  // The policy must come first in the head.
   QString qstrSealed = qstrHtml;
   const qsizetype nHead = qstrSealed.indexOf("<head>", 0, Qt::CaseInsensitive);
   qstrSealed.insert(nHead < 0 ? 0 : nHead + static_cast<qsizetype>(strlen("<head>")), kPolicy);
@@ -80,7 +80,7 @@ void SealedPage::Run(const QString& qstrScript, std::function<void(const QVarian
 }
 
 bool SealedPage::acceptNavigationRequest(const QUrl& url, NavigationType, bool bMainFrame) {
-  // The one page that SetContent loads comes as a data address.
+  // SetContent loads its page as a data URL.
   const bool bOwn = m_bLoading && bMainFrame && url.scheme() == "data";
   m_bLoading = false;
   return bOwn;

@@ -3,7 +3,7 @@
 #include <QWebEngineUrlRequestInterceptor>
 #include <atomic>
 
-/// Refuses every request, to the network and to files alike, and counts them.
+/// Blocks and counts every request, to the network or to files, except for the page itself.
 class RefuseRequests : public QWebEngineUrlRequestInterceptor {
   Q_OBJECT
 
@@ -16,24 +16,25 @@ class RefuseRequests : public QWebEngineUrlRequestInterceptor {
   std::atomic<int> m_nRefused{0};
 };
 
-/// The page behind a chat view. The texts of strangers go into it as markup and into its scripts as they
-/// stand, in a program with administrator rights: so it reaches nothing, opens nothing and asks nothing, and
-/// nobody's scripts run in it but the program's.
+/// The page of a chat view. Untrusted texts are inserted into its markup and its scripts without escaping, in
+/// a process with administrator rights. So all requests, windows and dialogs are blocked, and only scripts of
+/// the program run in it.
 ///
-/// Scripts are off for good in the world of the page. The program's run in a world of their own, which shares
-/// the document alone.
+/// JavaScript is disabled in the main world. The program's scripts run in a separate world, which shares only
+/// the document.
 class SealedPage : public QWebEnginePage {
   Q_OBJECT
 
  public:
-  /// @param pProfile off the record; used by this page alone.
+  /// @param pProfile off the record; used only by this page.
   explicit SealedPage(QWebEngineProfile* pProfile, QObject* pParent = nullptr);
   const RefuseRequests& Requests() const { return *m_pRequests; }
 
-  /// Loads a page, under a policy that forbids all requests and all scripts in markup. loadFinished follows.
+  /// Loads a page with a content security policy that forbids all requests and all scripts in markup. Emits
+  /// loadFinished.
   void SetContent(const QString& qstrHtml);
-  /// Runs a script of the program in the main frame. One that fails does so silently.
-  /// @param done receives its value, an invalid one after a failure; may be empty.
+  /// Runs a script of the program in the main frame. Failures are silent.
+  /// @param done receives its result, an invalid QVariant on failure; may be empty.
   void Run(const QString& qstrScript, std::function<void(const QVariant&)> done = {});
 
  protected:
@@ -51,6 +52,6 @@ class SealedPage : public QWebEnginePage {
  private:
   void RefuseFeatures();
 
-  bool m_bLoading = false;  // the program's own page is being loaded; nothing else may be
+  bool m_bLoading = false;  // SetContent is loading its page; nothing else may load
   RefuseRequests* m_pRequests;
 };

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// The engine ends the whole process when root starts it with its sandbox on. Only who runs the program may
-/// turn the sandbox off, by the engine's own means.
+/// Run by root with its sandbox enabled, the engine terminates the process. Only the user may disable the
+/// sandbox, with the engine's own environment variables.
 bool CanStart() {
 #ifdef Q_OS_LINUX
   return geteuid() != 0 || qEnvironmentVariableIntValue("QTWEBENGINE_DISABLE_SANDBOX") == 1 ||
@@ -24,8 +24,8 @@ bool CanStart() {
 }  // namespace
 
 SealedView::SealedView(QWidget* pParent) : QWebEngineView(pParent) {
-  // Children go after the view's own page, which has to go before its profile.
-  auto* pProfile = new QWebEngineProfile(this);  // without a name it is off the record
+  // The page must be destroyed before its profile, a child of the view.
+  auto* pProfile = new QWebEngineProfile(this);  // off the record, since it has no name
   m_pPage = new SealedPage(pProfile, this);
   setPage(m_pPage);
   setContextMenuPolicy(Qt::NoContextMenu);
@@ -46,8 +46,7 @@ void SealedView::Run(const QString& qstrScript, std::function<void(const QVarian
 }
 
 SealedViewFactory::SealedViewFactory() {
-  // The program has no OpenGL context that could be shared, which the engine's report of its settings relies
-  // on.
+  // Silences the engine's report of its settings, which needs a shared OpenGL context.
   QLoggingCategory::setFilterRules("qt.webenginecontext*=false");
   QQuickWindow::setSceneGraphBackend("software");
 }

@@ -5,8 +5,7 @@
 
 class SealedPage;
 
-/// The engine of a chat view: a browser view with a sealed page, on a profile of its own that is never
-/// written.
+/// The engine of a chat view: a web view with a sealed page and its own off-the-record profile.
 class SealedView : public QWebEngineView, public ChatEngine {
   Q_OBJECT
 
@@ -21,7 +20,7 @@ class SealedView : public QWebEngineView, public ChatEngine {
   SealedPage* m_pPage;
 };
 
-/// What the module offers.
+/// The plugin's root object.
 class SealedViewFactory : public QObject, public ChatEngineFactory {
   Q_OBJECT
   Q_PLUGIN_METADATA(IID CHAT_ENGINE_FACTORY_IID)
