@@ -32,7 +32,7 @@ QString BackupLine(const __BACK_FILE_INFO__& info) {
       .join('\t');
 }
 
-/// Says why the list is empty, where that helps.
+/// Prints a hint why the list is empty.
 void ExplainEmptyList(const QString& qstrFolder) {
   if (QFileInfo::exists(qstrFolder + "/Info.plist"))
     PrintError(QString("%1 is a backup itself; 'orvandel-cli scan %1' reads it").arg(qstrFolder));
@@ -60,7 +60,7 @@ int ListBackups(const QCommandLineParser& parser, const QStringList& arguments) 
   if (backups.empty()) ExplainEmptyList(qstrFolder.isEmpty() ? FromNarrow(BackupRoot()) : qstrFolder);
 
   QJsonArray array;
-  // The session lists them in reverse.
+  // The session lists them in reverse order.
   for (auto it = backups.rbegin(); it != backups.rend(); ++it) {
     if (options.bJson)
       array.append(BackupObject(*it));
@@ -74,11 +74,10 @@ int ListBackups(const QCommandLineParser& parser, const QStringList& arguments) 
 }  // namespace
 
 Command BackupsCommand() {
-  return {
-      "backups",
-      "lists the backups below a folder",
-      "Lists the backups below a folder: name, date, serial number, whether it is encrypted, and path.",
-      {{"[FOLDER]", "The folder to look in. Without it, the place where backups are kept on this machine."}},
-      AddNoOptions,
-      ListBackups};
+  return {"backups",
+          "lists the backups in a folder",
+          "Lists the backups in a folder: name, date, serial number, whether it is encrypted, and path.",
+          {{"[FOLDER]", "The folder to search. Default: the folder of backups on this machine."}},
+          AddNoOptions,
+          ListBackups};
 }

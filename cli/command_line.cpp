@@ -36,21 +36,21 @@ QString Overview() {
   for (const Command& command : Commands())
     qstrCommands += "  " + UsageOf(command).leftJustified(nWidth) + command.pszSummary + '\n';
   return "Usage: orvandel-cli COMMAND [options]\n"
-         "Reads iOS backups and copies out what they hold.\n\n"
+         "Reads iOS backups and recovers their content.\n\n"
          "Commands:\n" +
          qstrCommands +
-         "\n'orvandel-cli COMMAND --help' tells more about each.\n\n"
-         "Exit status: 0 done; 1 wrong usage; 2 not a backup, or not there; 3 wrong password, or none;\n"
+         "\nRun 'orvandel-cli COMMAND --help' for the options of a command.\n\n"
+         "Exit status: 0 success; 1 wrong usage; 2 backup missing or invalid; 3 wrong or missing password;\n"
          "4 something could not be read, decrypted or written.";
 }
 
-/// Prints what was asked for in place of a command's work. @return the exit status.
+/// Prints help or version. @return the exit status.
 int PrintAnswer(const QString& qstrText) {
   PrintLine(qstrText);
   return FinishOutput() ? kExitDone : kExitNotWritten;
 }
 
-/// The command line of no command.
+/// Handles a command line without a command. @return the exit status.
 int RunWithoutCommand(QCommandLineParser& parser, const QStringList& arguments) {
   if (!parser.parse(arguments)) return WrongUsage(parser.errorText());
   if (parser.isSet(kVersion)) return PrintAnswer(kProgramVersion);
@@ -69,7 +69,7 @@ void AddToParser(const Command& command, QCommandLineParser& parser) {
   }
 }
 
-/// Whether a command takes these positional arguments.
+/// True when a command accepts these positional arguments.
 bool Takes(const Command& command, const QStringList& arguments) {
   const auto nNeeded =
       std::count_if(command.arguments.begin(), command.arguments.end(),

@@ -1,7 +1,7 @@
 #pragma once
 #include <QStringList>
 
-/// Reads the command line and runs its command. Prints help and version itself.
-/// @param arguments with the program's name first.
+/// Parses the command line and runs its command, or prints help or version.
+/// @param arguments including the program's name as the first.
 /// @return the exit status.
 int RunCommandLine(const QStringList& arguments);

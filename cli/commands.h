@@ -3,28 +3,28 @@
 #include <QStringList>
 #include <vector>
 
-/// A command of the program.
+/// A command of orvandel-cli.
 struct Command {
   /// A positional argument.
   struct Argument {
-    const char* pszName;  ///< as the usage shows it, in brackets where it may be left out
+    const char* pszName;  ///< as shown in the usage, in brackets if optional
     const char* pszDescription;
   };
 
   const char* pszName;
-  const char* pszSummary;      ///< in the overview of all commands
-  const char* pszDescription;  ///< in the command's own help
+  const char* pszSummary;      ///< for the overview of all commands
+  const char* pszDescription;  ///< for the command's own help
   std::vector<Argument> arguments;
-  /// Adds the options that not every command has.
+  /// Adds the options beyond those of every command.
   void (*pfnAddOptions)(QCommandLineParser& parser);
-  /// Does the work and prints the result.
-  /// @param parser    has parsed the command line without an error.
-  /// @param arguments the positional ones, in the number that the command takes, none of them empty.
+  /// Runs the command and prints the result.
+  /// @param parser    has parsed the command line without errors.
+  /// @param arguments the positional arguments, of a valid number and none of them empty.
   /// @return the exit status.
   int (*pfnExecute)(const QCommandLineParser& parser, const QStringList& arguments);
 };
 
-// Each in a file of its own, with its options and its work.
+// Each is defined in its own file.
 Command BackupsCommand();
 Command ScanCommand();
 Command RecoverCommand();

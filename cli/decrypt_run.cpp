@@ -23,13 +23,13 @@
 
 namespace {
 
-/// What the files of a backup take on the disk that they are decrypted to.
+/// The disk space needed for the decrypted files of a backup.
 struct Extent {
   quint64 nFiles = 0;
   quint64 nBytes = 0;
 };
 
-/// @param nBlock size of a block of that disk, in bytes.
+/// @param nBlock block size of the target file system, in bytes.
 Extent ExtentOf(const std::string& strFolder, quint64 nBlock) {
   namespace fs = std::filesystem;
   Extent extent;
@@ -56,27 +56,26 @@ int DecryptRun::CheckRoom(const BackupOptions& options) const {
   const quint64 nFree = static_cast<quint64>(disk.f_bavail) * disk.f_frsize;
   const QString qstrPlace = FromNarrow(WorkFolder());
   if (needed.nBytes > nFree) {
-    PrintError(QString("%1: decrypting it takes %2, and %3 has %4 free; --force tries it all the same")
+    PrintError(QString("%1: decrypting it takes %2, and %3 has %4 free; use --force to try anyway")
                    .arg(options.qstrBackup, FromNarrow(GetFileSizeString(static_cast<qint64>(needed.nBytes))),
                         qstrPlace, FromNarrow(GetFileSizeString(static_cast<qint64>(nFree)))));
     return kExitNotWritten;
   }
-  // A file system without a table of files says that it has none.
+  // f_files is 0 on file systems without a fixed number of inodes.
   if (disk.f_files != 0 && needed.nFiles > disk.f_favail) {
-    PrintError(
-        QString("%1: decrypting it takes %2 files, and %3 has room for %4; --force tries it all the same")
-            .arg(options.qstrBackup)
-            .arg(needed.nFiles)
-            .arg(qstrPlace)
-            .arg(static_cast<quint64>(disk.f_favail)));
+    PrintError(QString("%1: decrypting it takes %2 files, and %3 has room for %4; use --force to try anyway")
+                   .arg(options.qstrBackup)
+                   .arg(needed.nFiles)
+                   .arg(qstrPlace)
+                   .arg(static_cast<quint64>(disk.f_favail)));
     return kExitNotWritten;
   }
   return kExitDone;
 }
 
 void DecryptRun::AddFailure(const BackupOptions& options, const QString& qstrLine) {
-  // "FILE: REASON", where the file lies in the backup, whose path may hold the separator too. The tool prints
-  // no control characters.
+  // "FILE: REASON" with a file of the backup. The backup's path may contain the separator too. The tool
+  // replaces control characters.
   const QString qstrFolder = Printable(options.qstrBackup) + '/';
   const int nColon = qstrLine.startsWith(qstrFolder) ? qstrLine.indexOf(": ", qstrFolder.size()) : -1;
   if (nColon < 0) {

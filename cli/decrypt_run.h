@@ -6,30 +6,30 @@
 #include "cli/options.h"
 #include "cli/progress_bar.h"
 
-/// Decrypts a backup into this process's private work folder with the tool beside the program. Lives as long
-/// as the decrypted files are needed. Nothing in the backup's own folder changes.
+/// Decrypts a backup into this process's private work folder with the decrypt tool. Must live as long as the
+/// decrypted files are used. The backup's own folder isn't changed.
 class DecryptRun {
  public:
-  /// A file that the tool could not read, decrypt or write.
+  /// A file that the tool failed to read, decrypt or write.
   struct Failure {
-    QString qstrFile;  ///< its path in the backup; empty when the tool's line names none
+    QString qstrFile;  ///< its path in the backup; empty when the tool reported none
     QString qstrReason;
   };
 
   DecryptRun();
 
-  /// Asks for the password and runs the tool.
-  /// @return the exit status of the process when it can't go on, with a line on standard error printed;
-  ///         0 when there are decrypted files. Some may be missing then: see Failures.
+  /// Gets the password and runs the tool.
+  /// @return 0 when there are decrypted files, of which some may be missing (see Failures); else the exit
+  /// status of the process, with a line printed on standard error.
   int Run(const BackupOptions& options, ProgressBar& bar);
 
-  /// The folder with the decrypted files.
+  /// The folder of the decrypted files.
   const QString& Folder() const { return m_qstrFolder; }
-  /// What the tool reported, in its order.
+  /// The failures reported by the tool, in order.
   const std::vector<Failure>& Failures() const { return m_failures; }
 
  private:
-  /// Compares the room in the work folder with the backup's size. @return as Run.
+  /// Checks that there is enough disk space in the work folder. @return as Run.
   int CheckRoom(const BackupOptions& options) const;
   void AddFailure(const BackupOptions& options, const QString& qstrLine);
 

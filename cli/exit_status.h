@@ -1,6 +1,6 @@
 #pragma once
 
-/// What the process ends with. A stop by a signal ends with 128 and the signal's number.
+/// Exit status of the process. After a signal it is 128 plus the signal's number.
 enum ExitStatus {
   kExitDone = 0,
   kExitUsage = 1,

@@ -6,8 +6,8 @@
 #include "cli/output.h"
 
 QByteArray ToJson(const QJsonValue& value) {
-  // A document holds an array or an object: anything is printed as the one element of an array without its
-  // brackets.
+  // QJsonDocument accepts only arrays and objects, so the value is wrapped in an array, whose brackets are
+  // removed.
   const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
   return array.mid(1, array.size() - 2);
 }

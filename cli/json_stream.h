@@ -2,9 +2,8 @@
 #include <QJsonValue>
 #include <QString>
 
-/// Prints one large JSON object on standard output piece by piece, so that a million records needn't stand in
-/// memory as JSON at once. Each piece is made by QJsonDocument; this class only sets the brackets and commas
-/// around them.
+/// Prints one large JSON object on standard output piece by piece, so that a million records needn't be in
+/// memory as JSON at once. The pieces are formatted by QJsonDocument; this class adds brackets and commas.
 class JsonStream {
  public:
   JsonStream();   ///< opens the outermost object
@@ -16,9 +15,9 @@ class JsonStream {
   void EndObject();
   void BeginArray(const QString& qstrKey);
   void EndArray();
-  void BeginElement();  ///< an object as an element of the array
+  void BeginElement();  ///< begins an object that is an element of the array
   void EndElement();
-  /// A whole value, under a key or as an element of the array.
+  /// Prints a complete value, with a key or as an element of the array.
   void Member(const QString& qstrKey, const QJsonValue& value);
   void Element(const QJsonValue& value);
 
@@ -28,8 +27,8 @@ class JsonStream {
   void Open(char nBracket);
   void Close(char nBracket);
 
-  bool m_bFirst = true;  // nothing stands yet in the innermost brackets
+  bool m_bFirst = true;  // nothing was printed yet inside the innermost brackets
 };
 
-/// A value as compact JSON.
+/// Formats a value as compact JSON.
 QByteArray ToJson(const QJsonValue& value);

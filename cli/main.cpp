@@ -15,10 +15,10 @@ int main(int argc, char** argv) {
   CatchStopSignals();
   try {
     return RunCommandLine(QCoreApplication::arguments());
-  } catch (const std::out_of_range& error) {  // a template that can't be used
+  } catch (const std::out_of_range& error) {  // an unusable template
     PrintError(FromNarrow(error.what()));
     return kExitNotWritten;
-  } catch (const std::bad_alloc&) {  // a store made to have no end, say
+  } catch (const std::bad_alloc&) {  // for example a hostile store
     PrintError("out of memory");
     return kExitNotWritten;
   }

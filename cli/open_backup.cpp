@@ -47,25 +47,25 @@ bool HasReadableContacts(const std::string& strFolder) {
 void WarnOfOddities(const __BACK_FILE_INFO__& info) {
   const QString qstrPath = FromNarrow(info.strBackupPath);
   if (info.strDisplayName.empty() && info.strSerialNumber.empty() && info.strLastBackupDate.empty())
-    PrintError(qstrPath + "/Info.plist: tells nothing of the device; the content is read all the same");
+    PrintError(qstrPath + "/Info.plist: contains no information about the device; the backup is read anyway");
   const bool bAscii =
       std::all_of(qstrPath.begin(), qstrPath.end(), [](QChar c) { return c.unicode() < 0x80; });
   if (!bAscii)
     PrintError(qstrPath +
-               ": in a path with characters beyond ASCII, sizes of photos read 0 and message and WhatsApp "
-               "attachments are left out; a link to it with a plain name gives them all");
+               ": the path contains non-ASCII characters, so sizes of photos are 0, and message and WhatsApp "
+               "attachments are missing; use a link to it with an ASCII path to get them all");
 }
 
 std::string LastStep(const std::string& strPath) {
   return strPath.substr(strPath.rfind('/') + 1);
 }
 
-/// Names on the device by identifier, of the files wanted.
+/// Maps paths of backup files to their names on the device.
 class DeviceNames {
  public:
   explicit DeviceNames(const Catalogue& catalogue) : m_catalogue(catalogue) {}
 
-  /// The name on the device; the path itself for a file that the manifest doesn't list.
+  /// The name on the device; the path itself for a file that isn't in the manifest.
   QString Of(const std::string& strPath) {
     if (m_names.empty()) {
       for (const __MBDB_FILE__& entry : m_catalogue) m_names.emplace(entry.strFileId, &entry.strFileName);
@@ -76,10 +76,10 @@ class DeviceNames {
 
  private:
   const Catalogue& m_catalogue;
-  std::unordered_map<std::string, const std::string*> m_names;  // made when the first is asked for
+  std::unordered_map<std::string, const std::string*> m_names;  // by identifier; filled on first use
 };
 
-/// A file of the backup that could not be read. @param qstrName its name on the device.
+/// Makes the record of a file that could not be read. @param qstrName its name on the device.
 WrittenFile Unread(const QString& qstrName, const std::string& strReason) {
   return {qstrName, {Problem::Step::Read, EIO, ToNarrow(qstrName), strReason}, {}};
 }
@@ -90,13 +90,12 @@ void NameFailures(OpenBackup& backup) {
     const QString qstrName =
         failure.qstrFile.isEmpty() ? backup.qstrPath : names.Of(ToNarrow(failure.qstrFile));
     PrintError(qstrName + ": " + failure.qstrReason);
-    // A file that the manifest lists and the backup lacks is passed over, as in a backup that isn't
-    // encrypted.
+    // A file that is in the manifest but missing from the backup is skipped, as in an unencrypted backup.
     if (!failure.qstrFile.isEmpty() && failure.qstrReason == kMissingSource) continue;
     backup.notDecrypted.push_back(Unread(qstrName, ToNarrow(failure.qstrReason)));
   }
   if (!backup.notDecrypted.empty())
-    PrintError(QString("%1: %2 could not be decrypted; what they hold is missing from the result")
+    PrintError(QString("%1: %2 could not be decrypted; their content is missing from the result")
                    .arg(backup.qstrPath)
                    .arg(backup.notDecrypted.size() == 1
                             ? QString("1 file")

@@ -9,7 +9,7 @@
 #include "cli/progress_bar.h"
 #include "export/written_file.h"
 
-/// A backup that the command line has opened and read.
+/// A backup opened and read by the command line.
 struct OpenBackup {
   explicit OpenBackup(const BackupOptions& options)
       : qstrPath(options.qstrBackup), records(session.GetMessageMap()) {}
@@ -18,24 +18,23 @@ struct OpenBackup {
   CIphoneBackupFile session;
   BackupRecords records;
   int nManifestStatus = 0;
-  std::vector<WrittenFile> notDecrypted;  ///< by their names on the device, where the manifest has them
+  std::vector<WrittenFile> notDecrypted;  ///< with their names on the device, if in the manifest
 };
 
-/// The contacts store tells whether a backup is encrypted. Where there is none that can be opened, the
-/// backup's "Manifest.plist" decides.
+/// Sets whether a backup is encrypted from "Manifest.plist", if it has no contacts store that can be opened.
 void CompleteEncryption(__BACK_FILE_INFO__& info);
 
-/// Opens the backup of the options and reads all of it.
-/// @return the exit status of the process when it can't go on, with a line on standard error printed; else 0.
+/// Opens and reads the backup given by the options.
+/// @return 0, or the exit status of the process on failure, with a line printed on standard error.
 int ReadBackup(const BackupOptions& options, ProgressBar& bar, OpenBackup& backup);
 
-/// The files that could not be read, by their names on the device, where the manifest has them.
-/// @param isWanted whether a file counts: its identifier, which is its file name in the backup.
+/// The files that could not be read, with their names on the device, if in the manifest.
+/// @param isWanted called with a file's identifier (its file name in the backup); false skips it.
 std::vector<WrittenFile> LostFiles(const OpenBackup& backup,
                                    const std::function<bool(const std::string& strFileId)>& isWanted);
 
-/// The same of all files, and those that could not be decrypted.
+/// All files that could not be read or decrypted.
 std::vector<WrittenFile> AllLosses(const OpenBackup& backup);
 
-/// Ends a command that a signal stopped. @return the exit status for it.
+/// Reports that a signal stopped the command. @return the exit status for it.
 int Interrupted();

@@ -17,7 +17,7 @@ constexpr char kForce[] = "force";
 
 void AddOptions(QCommandLineParser& parser) {
   parser.addOption({kJson, "Prints JSON in UTF-8 instead of text."});
-  parser.addOption({{"q", kQuiet}, "Shows no progress, and no line for a file that was copied."});
+  parser.addOption({{"q", kQuiet}, "Hides the progress bar and the lines of recovered files."});
 }
 
 void ReadOptions(const QCommandLineParser& parser, Options& options) {
@@ -26,11 +26,11 @@ void ReadOptions(const QCommandLineParser& parser, Options& options) {
 }
 
 void AddBackupOptions(QCommandLineParser& parser) {
-  parser.addOption({kPasswordStdin, "Takes the password of an encrypted backup from standard input."});
+  parser.addOption({kPasswordStdin, "Reads the password of an encrypted backup from standard input."});
   parser.addOption(
-      {kPasswordFile, "Takes the password of an encrypted backup from the first line of a file.", "FILE"});
+      {kPasswordFile, "Reads the password of an encrypted backup from the first line of a file.", "FILE"});
   parser.addOption(
-      {kForce, "Decrypts an encrypted backup even where the temporary folder seems too small for it."});
+      {kForce, "Decrypts an encrypted backup even if the temporary folder seems too small for it."});
 }
 
 void ReadBackupOptions(const QCommandLineParser& parser, const QString& qstrBackup, BackupOptions& options) {

@@ -4,36 +4,36 @@
 
 #include "cli/commands.h"
 
-/// What every command takes.
+/// Options of every command.
 struct Options {
   bool bJson = false;
   bool bQuiet = false;
 };
 
-/// What every command that opens a backup takes.
+/// Options of every command that opens a backup.
 struct BackupOptions : Options {
   QString qstrBackup;        ///< absolute path
   QString qstrPasswordFile;  ///< empty for none
   bool bPasswordStdin = false;
-  bool bForce = false;  ///< decrypts although the room may not do
+  bool bForce = false;  ///< decrypts even if disk space seems too low
 };
 
-/// The argument of every command that opens a backup.
+/// The positional argument of every command that opens a backup.
 constexpr Command::Argument kBackupArgument = {
     "BACKUP", "The folder of one backup, the one that holds \"Info.plist\"."};
 
-/// Adds the options that every command has.
+/// Adds the options of every command.
 void AddOptions(QCommandLineParser& parser);
 void ReadOptions(const QCommandLineParser& parser, Options& options);
 
-/// Adds the options that every command has that opens a backup.
+/// Adds the options of every command that opens a backup.
 void AddBackupOptions(QCommandLineParser& parser);
-/// Reads these and those of every command.
-/// @param qstrBackup the folder as it was given.
+/// Reads the options of every command that opens a backup.
+/// @param qstrBackup the folder as given by the user.
 void ReadBackupOptions(const QCommandLineParser& parser, const QString& qstrBackup, BackupOptions& options);
 
-/// A path of the command line made absolute.
+/// Converts a path of the command line to an absolute one.
 QString AbsolutePath(const QString& qstrPath);
 
-/// Complains about the command line on standard error. @return the exit status for it.
+/// Reports an error of the command line on standard error. @return the exit status for it.
 int WrongUsage(QString qstrReason);

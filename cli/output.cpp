@@ -11,7 +11,7 @@ namespace {
 
 using ProblemSet = std::set<std::pair<std::string, std::string>>;
 
-int g_nError = 0;  // of the first write that failed
+int g_nError = 0;  // errno of the first failed write
 
 ProblemSet& LossSet() {
   static ProblemSet losses;
@@ -19,7 +19,7 @@ ProblemSet& LossSet() {
 }
 
 void PrintOnce(const std::string& strFile, const std::string& strReason) {
-  static ProblemSet printed;  // two readers may meet the same bad store
+  static ProblemSet printed;  // two readers may report the same store
   if (printed.emplace(strFile, strReason).second) PrintError(FromNarrow(strFile + ": " + strReason));
 }
 

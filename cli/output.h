@@ -5,28 +5,27 @@
 #include <string>
 #include <utility>
 
-// What the command line prints: results on standard output, in UTF-8 whatever the locale, and problems on
-// standard error, in the locale's encoding.
+// Output of the command line: results on standard output, always in UTF-8, and problems on standard error, in
+// the locale's encoding.
 
-/// Writes bytes as they are on standard output.
+/// Writes bytes to standard output.
 void Print(const QByteArray& bytes);
-/// Writes a line of text on standard output.
+/// Writes a line of text to standard output.
 void PrintLine(const QString& qstrLine);
 
-/// Flushes standard output. @return false when anything that was printed could not be written, with a line on
-/// standard error.
+/// Flushes standard output. @return false when any write failed, with a line printed on standard error.
 bool FinishOutput();
 
-/// Prints one line on standard error: "orvandel-cli: TEXT".
+/// Prints a line on standard error: "orvandel-cli: TEXT".
 void PrintError(const QString& qstrText);
 
-/// Prints every problem that the engine reports from here on as a line on standard error, each once:
-/// "orvandel-cli: FILE: REASON", and collects the losses.
+/// Installs handlers that print each problem of the engine once on standard error, as "orvandel-cli: FILE:
+/// REASON", and collect the losses.
 void PrintProblems();
 
-/// The files that could not be read so far, with the reason, both narrow.
+/// The losses so far: file and reason, both narrow.
 const std::set<std::pair<std::string, std::string>>& Losses();
 
-/// A name from a backup for one line of text: control characters, which could break the line or reach the
-/// terminal, become "?".
+/// Replaces control characters in a name from a backup by "?", since they could break the line or control the
+/// terminal.
 QString Printable(QString qstrName);

@@ -19,10 +19,10 @@ QByteArray FirstLine(QFile& file) {
   return line;
 }
 
-/// Waits until there is something to read. @return false when a signal has asked to stop.
+/// Waits for input. @return false when a signal requested a stop.
 bool WaitForInput(int nDescriptor) {
-  // The signals are blocked until pselect lets them in, so that none comes between the look at the flag and
-  // the wait.
+  // The signals are blocked except during pselect, so that none arrives between checking the flag and
+  // waiting.
   sigset_t stopSignals, before;
   sigemptyset(&stopSignals);
   for (const int nSignal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&stopSignals, nSignal);
@@ -38,7 +38,7 @@ bool WaitForInput(int nDescriptor) {
   return nReady == 1;
 }
 
-/// Reads a line from the terminal while it shows nothing of what is typed.
+/// Reads a line from the terminal without echo.
 bool Prompt(const QString& qstrBackup, QByteArray& password) {
   QFile terminal("/dev/tty");
   if (!terminal.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) return false;
@@ -46,7 +46,7 @@ bool Prompt(const QString& qstrBackup, QByteArray& password) {
   if (tcgetattr(terminal.handle(), &shown) != 0) return false;
   termios hidden = shown;
   hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-  // Echo goes off before the question stands: what is typed at once is neither shown nor lost.
+  // Echo is disabled before prompting, so that early input is neither shown nor lost.
   tcsetattr(terminal.handle(), TCSADRAIN, &hidden);
   terminal.write(QString("Password of %1: ").arg(qstrBackup).toLocal8Bit());
   char szLine[1024];

@@ -1,8 +1,8 @@
 #pragma once
 #include "cli/options.h"
 
-/// Gets the password of a backup: from standard input, from a file, or by a prompt without echo on a
-/// terminal. The first line counts, without its end.
-/// @param password receives it, UTF-8.
-/// @return false, with a line on standard error, when there is none to be had.
+/// Reads the password of a backup from standard input, from a file, or from the terminal without echo. Only
+/// the first line is used, without its line end.
+/// @param password receives the password, UTF-8.
+/// @return false when there is none, with a line printed on standard error.
 bool ReadPassword(const BackupOptions& options, QByteArray& password);

@@ -13,7 +13,7 @@ std::string& Root() {
   return strRoot;
 }
 
-/// Private to this process, on disk, and gone with it. No environment variable moves it.
+/// Private to this process, on disk, and removed at its end. Not affected by environment variables.
 const QTemporaryDir& PrivateFolder() {
   static const QTemporaryDir folder("/var/tmp/orvandel-XXXXXX");
   return folder;
@@ -30,7 +30,7 @@ std::string BackupRoot() {
 }
 
 std::string WorkFolder() {
-  // Without one, a place that can't hold anything: what needs the folder fails on its own terms.
+  // Without one, a path that can't exist, so that whatever needs the folder fails.
   return PrivateFolder().isValid() ? ToNarrow(PrivateFolder().path()) + "/" : "/dev/null/";
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 #include <QString>
 
-/// Why the private work folder could not be created, with its place; empty when it is there.
+/// Why the private work folder could not be created, with its location; empty when it exists.
 QString WorkFolderProblem();
 
-/// Chooses the folder whose sub-folders are the backups; the fixed root of the system until then.
+/// Sets the folder that contains the backups; the system's fixed root by default.
 void SetBackupRoot(const QString& qstrFolder);

@@ -20,11 +20,11 @@ ProgressBar::~ProgressBar() {
 }
 
 void ProgressBar::Show(int nPercent) {
-  // The percentages of some steps run ahead and fall back; people want a bar that goes one way.
+  // The percentages of some steps overshoot and drop back; the bar must not.
   nPercent = std::clamp(nPercent, 0, 100);
   if (!m_bActive || nPercent < m_nPercent || (nPercent == m_nPercent && m_bDrawn)) return;
   const auto now = std::chrono::steady_clock::now();
-  // Each line of text takes the bar away; it needn't come back for every one of them.
+  // Lines of text clear the bar; don't redraw it after each of them.
   if (nPercent == m_nPercent && now - m_lastDrawn < kDrawStep) return;
   m_lastDrawn = now;
   m_nPercent = nPercent;

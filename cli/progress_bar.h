@@ -1,20 +1,20 @@
 #pragma once
 #include <chrono>
 
-/// A bar on standard error, drawn only when that is a terminal and never more than some times a second.
+/// A progress bar on standard error, drawn only on a terminal and at most a few times a second.
 class ProgressBar {
  public:
   explicit ProgressBar(bool bWanted);
-  ~ProgressBar();  ///< takes the bar away
+  ~ProgressBar();  ///< clears the bar
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
-  /// @param nPercent 0 to 100; the bar never goes back.
+  /// @param nPercent 0 to 100; lower values than before are ignored.
   void Show(int nPercent);
-  /// Takes the bar away until the next Show, so that a line of text can be printed.
+  /// Clears the bar until the next Show, so that a line of text can be printed.
   void Clear();
 
-  /// A progress callback with the bar as its context. Answers 1 once a signal has asked to stop.
+  /// A progress callback with the bar as its context. @return 1 after a signal requested a stop, else 0.
   static int Report(void* pBar, int nPercent);
 
  private:

@@ -24,10 +24,10 @@ QString JoinedLabels() {
 void AddRecoverOptions(QCommandLineParser& parser) {
   AddBackupOptions(parser);
   parser.addOption(
-      {kOnly, "Copies these categories alone, divided by commas: " + JoinedLabels() + ".", "LABELS"});
+      {kOnly, "Recovers only these categories, separated by commas: " + JoinedLabels() + ".", "LABELS"});
 }
 
-/// Reads a list of labels. @return 0, or the exit status for a label that no category has.
+/// Parses a list of labels. @return 0, or the exit status for an unknown label.
 int ReadOnly(const QString& qstrList, std::vector<CategoryNumber>& only) {
   for (const QString& qstrPart : qstrList.split(',')) {
     const QString qstrLabel = qstrPart.trimmed();
@@ -51,7 +51,8 @@ int ReadRecoverOptions(const QCommandLineParser& parser, const QStringList& argu
   return kExitDone;
 }
 
-/// The real path of a folder that may not exist yet: that of its first ancestor that does, and the rest.
+/// The canonical path of a folder that may not exist yet: that of its nearest existing ancestor plus the
+/// rest.
 QString RealPath(const QString& qstrFolder) {
   QString qstrAncestor = qstrFolder;
   QString qstrRest;
@@ -81,7 +82,7 @@ int CheckDestination(const RecoverOptions& options) {
   return kExitNotWritten;
 }
 
-/// Looks at the templates, if any page is wanted: without its template a page would have no fence.
+/// Checks the templates, if pages are wanted: without them scripts in recovered texts could run.
 bool HasTemplates(const RecoverOptions& options, const CRecovery& recovery) {
   const QString qstrUnusable = WantsDocuments(options) ? recovery.FindUnusableTemplate() : QString();
   if (!qstrUnusable.isEmpty()) PrintError(qstrUnusable);
@@ -104,7 +105,7 @@ int Recover(const QCommandLineParser& parser, const QStringList& arguments) {
   recovery.SetWrittenFileHandler([&](const WrittenFile& file) { report.Add(file); });
   recovery.SetNamePolicy(NamePolicy::MadeSafe);
   if (WantsDocuments(options)) recovery.Init(options.qstrDestination, &backup.session);
-  // Once more: they may have gone while the backup was read.
+  // Again, since they may have been removed while the backup was read.
   if (!HasTemplates(options, recovery)) return kExitNotWritten;
   RecoverFiles(options, backup, report);
   if (WantsDocuments(options)) RecoverDocuments(options, backup.records, recovery, report);
@@ -119,9 +120,9 @@ int Recover(const QCommandLineParser& parser, const QStringList& arguments) {
 
 Command RecoverCommand() {
   return {"recover",
-          "copies it into a folder",
-          "Copies what a backup holds into a folder. Nothing in the backup is changed.",
-          {kBackupArgument, {"DESTINATION", "The folder to write into; made where it is missing."}},
+          "recovers the content of a backup",
+          "Copies the content of a backup to a folder. The backup isn't changed.",
+          {kBackupArgument, {"DESTINATION", "The folder to write to; created if missing."}},
           AddRecoverOptions,
           Recover};
 }

@@ -4,8 +4,8 @@
 #include "backup/categories.h"
 #include "cli/options.h"
 
-/// What a recovery takes.
+/// Options of a recovery.
 struct RecoverOptions : BackupOptions {
   QString qstrDestination;           ///< absolute path
-  std::vector<CategoryNumber> only;  ///< what to recover; everything unless named
+  std::vector<CategoryNumber> only;  ///< what to recover; empty for everything
 };

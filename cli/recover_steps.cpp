@@ -29,15 +29,14 @@ class FileRecovery {
   }
 
  private:
-  /// @param strApp the name of a folder inside; empty for none.
+  /// @param strApp name of a sub-folder; empty for none.
   void Copy(const QString& qstrFolder, const std::string& strApp, const FileToCopy& file) {
     if (StopSignal() != 0) return;
     m_report.Add(CopyUnderAnyName(qstrFolder, strApp, file));
     m_report.Advance();
   }
 
-  /// Tries the names in the backup first. Where one of them can't be that of a file, a safe one takes its
-  /// place.
+  /// Tries the names in the backup first. Invalid names are replaced by safe ones.
   WrittenFile CopyUnderAnyName(const QString& qstrFolder, const std::string& strApp, const FileToCopy& file) {
     const auto folderOf = [&](const std::string& strName) {
       return strApp.empty() ? qstrFolder : qstrFolder + FromNarrow(strName) + '/';
@@ -104,8 +103,8 @@ void RecoverDocuments(const RecoverOptions& options, const BackupRecords& record
                       RecoveryReport& report) {
   for (const DocumentStep& step : DocumentSteps()) {
     if (StopSignal() != 0) return;
-    // The copy of the message store too is made only when messages are wanted: it replaces that of an earlier
-    // run at the same destination.
+    // The message store is also copied only when messages are wanted, since that replaces the copy of an
+    // earlier run.
     if (!IsWanted(options, step.nNumber)) continue;
     if (step.IsPage()) {
       step.rows.pfnAddAll(recovery, records);
@@ -123,7 +122,7 @@ void ReportLosses(const RecoverOptions& options, const OpenBackup& backup, Recov
     const char* pszId;
     std::vector<CategoryNumber> categories;
   };
-  // A category of files is read from files alone; everything else in a backup may be one of them.
+  // The other categories read files only, and any other file of a backup may be one of those.
   static const std::vector<StoreUse> stores = {
       {kContactsStore, {kContacts, kMessages, kCallHistory}},
       {kMessageStore, {kMessages}},

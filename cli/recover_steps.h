@@ -5,24 +5,24 @@
 #include "export/file_copy.h"
 #include "export/recovery.h"
 
-// What a recovery of everything wanted does, in the order of the window. Each step stops between two files
-// once a signal asks for it.
+// The steps of a recovery, in the same order as in the window. Each step stops between two files after a
+// signal.
 
-/// True when a category is among those to recover.
+/// True when a category is to be recovered.
 bool IsWanted(const RecoverOptions& options, CategoryNumber nNumber);
 
-/// Number of files and conversations there are to do.
+/// Number of files and conversations to recover.
 qint64 CountWork(const RecoverOptions& options, const BackupRecords& records);
 
 /// Copies the files.
 void RecoverFiles(const RecoverOptions& options, OpenBackup& backup, RecoveryReport& report);
 
-/// True when a category of documents is among those to recover.
+/// True when a category of documents is to be recovered.
 bool WantsDocuments(const RecoverOptions& options);
 
 /// Writes the documents. @param recovery initialised, with the report as its handler.
 void RecoverDocuments(const RecoverOptions& options, const BackupRecords& records, CRecovery& recovery,
                       RecoveryReport& report);
 
-/// Reports as failed what is missing from the recovery because it could not be decrypted or read.
+/// Reports files that could not be decrypted or read, and so are missing from the recovery, as failed.
 void ReportLosses(const RecoverOptions& options, const OpenBackup& backup, RecoveryReport& report);

@@ -16,7 +16,7 @@ void RecoveryReport::Add(const WrittenFile& file) {
   if (file.Succeeded()) m_nBytes += QFileInfo(file.qstrPath).size();
   if (!file.qstrOriginalName.isEmpty()) {
     m_bar.Clear();
-    PrintError(QString("%1: in the backup it is called \"%2\", which can't be a file name here")
+    PrintError(QString("%1: in the backup it is called \"%2\", which isn't a valid file name here")
                    .arg(file.qstrPath, file.qstrOriginalName));
   }
   if (file.Succeeded() && m_options.bQuiet) return;

@@ -3,14 +3,14 @@
 #include "cli/recover_options.h"
 #include "export/written_file.h"
 
-/// Prints each file of a recovery as it is done, and the totals at the end.
+/// Prints the result of each file of a recovery, and the totals at the end.
 class RecoveryReport {
  public:
-  /// Both outlive the report. @param nTotal what there is to do, for the bar.
+  /// Options and bar must outlive the report. @param nTotal number of items, for the bar.
   RecoveryReport(const RecoverOptions& options, ProgressBar& bar, qint64 nTotal);
 
   void Add(const WrittenFile& file);
-  /// Moves the bar by one of the total.
+  /// Advances the bar by one item.
   void Advance();
   void PrintTotals() const;
   bool HasFailures() const { return m_nFailed != 0; }

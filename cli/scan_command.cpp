@@ -12,7 +12,7 @@ constexpr char kManifest[] = "manifest";
 
 void AddScanOptions(QCommandLineParser& parser) {
   AddBackupOptions(parser);
-  parser.addOption({kManifest, "With --json: lists every entry of the manifest as well."});
+  parser.addOption({kManifest, "With --json: also lists every entry of the manifest."});
 }
 
 int Scan(const QCommandLineParser& parser, const QStringList& arguments) {
@@ -34,8 +34,8 @@ int Scan(const QCommandLineParser& parser, const QStringList& arguments) {
 
 Command ScanCommand() {
   return {"scan",
-          "counts what a backup holds",
-          "Reads a backup and tells how much it holds of each category.",
+          "counts the content of a backup",
+          "Reads a backup and prints the number of items in each category.",
           {kBackupArgument},
           AddScanOptions,
           Scan};

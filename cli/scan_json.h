@@ -1,5 +1,5 @@
 #pragma once
 #include "cli/open_backup.h"
 
-/// Prints all of a backup as one JSON object.
+/// Prints the content of a backup as one JSON object. @param bManifest includes the manifest's entries.
 void PrintScanJson(OpenBackup& backup, bool bManifest);

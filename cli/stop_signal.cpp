@@ -10,7 +10,7 @@ namespace {
 
 volatile std::sig_atomic_t g_nSignal = 0;
 
-std::atomic<bool> g_bStop{false};  // the same for the readers of the engine
+std::atomic<bool> g_bStop{false};  // polled by the readers of the engine
 static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler");
 
 void Remember(int nSignal) {
@@ -24,9 +24,10 @@ void CatchStopSignals() {
   SetStopFlag(&g_bStop);
   struct sigaction action = {};
   action.sa_handler = Remember;
-  action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);  // the second one ends the process at once
+  action.sa_flags =
+      static_cast<int>(SA_RESTART | SA_RESETHAND);  // a second signal ends the process immediately
   for (int nSignal : {SIGINT, SIGTERM, SIGHUP}) sigaction(nSignal, &action, nullptr);
-  signal(SIGPIPE, SIG_IGN);  // a reader that goes away is met as a failed write
+  signal(SIGPIPE, SIG_IGN);  // a closed pipe is reported as a failed write
 }
 
 int StopSignal() {

@@ -1,8 +1,8 @@
 #pragma once
 
-/// Makes Ctrl-C, a hang-up and SIGTERM set a flag instead of ending the process in the middle of a file. The
-/// readers of stores look at the flag too. A second signal of a kind ends the process at once.
+/// Makes SIGINT, SIGHUP and SIGTERM set a flag instead of ending the process in the middle of a file. The
+/// readers of stores poll the flag too. A second signal of the same kind ends the process immediately.
 void CatchStopSignals();
 
-/// The signal that asked to stop, 0 for none.
+/// The signal that requested a stop, 0 for none.
 int StopSignal();
