@@ -17,12 +17,12 @@
 
 namespace {
 
-constexpr int kFileFlag = 1;  // of a row of the table Files
+constexpr int kFileFlag = 1;  // value of Files.flags for a regular file
 constexpr uint16_t kKindMask = 0xF000;
 constexpr uint16_t kRegularFile = 0x8000;
 constexpr uint64_t kMostOfManifestList = 256 << 20;  // bytes of "Manifest.plist"; devices write some 100 KB
 
-/// Opens a file of the backup. Throws std::runtime_error with the reason.
+/// Opens a file of the backup. Throws std::runtime_error on failure.
 Descriptor Open(const std::string& strPath) {
   Result<OpenedFile> file = OpenBackupFile(strPath);
   if (!file) throw std::runtime_error(strPath + ": can't be opened: " + file.Error().strReason);
@@ -48,7 +48,7 @@ Bytes ReadWhole(const std::string& strPath) {
   return bytes;
 }
 
-/// An identifier is a file name of the backup and of the output: nothing else may come out of a manifest.
+/// Validates an identifier of the manifest, since it is used as a file name in the backup and in the output.
 bool IsIdentifier(const std::string& strId) {
   return strId.size() == 40 && strId.find_first_not_of("0123456789abcdef") == std::string::npos;
 }
@@ -85,7 +85,7 @@ std::string BackupFiles::OpenManifest(const Keybag& keybag, const std::string& s
   if (!m_bHasManifestDb) return {};
   std::string strProblem;
   try {
-    // Never padded: its size is the size of the database.
+    // The manifest isn't padded: its size is the database's.
     const uint64_t nSize = SizeOf(Open(m_strManifest), m_strManifest);
     const Secret key = m_manifestKey.empty() ? Secret() : keybag.FileKey(m_manifestKey);
     std::string strDecrypted = strFolder + "/" + kDecryptedManifestName;
@@ -146,7 +146,7 @@ void BackupFiles::VisitBinary(const std::function<void(FileJob&& job)>& visit) c
       VisitBinaryManifest(Ansi2Unicode(m_strManifest.c_str()).c_str(), [&](const fileinfo& info) {
         if ((info.nMode & kKindMask) != kRegularFile) return;
         FileJob job;
-        job.strId = Sha1Hex(info.strDomain + "-" + info.strPath);  // the name that the device gave the file
+        job.strId = Sha1Hex(info.strDomain + "-" + info.strPath);  // the file's name in the backup
         job.strSource = m_strBackup + "/" + job.strId;
         job.wrappedKey.assign(info.strEncryptionKey.begin(), info.strEncryptionKey.end());
         job.nSize = static_cast<uint64_t>(info.nFileSizeHigh) << 32 | info.nFileSize;

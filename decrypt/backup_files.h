@@ -5,32 +5,33 @@
 #include "decrypt/file_job.h"
 #include "decrypt/keybag.h"
 
-/// True when the "Manifest.plist" of a backup says that it is encrypted; false without a readable one.
+/// True when "Manifest.plist" marks the backup as encrypted; false when it can't be read.
 bool IsMarkedEncrypted(const std::string& strBackup);
 
-/// The files of an encrypted backup, as its manifest lists them. Directories and links are passed over.
+/// The files of an encrypted backup listed in its manifest, without directories and links.
 class BackupFiles {
  public:
-  /// Reads "Manifest.plist". Throws std::runtime_error, with the reason, for a folder that isn't an
-  /// encrypted backup.
+  /// Reads "Manifest.plist". Throws std::runtime_error if the folder isn't an encrypted backup.
   explicit BackupFiles(const std::string& strBackup);
 
-  /// The keybag of the backup, still locked.
+  /// The locked keybag of the backup.
   const Bytes& KeybagData() const { return m_keybag; }
 
-  /// Makes the manifest readable, once the keybag is unlocked. A "Manifest.db", encrypted or not, comes out
-  /// as "Manifest.db-decypted": it replaces one of an earlier run, which would be read in its stead.
-  /// @param strFolder      where that file goes.
-  /// @param strOtherFolder where it goes when it can't be written there: the backup's disk may be read-only.
-  /// @return why it had to; empty when it hadn't. Throws std::runtime_error when the manifest can't be read.
+  /// Makes the manifest readable. A "Manifest.db", encrypted or not, is written as "Manifest.db-decypted", so
+  /// that one of an earlier run isn't read instead.
+  /// @param keybag         unlocked.
+  /// @param strFolder      folder of that file.
+  /// @param strOtherFolder used when it can't be written there, for example on a read-only disk.
+  /// @return why strOtherFolder was used; empty when it wasn't. Throws std::runtime_error when the manifest
+  /// can't be read.
   std::string OpenManifest(const Keybag& keybag, const std::string& strFolder,
                            const std::string& strOtherFolder);
 
-  /// Number of files. After OpenManifest.
+  /// Number of files. Call OpenManifest first.
   uint64_t Count() const;
 
-  /// Calls visit for each file, in the manifest's order. After OpenManifest. Throws std::runtime_error when
-  /// the manifest can't be read to its end.
+  /// Calls visit for each file, in manifest order. Call OpenManifest first. Throws std::runtime_error when
+  /// the manifest can't be read completely.
   void Visit(const std::function<void(FileJob&& job)>& visit) const;
 
  private:
@@ -40,6 +41,6 @@ class BackupFiles {
   std::string m_strBackup;
   bool m_bHasManifestDb = false;
   Bytes m_keybag;
-  Bytes m_manifestKey;  // empty where the manifest isn't encrypted
+  Bytes m_manifestKey;  // empty when the manifest isn't encrypted
   std::string m_strManifest;
 };

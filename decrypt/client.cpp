@@ -15,7 +15,7 @@ constexpr int kPollStep = 50;       // milliseconds
 }  // namespace
 
 DecryptClient::DecryptClient(LineHandler onLine, QObject* pParent) : QProcess(pParent) {
-  // The connection keeps the handler: the base class may still report lines while it is destroyed.
+  // The connection owns the handler: QProcess may still report lines in its destructor.
   connect(this, &QProcess::readyRead, this, [this, onLine = std::move(onLine)] {
     while (canReadLine()) {
       if (!onLine(readLine())) continue;
@@ -27,7 +27,7 @@ DecryptClient::DecryptClient(LineHandler onLine, QObject* pParent) : QProcess(pP
 
 bool DecryptClient::StartByCommand(ToolTask task, const QString& qstrBackup, const QString& qstrFolder,
                                    const QString& qstrPassword) {
-  // One string, which Qt takes apart: a blank in the password deliberately makes two arguments of it.
+  // One string, split by Qt: a password with a blank deliberately becomes two arguments.
   QString qstrCommand =
       "\"" + DecryptToolPath() + "\" \"" + qstrBackup + "\" \"" + qstrFolder + "\" " + qstrPassword;
   if (task == ToolTask::CheckPassword) qstrCommand += QString(" ") + kCheckMode;

@@ -5,37 +5,36 @@
 
 #include "decrypt/protocol.h"
 
-/// What a run of the tool does.
+/// The task of a run of the tool.
 enum class ToolTask { CheckPassword, Decrypt };
 
-/// One run of the decrypt tool beside the program.
+/// One run of the decrypt tool.
 ///
-/// As a QProcess it belongs to the thread that makes it. The lines of the tool's standard output arrive on
-/// that thread, while it waits in Wait or runs its event loop. The run never throws, and a tool that can't be
-/// started has simply ended.
+/// Like any QProcess it is used on the thread that created it. The handler is called on that thread, from
+/// Wait or from its event loop. Never throws. A tool that can't be started counts as ended.
 class DecryptClient : public QProcess {
  public:
-  /// Gets each whole line in order, with its line feed. @return true to kill the tool.
+  /// Called for each complete line of standard output, with its line feed. @return true to kill the tool.
   using LineHandler = std::function<bool(const QByteArray& line)>;
 
   explicit DecryptClient(LineHandler onLine, QObject* pParent = nullptr);
 
-  /// Starts the tool by one command string, in which the password has no quotes: one with blanks arrives in
-  /// pieces, which the tool joins. Standard error is read as part of standard output, and the decrypted
-  /// manifest goes into the backup's own folder.
-  /// @return false when it could not be started.
+  /// Starts the tool with one command string. The password isn't quoted in it, so one with blanks becomes
+  /// several arguments, which the tool joins. Standard error is merged into standard output, and the
+  /// decrypted manifest is written to the backup's folder.
+  /// @return false when it can't be started.
   bool StartByCommand(ToolTask task, const QString& qstrBackup, const QString& qstrFolder,
                       const QString& qstrPassword);
 
-  /// Starts the tool to decrypt without a change in the backup. Standard error stays apart.
-  /// @param password written to the tool's standard input, so that no list of processes shows it; overwritten
-  /// with zeros.
-  /// @return false when the tool could not be started; see errorString.
+  /// Starts the tool to decrypt without changing the backup. Standard error isn't merged.
+  /// @param password passed through standard input, so it isn't visible in the process list; overwritten with
+  /// zeros.
+  /// @return false when the tool can't be started; see errorString.
   bool StartLeavingBackup(const QString& qstrBackup, const QString& qstrFolder, QByteArray& password);
 
-  /// Blocks until the tool has ended and its last line has arrived.
-  /// @param isCancelled asked some times a second; true kills the tool. Without it nothing interrupts the
-  /// wait.
+  /// Blocks until the tool has ended and its last line was handled.
+  /// @param isCancelled polled some times a second; true kills the tool. If empty, the wait can't be
+  /// cancelled.
   void Wait(const std::function<bool()>& isCancelled = {});
 };
 
@@ -45,12 +44,12 @@ QString DecryptToolPath();
 /// True for a line that rejects the password.
 bool RejectsPassword(const QByteArray& line);
 
-/// The number of files done that a line reports, of any value; none for another line. Digits that aren't
-/// right behind the mark don't count.
+/// The number of finished files in a count line, unchecked; nullopt for other lines. The digits must follow
+/// kCountMark directly.
 std::optional<qint64> CountIn(const QByteArray& line);
 
-/// The share of a progress bar that a number of files done makes up: kToolProgress for all of them or more.
+/// Converts a number of finished files to a percentage of the progress bar, at most kToolProgress.
 /// @param nTotal above 0.
 int ToolPercent(qint64 nDone, qint64 nTotal);
 
-constexpr int kToolProgress = 10;  // percent of the bar that belong to the tool
+constexpr int kToolProgress = 10;  // percentage of the progress bar used for decrypting

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t kLargestPiece = 1 << 30;  // lengths of the library are ints
+constexpr size_t kLargestPiece = 1 << 30;  // OpenSSL's lengths are ints
 
 using CipherContext = std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)>;
 

@@ -6,7 +6,7 @@
 
 struct evp_cipher_ctx_st;
 
-/// Bytes that are wiped when they go: keys and passwords.
+/// Bytes that are zeroed on destruction: keys and passwords.
 class Secret {
  public:
   Secret() = default;
@@ -31,20 +31,20 @@ class Secret {
 using Bytes = std::vector<unsigned char>;
 
 constexpr size_t kKeySize = 32;         // AES-256
-constexpr size_t kWrappedKeySize = 40;  // a key wrapped by RFC 3394
+constexpr size_t kWrappedKeySize = 40;  // a key wrapped according to RFC 3394
 
 enum class Digest { Sha1, Sha256 };
 
-/// PBKDF2 to 32 bytes. Throws std::runtime_error when the library fails.
+/// Derives 32 bytes with PBKDF2. Throws std::runtime_error when OpenSSL fails.
 Secret DeriveKey(const Secret& password, const Bytes& salt, int nRounds, Digest digest);
 
-/// Unwraps a key by RFC 3394. @return false when the integrity check fails or the size is wrong.
+/// Unwraps a key according to RFC 3394. @return false when the integrity check fails or the size is wrong.
 bool UnwrapKey(const Secret& wrappingKey, const unsigned char* pWrapped, size_t nSize, Secret& key);
 
-/// SHA-1 as 40 lower-case hexadecimal digits.
+/// SHA-1 in 40 lower-case hexadecimal digits.
 std::string Sha1Hex(const std::string& strText);
 
-/// AES-256-CBC under an all-zero IV, piece by piece. Padding is left to the caller. One thread.
+/// AES-256-CBC with an all-zero IV, in pieces. Doesn't remove padding. Not thread-safe.
 class CbcDecryptor {
  public:
   explicit CbcDecryptor(const Secret& key);
@@ -52,7 +52,7 @@ class CbcDecryptor {
   CbcDecryptor(const CbcDecryptor&) = delete;
   CbcDecryptor& operator=(const CbcDecryptor&) = delete;
 
-  /// Decrypts whole blocks of 16 bytes. Both buffers hold nSize bytes, and may be one.
+  /// Decrypts whole blocks of 16 bytes. Both buffers have nSize bytes and may be the same.
   void Decrypt(const unsigned char* pInput, unsigned char* pOutput, size_t nSize);
 
  private:

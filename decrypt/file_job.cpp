@@ -17,13 +17,13 @@ namespace {
 
 constexpr size_t kPieceSize = 256 * 1024;
 constexpr size_t kBlockSize = 16;
-constexpr int kMostParts = 100;  // of one file: of killed runs, or being written by others
+constexpr int kMostParts = 100;  // per target: left by killed runs, or in use by other workers
 
 [[noreturn]] void Fail(const std::string& strWhat) {
   throw std::runtime_error(strWhat + ": " + strerror(errno));
 }
 
-/// Fills the buffer as far as the file goes. @return the bytes read.
+/// Fills the buffer up to the end of the file. @return the number of bytes read.
 size_t ReadPiece(int nDescriptor, unsigned char* pBuffer, size_t nSize) {
   size_t nRead = 0;
   while (nRead < nSize) {
@@ -46,8 +46,8 @@ void WritePiece(int nDescriptor, const unsigned char* pBuffer, size_t nSize) {
   }
 }
 
-/// Makes a new file beside the target that only its owner can read. A manifest may list one identifier twice,
-/// and then two workers write it at a time. @param strPart receives its path. @return a descriptor.
+/// Creates a partial file in the target's folder, readable only by its owner. Its name is unique, since a
+/// manifest may list an identifier twice. @param strPart receives its path. @return a descriptor.
 int MakePart(const std::string& strTarget, std::string& strPart) {
   for (int i = 1; i <= kMostParts; ++i) {
     strPart = strTarget + ".part" + (i > 1 ? std::to_string(i) : "");
@@ -58,7 +58,7 @@ int MakePart(const std::string& strTarget, std::string& strPart) {
   Fail(strPart + " can't be made");
 }
 
-/// Bytes of padding at the end of the last block. Throws when it isn't padding.
+/// Length of the padding at the end of the last block. Throws when it isn't valid.
 size_t PaddingOf(const unsigned char* pEnd) {
   const size_t nPadding = pEnd[-1];
   const auto isPadding = [&](unsigned char nByte) { return nByte == nPadding; };
@@ -67,7 +67,7 @@ size_t PaddingOf(const unsigned char* pEnd) {
   return nPadding;
 }
 
-/// Copies the content through the decryptor, if there is one. @return the plain bytes written.
+/// Copies the content, decrypted unless pDecryptor is null. @return the number of bytes written.
 uint64_t CopyContent(int nSource, int nTarget, CbcDecryptor* pDecryptor, uint64_t nSourceSize,
                      uint64_t nSize) {
   if (pDecryptor && nSourceSize % kBlockSize != 0)

@@ -4,18 +4,18 @@
 
 #include "decrypt/crypto.h"
 
-/// One file of a backup that is to be written.
+/// One file of a backup to write.
 struct FileJob {
   std::string strId;            ///< its name in the backup and in the output folder
   std::string strSource;        ///< path in the backup
-  Bytes wrappedKey;             ///< 44 bytes; empty for a file stored in plain
-  uint64_t nSize = UINT64_MAX;  ///< its plain size in bytes; UINT64_MAX when the manifest doesn't tell
-  bool bDamaged = false;        ///< the manifest's record of it can't be read
+  Bytes wrappedKey;             ///< 44 bytes; empty for an unencrypted file
+  uint64_t nSize = UINT64_MAX;  ///< its decrypted size in bytes; UINT64_MAX if unknown
+  bool bDamaged = false;        ///< its record in the manifest can't be read
 };
 
-/// Writes a file decrypted under a key and cut to its size; with an empty key, a plain copy.
-/// It appears whole or not at all, readable by its owner alone. Memory is the same for every size.
-/// @param nSize UINT64_MAX takes the padding off instead. Throws std::runtime_error with the
-/// reason, kMissingSource where there is no source.
+/// Decrypts a file and truncates it to its size; an empty key makes a plain copy. The target is created
+/// completely or not at all, readable only by its owner. Uses constant memory.
+/// @param nSize in bytes; UINT64_MAX removes the padding instead. Throws std::runtime_error with the reason,
+/// kMissingSource for a missing source.
 void WriteDecrypted(const std::string& strSource, const std::string& strTarget, const Secret& key,
                     uint64_t nSize);

@@ -7,12 +7,12 @@
 
 namespace {
 
-constexpr uint32_t kUnderPassword = 2;  // bit of a class's WRAP: wrapped under the password's key
-// Of the password's derivation: ten times those of any device, some half a minute. A keybag made to ask for
-// more would only keep the tool busy.
+constexpr uint32_t kUnderPassword = 2;  // bit of a class's WRAP: wrapped with the password's key
+// Limit for the password's derivation: ten times the rounds of any device, about half a minute. Prevents a
+// hostile keybag from blocking the tool.
 constexpr uint32_t kMostRounds = 100 * 1000 * 1000;
 constexpr size_t kItemHead = 8;         // tag and length
-constexpr size_t kClassNumberSize = 4;  // in front of a wrapped key elsewhere
+constexpr size_t kClassNumberSize = 4;  // precedes a wrapped key in the manifest
 
 uint32_t BigEndian(const unsigned char* p) {
   return static_cast<uint32_t>(p[0]) << 24 | static_cast<uint32_t>(p[1]) << 16 |
@@ -54,7 +54,7 @@ Keybag::Keybag(const Bytes& data) {
                       data.begin() + static_cast<std::ptrdiff_t>(nOffset + nLength));
     nOffset += nLength;
     if (strTag == "UUID") {
-      // The first belongs to the head; each further one opens a class.
+      // The first belongs to the header; each further one begins a class.
       ++nUuids;
       keepClass();
     } else if (nUuids >= 2 && strTag == "CLAS") {

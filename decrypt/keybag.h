@@ -5,17 +5,18 @@
 
 #include "decrypt/crypto.h"
 
-/// The keys of a backup: one for each protection class, wrapped under the password's key until Unlock.
+/// The keys of a backup: one for each protection class, wrapped with the password's key until Unlock.
 class Keybag {
  public:
-  /// Reads the run of tagged items. Throws std::runtime_error, with what is wrong, for a damaged one.
+  /// Parses the sequence of tagged items. Throws std::runtime_error with the reason if it is damaged.
   explicit Keybag(const Bytes& data);
 
-  /// Tries a password. @return false when it is wrong. Throws when there is no key that could tell.
+  /// Unlocks the keys. @return false for a wrong password. Throws when no key can verify it.
   bool Unlock(const Secret& password);
 
-  /// The key of a file or of the manifest, from its class (32 bits, little-endian) and its wrapped form.
-  /// Throws std::runtime_error, with the reason, when that can't be had. After Unlock; from any thread.
+  /// Unwraps the key of a file or of the manifest. Call Unlock first. Thread-safe.
+  /// @param wrapped class (32 bits, little-endian), then the wrapped key. Throws std::runtime_error with the
+  ///                reason on failure.
   Secret FileKey(const Bytes& wrapped) const;
 
  private:
@@ -30,6 +31,6 @@ class Keybag {
   std::map<uint32_t, Class> m_classes;
   Bytes m_salt;
   uint32_t nRounds = 0;
-  Bytes m_strongSalt;  // of the first derivation that newer backups have; empty in others
+  Bytes m_strongSalt;  // of the first derivation in newer backups; else empty
   uint32_t nStrongRounds = 0;
 };

@@ -14,14 +14,14 @@ namespace {
 
 constexpr char kHelp[] =
     "Usage: \"Velmora Orvandel\" [options] BACKUP FOLDER PASSWORD [CheckPasswd]\n"
-    "Decrypts an encrypted iOS backup into a folder, or with CheckPasswd only tries the password.\n"
-    "The manifest comes out as \"Manifest.db-decypted\" beside the encrypted one.\n"
-    "Prints \"Count:\" and the number of files done as it goes, or \"Wrong password\".\n\n"
-    "  --leave-backup      writes the manifest into FOLDER too, and nothing into BACKUP\n"
-    "  --password-stdin    takes the password from standard input, to its end, and not as an argument\n"
+    "Decrypts an encrypted iOS backup to a folder, or only checks the password with CheckPasswd.\n"
+    "Writes the manifest as \"Manifest.db-decypted\" to the backup's folder.\n"
+    "Prints \"Count:\" and the number of finished files repeatedly, or \"Wrong password\".\n\n"
+    "  --leave-backup      writes the manifest to FOLDER too, and nothing to BACKUP\n"
+    "  --password-stdin    reads the password from all of standard input instead of an argument\n"
     "  --help              shows this\n"
     "  --version           shows the version\n\n"
-    "Exit status: 0 done; 1 something could not be read or written; 2 wrong usage; 3 wrong password.";
+    "Exit status: 0 success; 1 something could not be read or written; 2 wrong usage; 3 wrong password.";
 
 constexpr size_t kLongestPassword = 64 * 1024;  // bytes
 
@@ -29,7 +29,7 @@ void PrintProblem(const std::string& strFile, const std::string& strReason) {
   fprintf(stderr, "%s: %s\n", strFile.c_str(), strReason.c_str());
 }
 
-/// The caller leaves the password unquoted, so that one with blanks arrives in pieces.
+/// Joins the arguments of a password with blanks, which the caller doesn't quote.
 Secret JoinedPassword(char** ppFirst, int nCount) {
   size_t nSize = 0;
   for (int i = 0; i < nCount; ++i) nSize += strlen(ppFirst[i]) + (i == 0 ? 0 : 1);
@@ -42,7 +42,7 @@ Secret JoinedPassword(char** ppFirst, int nCount) {
   return password;
 }
 
-/// All of standard input, up to a length that no password has.
+/// Reads all of standard input, up to kLongestPassword.
 Secret PasswordFromInput() {
   Secret buffer(kLongestPassword);
   size_t nSize = 0;
@@ -53,7 +53,7 @@ Secret PasswordFromInput() {
   return Secret(buffer.Data(), nSize);
 }
 
-/// Takes the options in front of the first folder. @return how many there are; -1 for one that doesn't exist.
+/// Parses the options before the first folder. @return their number; -1 for an unknown one.
 int ReadOptions(int argc, char** argv, bool& bLeaveBackup, bool& bPasswordStdin) {
   int nOptions = 0;
   while (nOptions + 1 < argc && strncmp(argv[nOptions + 1], "--", 2) == 0) {
@@ -70,7 +70,7 @@ int ReadOptions(int argc, char** argv, bool& bLeaveBackup, bool& bPasswordStdin)
 
 }  // namespace
 
-// This tool opens no folder but those that it is given.
+// Not used by this tool, which only opens the folders given as arguments.
 std::string BackupRoot() {
   return {};
 }
@@ -98,14 +98,14 @@ int main(int argc, char** argv) {
     fputc('\n', stderr);
     return kToolUsage;
   }
-  setlocale(LC_CTYPE, "");  // the encoding that a password may be in
+  setlocale(LC_CTYPE, "");  // for the encoding of the password
   SetProblemHandler(PrintProblem);
   char** ppArguments = argv + nOptions;
   const int nBeforeCheck = bPasswordStdin ? 3 : 4;
   const bool bCheck = nCount > nBeforeCheck && strcmp(ppArguments[nCount - 1], kCheckMode) == 0;
   const Secret password =
       bPasswordStdin ? PasswordFromInput() : JoinedPassword(ppArguments + 3, nCount - 3 - (bCheck ? 1 : 0));
-  // Shown in the list of processes for no longer than it takes.
+  // Removes the password from the process list.
   for (int i = 3; i < nCount; ++i) memset(ppArguments[i], 0, strlen(ppArguments[i]));
   const std::string strBackup = ppArguments[1], strFolder = ppArguments[2];
   return bCheck ? CheckPassword(strBackup, password)

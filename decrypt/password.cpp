@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr size_t kLongestInUtf8 = 4;  // bytes of UTF-8 for one byte of another encoding
+constexpr size_t kLongestInUtf8 = 4;  // bytes of UTF-8 per byte of another encoding
 
-/// The bytes, taken from one encoding to another; empty when they aren't text of the first.
+/// Converts text between encodings; empty when it isn't valid in pszFrom.
 Secret Converted(const Secret& text, const char* pszTo, const char* pszFrom) {
   const iconv_t handle = iconv_open(pszTo, pszFrom);
   if (handle == reinterpret_cast<iconv_t>(-1)) return Secret();
@@ -25,7 +25,7 @@ Secret Converted(const Secret& text, const char* pszTo, const char* pszFrom) {
   return bConverted ? Secret(output.Data(), output.Size() - nOutput) : Secret();
 }
 
-/// The composed form of UTF-8.
+/// UTF-8 in composed form (NFC).
 Secret Composed(const Secret& utf8) {
   QString qstrText =
       QString::fromUtf8(reinterpret_cast<const char*>(utf8.Data()), static_cast<int>(utf8.Size()));

@@ -3,11 +3,11 @@
 
 #include "decrypt/crypto.h"
 
-/// The forms in which a password is worth trying, the given one first.
+/// The forms of a password to try, the given one first.
 ///
-/// A device makes its keys from composed UTF-8. What reaches this process may be something else: macOS hands
-/// arguments over decomposed, and a locale with another encoding hands over that.
-/// @param given bytes as they came.
-/// @param pszLocaleEncoding name of the encoding that they may be in instead of UTF-8, as iconv has it.
-/// @return each form once.
+/// Devices derive keys from composed UTF-8 (NFC). Arguments may be decomposed, as on macOS, or in the
+/// locale's encoding.
+/// @param given the password's bytes as received.
+/// @param pszLocaleEncoding iconv's name of the encoding that they may be in instead of UTF-8.
+/// @return the distinct forms.
 std::vector<Secret> PasswordForms(const Secret& given, const char* pszLocaleEncoding);

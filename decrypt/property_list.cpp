@@ -39,7 +39,7 @@ void NumberOf(plist_t pNode, uint64_t& nValue) {
 
 namespace {
 
-/// The object that a node refers to; the node itself when it refers to none.
+/// The object that a node refers to, or the node itself when it isn't a reference.
 plist_t Resolve(plist_t pObjects, plist_t pNode) {
   if (!pNode || plist_get_node_type(pNode) != PLIST_UID) return pNode;
   uint64_t nPlace = 0;
@@ -48,7 +48,7 @@ plist_t Resolve(plist_t pObjects, plist_t pNode) {
   return plist_array_get_item(pObjects, static_cast<uint32_t>(nPlace));
 }
 
-/// Whether a node is what the archiver writes for nothing.
+/// True for the archiver's null object.
 bool IsNull(plist_t pNode) {
   if (!pNode || plist_get_node_type(pNode) != PLIST_STRING) return false;
   uint64_t nLength = 0;

@@ -6,7 +6,7 @@
 
 #include "decrypt/crypto.h"
 
-/// A property list in memory, binary or XML. Empty when the bytes are none.
+/// A parsed property list, binary or XML. Empty for invalid input.
 class PropertyList {
  public:
   PropertyList(const void* pData, size_t nSize);
@@ -14,27 +14,27 @@ class PropertyList {
   PropertyList(const PropertyList&) = delete;
   PropertyList& operator=(const PropertyList&) = delete;
 
-  /// Null for bytes that are no property list. The nodes belong to this object.
+  /// The root node; null for invalid input. Nodes are owned by this object.
   plist_t Root() const { return m_pRoot; }
 
  private:
   plist_t m_pRoot = nullptr;
 };
 
-// What a node holds. All of them take null and nodes of another kind, and answer with nothing.
+// The value of a node. All accept null and nodes of another type, and return nothing then.
 
 plist_t Member(plist_t pDictionary, const char* pszKey);
 bool BooleanOf(plist_t pNode);
 Bytes DataOf(plist_t pNode);
-/// @param nValue left alone when the node is no number.
+/// @param nValue unchanged when the node isn't a number.
 void NumberOf(plist_t pNode, uint64_t& nValue);
 
-/// What the manifest's archived record of a file tells of its decryption.
+/// The fields for decryption of a file's archived record in the manifest.
 struct ArchivedFile {
-  Bytes wrappedKey;             ///< class number and wrapped key, 44 bytes; empty for a file stored in plain
-  uint64_t nSize = UINT64_MAX;  ///< in bytes; UINT64_MAX when the record doesn't tell
-  bool bWhole = false;          ///< false when these bytes are no record, or name a key that isn't there
+  Bytes wrappedKey;             ///< class number and wrapped key, 44 bytes; empty for an unencrypted file
+  uint64_t nSize = UINT64_MAX;  ///< in bytes; UINT64_MAX if unknown
+  bool bWhole = false;          ///< false for an invalid record, or a missing key
 };
 
-/// Reads a record of the keyed archiver. Anything else gives an empty one.
+/// Reads a record of the keyed archiver; empty for anything else.
 ArchivedFile ReadArchivedFile(const void* pData, size_t nSize);

@@ -14,23 +14,23 @@
 
 namespace {
 
-constexpr uint64_t kProgressLines = 200;  // of a whole run
+constexpr uint64_t kProgressLines = 200;  // per run
 
 void PrintWrongPassword() {
   puts(kWrongPasswordMark);
   fflush(stdout);
 }
 
-/// Reports one failure on a line of its own, from any thread.
+/// Prints one failure as a line. Thread-safe.
 void PrintFailure(std::string strWhat) {
-  // A path may hold a line feed, which would make two lines of it.
+  // A path may contain a line feed, which would split the line.
   for (char& nByte : strWhat) {
     if (static_cast<unsigned char>(nByte) < 0x20 || nByte == 0x7F) nByte = '?';
   }
   fprintf(stderr, "%s\n", strWhat.c_str());
 }
 
-/// Counts files that are done and prints the count at a steady pace.
+/// Counts finished files and prints the count at regular intervals.
 class Progress {
  public:
   explicit Progress(uint64_t nTotal) : m_nStep(nTotal / kProgressLines + 1) {}
@@ -40,7 +40,7 @@ class Progress {
     if (++m_nDone % m_nStep == 0) Print();
   }
 
-  /// Prints the last count, unless it is printed already.
+  /// Prints the last count, unless already printed.
   void Finish() {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_nDone == 0 || m_nDone % m_nStep != 0) Print();
@@ -57,8 +57,8 @@ class Progress {
   uint64_t m_nDone = 0;
 };
 
-/// The keybag of a backup, unlocked; none when the password is wrong in all of its forms. An empty password
-/// is a wrong one, whatever the keybag says.
+/// Unlocks the keybag of a backup; nullopt when the password is wrong in all of its forms. An empty password
+/// is always wrong.
 std::optional<Keybag> Unlocked(const std::string& strBackup, const Bytes& data, const Secret& password) {
   try {
     Keybag keybag(data);

@@ -4,10 +4,10 @@
 #include "decrypt/crypto.h"
 #include "decrypt/protocol.h"
 
-/// Tries the password. Prints "Wrong password", or a line with "Count:" once it has proved right.
+/// Checks the password. Prints "Wrong password", or a line with "Count:" if it is right.
 ToolStatus CheckPassword(const std::string& strBackup, const Secret& password);
 
-/// Writes every file of the backup decrypted into a folder, flat, and prints lines with "Count:" as it goes.
-/// @param strManifestFolder where "Manifest.db-decypted" goes.
+/// Decrypts every file of the backup to a flat folder and prints lines with "Count:" as progress.
+/// @param strManifestFolder folder for "Manifest.db-decypted".
 ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFolder,
                          const std::string& strManifestFolder, const Secret& password);

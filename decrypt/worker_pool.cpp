@@ -11,7 +11,7 @@ WorkerPool::WorkerPool(std::function<void(FileJob& job)> work, unsigned int nThr
   try {
     for (unsigned int i = 0; i < nThreads; ++i) m_threads.emplace_back([this] { Run(); });
   } catch (const std::system_error&) {
-    // The system grants no more threads: those that there are do the work, or Add does.
+    // No more threads available: the existing ones run the jobs, or Add does.
   }
 }
 

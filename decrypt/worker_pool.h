@@ -9,13 +9,12 @@
 
 #include "decrypt/file_job.h"
 
-/// Runs jobs on all cores. The queue is short, so that a manifest of a million files isn't held twice.
+/// Runs jobs on all cores. The queue is short, so that a manifest of a million files isn't in memory twice.
 class WorkerPool {
  public:
-  /// Starts one thread for each core. Where the system grants fewer, fewer do the work; without any, Add does
-  /// it.
-  /// @param work called for each job, on one of the workers; may not throw.
-  /// @param nThreads how many to start; another number than that of the cores is for tests.
+  /// Starts one thread per core. If fewer can be started, those run the jobs; without any, Add runs them.
+  /// @param work called for each job, on one of the workers; must not throw.
+  /// @param nThreads number of threads; other values than the number of cores are for tests.
   explicit WorkerPool(std::function<void(FileJob& job)> work,
                       unsigned int nThreads = std::max(1U, std::thread::hardware_concurrency()));
   ~WorkerPool() { Finish(); }
@@ -24,7 +23,7 @@ class WorkerPool {
 
   /// Queues a job; blocks while the queue is full.
   void Add(FileJob&& job);
-  /// Waits until all jobs are done. Nothing may be added afterwards.
+  /// Waits until all jobs are done. Add must not be called afterwards.
   void Finish();
 
  private:
