@@ -11,9 +11,9 @@
 
 namespace {
 
-constexpr char kManifestName[] = "Manifest.db";  // under which the manifest's own key is derived
+constexpr char kManifestName[] = "Manifest.db";  // also used to derive the manifest's own key
 
-// A key whose value is null is left out.
+// Omits a key with a null value.
 void writeText(PlistWriter& plist, const QString& key, const QString& value) {
   if (!value.isNull()) plist.string(key, value);
 }
@@ -106,7 +106,7 @@ QString BackupBuilder::filePath(const QString& fileId) const {
   return m_folder + '/' + fileId.left(2) + '/' + fileId;
 }
 
-/// @return full path of an entry's file, in a folder that exists.
+/// Creates the folder of an entry's file. @return full path of the file.
 QString BackupBuilder::makePlace(const QString& domain, const QString& relativePath) {
   const QString path = filePath(fileId(domain, relativePath));
   const QString parent = path.left(path.lastIndexOf('/'));
@@ -117,7 +117,7 @@ QString BackupBuilder::makePlace(const QString& domain, const QString& relativeP
   return path;
 }
 
-/// Takes size and hash from the files that the caller has written itself.
+/// Sets size and hash of the files written by the caller.
 void BackupBuilder::settleReserved() {
   for (Entry& entry : m_entries) {
     if (!entry.reserved) continue;
@@ -135,8 +135,7 @@ void BackupBuilder::settleReserved() {
   }
 }
 
-/// Gives every file its key, and encrypts those that are there. Of two entries with one file both have its
-/// key.
+/// Assigns a key to every file and encrypts the existing ones. Two entries of one file share its key.
 void BackupBuilder::encryptFiles() {
   QSet<QString> done;
   for (Entry& entry : m_entries) {
@@ -158,7 +157,8 @@ void BackupBuilder::writeManifestPlist() const {
   writeText(plist, "ProductVersion", m_productVersion);
   plist.endDict();
   if (m_keys->age() == Encryption::Age::From102)
-    plist.data("ManifestKey", m_keys->wrappedKey(kManifestName, 4));  // readable from the first unlock on
+    plist.data("ManifestKey",
+               m_keys->wrappedKey(kManifestName, 4));  // class 4: readable after the first unlock
   plist.string("Version", m_layout == Layout::Mbdb ? "9.1" : "10.0");
   plist.boolean("WasPasscodeSet", true);
   written_file::write(m_folder + "/Manifest.plist", plist.finish());

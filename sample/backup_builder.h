@@ -7,8 +7,8 @@
 
 #include "sample/encryption.h"
 
-/// Builds one backup, file by file, as a device would have left it. For tests, benchmarks and the sample.
-/// The same calls give the same bytes on every run. Throws std::runtime_error when something can't be
+/// Builds one backup, file by file, in the format of a device. For tests, benchmarks and orvandel-sample.
+/// Deterministic: the same calls give the same bytes. Throws std::runtime_error when something can't be
 /// written.
 class BackupBuilder {
  public:
@@ -17,7 +17,7 @@ class BackupBuilder {
     Db     ///< two-character folders, with "Manifest.db"
   };
 
-  /// What "Info.plist" tells. A null QString leaves its key out; an empty one writes an empty value.
+  /// The content of "Info.plist". A null QString omits its key; an empty one writes an empty value.
   struct Info {
     QString displayName = "Sample Phone";
     QString lastBackupDate = "2016-05-01T09:12:33Z";
@@ -31,45 +31,45 @@ class BackupBuilder {
   static constexpr quint16 kDirectory = 0x41ED;
   static constexpr quint16 kLink = 0xA1ED;
 
-  /// @param folder the backup's own folder; made, with its parents, where it is missing.
+  /// @param folder the backup's own folder; created with its parents if missing.
   BackupBuilder(const QString& folder, Layout layout);
   ~BackupBuilder();
 
-  /// Makes the backup an encrypted one: finish() encrypts each file in place under a key of its own and
-  /// writes "Manifest.plist". Call it before files are added. Its age has to go with the layout.
+  /// Makes the backup encrypted: finish() encrypts each file in place with its own key and writes
+  /// "Manifest.plist". Call it before adding files. The age must match the layout.
   void encrypt(const Encryption& encryption);
 
-  /// Leaves the file of an entry as it is, and its key out of the manifest. For encrypted backups.
+  /// Leaves the file of an entry unencrypted, with no key in the manifest. For encrypted backups.
   void leavePlain(const QString& domain, const QString& relativePath);
 
-  /// Writes "Info.plist" (XML, keys sorted, as devices do) at once.
+  /// Writes "Info.plist" immediately (XML, keys sorted, as devices do).
   void writeInfo(const Info& info);
 
-  /// Adds an entry to the manifest and writes its file. @return full path of the file.
-  /// Of two with the same domain and path the later content stays on disk; "Manifest.mbdb" lists both,
-  /// "Manifest.db" only the first, since the identifier is its key.
+  /// Adds an entry to the manifest and writes its file. @return full path of the file. For two with the same
+  /// domain and path the later content is on disk; "Manifest.mbdb" lists both, "Manifest.db" only the first,
+  /// since the identifier is its key.
   QString addFile(const QString& domain, const QString& relativePath, const QByteArray& content);
 
   /// Adds an entry without a file: a directory, a link, or a file that is missing from the backup.
   void addEntry(const QString& domain, const QString& relativePath, quint16 mode = kFile);
 
-  /// Adds an entry for a file that the caller writes itself (a store, say), and makes its folder.
-  /// @return full path where the file has to go.
+  /// Adds an entry for a file written by the caller, such as a store, and creates its folder.
+  /// @return full path for the file.
   QString reserveFile(const QString& domain, const QString& relativePath);
 
-  /// Writes the manifest. Nothing may be added afterwards. Reserved files have to be written and closed by
-  /// now (one that is missing counts as size 0). @param wal leaves "Manifest.db" in WAL mode.
+  /// Writes the manifest. Nothing may be added afterwards. Reserved files must be written and closed before
+  /// (a missing one counts as size 0). @param wal leaves "Manifest.db" in WAL mode.
   void finish(bool wal = false);
 
   /// The identifier of a file: plain SHA-1 of domain, "-", relative path in UTF-8; 40 lower-case digits.
   static QString fileId(const QString& domain, const QString& relativePath);
 
-  /// Where the file with an identifier lies, or would lie.
+  /// Path of the file with an identifier, whether or not it exists.
   QString filePath(const QString& fileId) const;
 
   const QString& folder() const { return m_folder; }
   Layout layout() const { return m_layout; }
-  /// How many entries were added so far.
+  /// Number of entries added so far.
   size_t entryCount() const { return m_entries.size(); }
 
  private:
@@ -78,9 +78,9 @@ class BackupBuilder {
     QString relativePath;
     quint16 mode;
     quint64 size;
-    QByteArray dataHash;  ///< SHA-1 of the content; empty for what has none
+    QByteArray dataHash;  ///< SHA-1 of the content; empty without content
     bool reserved;
-    QByteArray wrappedKey;  ///< empty for what isn't encrypted
+    QByteArray wrappedKey;  ///< empty if not encrypted
   };
   QString makePlace(const QString& domain, const QString& relativePath);
   void settleReserved();
@@ -93,7 +93,7 @@ class BackupBuilder {
   Layout m_layout;
   std::vector<Entry> m_entries;
   QSet<QString> m_madeFolders;
-  std::unique_ptr<BackupKeys> m_keys;  ///< null for a backup in plain
+  std::unique_ptr<BackupKeys> m_keys;  ///< null for an unencrypted backup
   QSet<QString> m_plainFiles;          ///< identifiers
   QString m_productVersion;
 };

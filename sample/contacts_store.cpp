@@ -71,7 +71,7 @@ qint64 ContactsStore::add(const Person& person) {
   addValues(row, kEmail, person.email);
   addValues(row, kUrl, person.url);
   if (!person.address.isEmpty()) {
-    // The value itself is empty; the text hangs on it in parts.
+    // The value itself is empty; the text is in child rows.
     const qint64 parent =
         insert("INSERT INTO ABMultiValue (record_id, property, identifier, label) VALUES (?, ?, 0, 1)",
                {row, kAddress});

@@ -51,7 +51,7 @@ const Place kLinks[] = {
     {"AppDomain-com.example.Snap", "Library/Latest Album"},
 };
 
-// Where the entries lie that only make up the number: domain, and a path with a place for a running number.
+// Filler entries: domain, and a path with a placeholder for a running number.
 const Place kFillers[] = {
     {"HomeDomain", "Library/Preferences/com.example.setting%1.plist"},
     {"HomeDomain", "Library/Mail/Envelope/%1.emlx"},
@@ -80,7 +80,7 @@ void addOrdinaryEntries(BackupBuilder& backup) {
   for (const Place& place : kLinks) backup.addEntry(place.domain, place.path, BackupBuilder::kLink);
 }
 
-/// Adds entries without a file; a device has nearly as many in front of the media as behind them.
+/// Adds entries without a file; on devices nearly as many precede the media as follow them.
 void fillUp(BackupBuilder& backup, int from, int to) {
   std::vector<std::pair<QString, QString>> patterns;
   for (const Place& place : kFillers) patterns.push_back({place.domain, place.path});
@@ -101,7 +101,7 @@ BackupBuilder::Info infoOf(const DemoOptions& options) {
     case Encryption::Age::Ios10:
       info.productVersion = "10.1.1";
       break;
-    case Encryption::Age::From102:  // 11, since the messages have their dates in nanoseconds
+    case Encryption::Age::From102:  // 11, since the messages have dates in nanoseconds
       info.productVersion = "11.0.3";
       info.lastBackupDate = "2017-10-15T07:41:09Z";
       break;

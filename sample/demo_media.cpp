@@ -26,17 +26,17 @@ const Maker kUnknown = [](int seed) { return sample_media::unknown(seed); };
 const Maker kShort = [](int seed) { return sample_media::jpeg(seed, 64, 48).left(300); };
 const Maker kEmpty = [](int) { return QByteArray(); };
 
-/// Above this many photos the camera roll repeats a pool of small pictures.
+/// With more photos than this, the camera roll repeats a pool of small pictures.
 constexpr int kMostDistinct = 400;
 constexpr int kPoolSize = 50;
-constexpr int kFolderSize = 1000;  // devices begin a new folder then
+constexpr int kFolderSize = 1000;  // photos per folder, as on devices
 
 struct Kind {
   const char* extension;
   Maker make;
 };
 
-// What the camera roll holds, again and again; two of them are not what their names say.
+// The content of the camera roll, repeated; two have the wrong extension.
 const Kind kRoll[] = {
     {"JPG", kExifJpeg}, {"JPG", kJpeg},     {"JPG", kExifJpeg}, {"PNG", kScreenshot}, {"MOV", kMov},
     {"JPG", kTallJpeg}, {"JPG", kExifJpeg}, {"JPG", kPng},      {"MP4", kMp4},        {"JPG", kJpeg},
@@ -49,7 +49,7 @@ QByteArray poolPicture(int seed) {
 }
 
 QString rollPath(int index, const QString& extension) {
-  // The first folder ends early, so that names come twice: once in each folder.
+  // The first folder ends early, so that names are used twice, once in each folder.
   const int firstFolder = 30;
   const bool inFirst = index < firstFolder;
   const int folder = inFirst ? 100 : 101 + (index - firstFolder) / kFolderSize;
@@ -140,7 +140,7 @@ void addCameraRoll(BackupBuilder& backup, const DemoOptions& options) {
   for (const AwkwardFile& file : kAwkwardRoll) {
     backup.addFile(kDomain, QString::fromUtf8(file.path), file.make(seed++));
   }
-  backup.addEntry(kDomain, "Media/DCIM/102APPLE/IMG_2005.JPG");  // its file never made it into the backup
+  backup.addEntry(kDomain, "Media/DCIM/102APPLE/IMG_2005.JPG");  // an entry without a file
   backup.addEntry(kDomain, "Media/DCIM/102APPLE/IMG_2006.JPG", BackupBuilder::kLink);
   backup.addEntry(kDomain, "Media/DCIM/102APPLE", BackupBuilder::kDirectory);
 }

@@ -4,9 +4,9 @@
 #include "sample/demo_backup.h"
 #include "sample/stores.h"
 
-// The parts of the demo backup. Not meant for use from elsewhere.
+// The parts of the demo backup. Internal.
 
-/// A file that a message carries.
+/// A file attached to a message.
 struct SampleAttachment {
   QString path;  ///< relative to MediaDomain
   QString mimeType;

@@ -25,7 +25,8 @@ QString unknownNumber(int index) {
   return QString("+1202555%1").arg(index, 4, 10, QChar('0'));
 }
 
-/// Who a conversation is with: a contact by the whole number, by a part of it, by mail, or nobody known.
+/// The other side of a conversation: a contact by full number, by partial number or by mail address, or
+/// unknown.
 QString handleName(int index, const People& people) {
   static const QString kShortCode = "72355";
   if (index == 7) return kShortCode;
@@ -34,7 +35,7 @@ QString handleName(int index, const People& people) {
   const QString phone = firstPhone(person);
   switch (index % 5) {
     case 1:
-      return phone.isNull() ? unknownNumber(index) : phone.mid(3);  // without the country
+      return phone.isNull() ? unknownNumber(index) : phone.mid(3);  // without the country code
     case 2:
       return unknownNumber(index);
     case 3:
@@ -66,7 +67,7 @@ class Talks {
   int count() const { return m_count; }
 
   void write(const std::vector<SampleAttachment>& attachments) {
-    // Attachments hang on messages at even distances.
+    // Attachments are at regular intervals.
     const int distance = qMax(1, m_options.messages / qMax(1, static_cast<int>(attachments.size())));
     for (int i = 0; i < m_options.messages; ++i) {
       const bool carries = i % distance == distance / 2 && size_t(i / distance) < attachments.size();
@@ -79,10 +80,10 @@ class Talks {
 
  private:
   qint64 writeMessage(int index, const QString& text) {
-    // The first messages see to it that everyone says something; later some people write more than others.
+    // First one message from everybody; later some people write more than others.
     const int who = index < m_count ? index : qMin(m_random.below(m_count), m_random.below(m_count));
     std::vector<qint64> chats{m_chats[size_t(who)]};
-    if (index % 97 == 5) chats.push_back(m_group);  // told to one and to the group
+    if (index % 97 == 5) chats.push_back(m_group);  // to one person and to the group
     if (index % 61 == 17) chats = {m_group};        // only to the group
     return m_store.addMessage(m_handles[size_t(who)], text, dateOf(index), m_random.chance(45), chats);
   }
@@ -95,12 +96,12 @@ class Talks {
   }
 
   QString plainText(int index) {
-    if (index % 83 == 40) return QString("");  // such things happen
+    if (index % 83 == 40) return QString("");  // an empty text
     if (index % 89 == 41) return QString();
     return messageText(m_random);
   }
 
-  /// A picture mostly comes without words: then there is nothing, or only the letter that stands for it.
+  /// Pictures mostly have no text: either none at all, or only the replacement character.
   QString attachmentText(int index) {
     if (index % 3 == 0) return QString();
     if (index % 3 == 1) return QString(QChar::ObjectReplacementCharacter);
@@ -134,7 +135,7 @@ int addMessages(BackupBuilder& backup, const DemoOptions& options, const People&
 QString callAddress(int index, const People& people, SeededRandom& random) {
   if (index % 11 == 3) return QString();  // withheld
   if (index % 13 == 5) return "2255";
-  if (index % 13 == 8) return "90182";  // stands in the middle of a longer number of the address book
+  if (index % 13 == 8) return "90182";  // part of a longer number in the address book
   if (people.empty() || index % 7 == 6) return unknownNumber(index);
   const QString phone = firstPhone(random.pick(people));
   if (phone.isNull()) return unknownNumber(index);
@@ -168,7 +169,7 @@ int addCalls(BackupBuilder& backup, const DemoOptions& options, const People& pe
   return kCalls;
 }
 
-/// Dates of notes: whole and fractional seconds, and one note without.
+/// Dates of notes: integer and fractional seconds, and one note without a date.
 QVariant noteDate(int index, SeededRandom& random) {
   if (index == 9) return {};
   return double(kFirstDate) + random.below(static_cast<int>(kDateSpan)) + (index % 2) * 0.625;

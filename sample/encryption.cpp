@@ -18,7 +18,7 @@ constexpr int kSaltSize = 20;
 constexpr int kBlockSize = 16;
 constexpr int kPieceSize = 1 << 20;
 constexpr int kMostRounds = 10000;  // of the second derivation
-constexpr quint32 kClasses = 11;    // under the password
+constexpr quint32 kClasses = 11;    // wrapped with the password's key
 constexpr quint32 kUnderPassword = 2, kUnderDevice = 1;
 
 using Context = std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)>;
@@ -59,7 +59,7 @@ QByteArray stretched(const QByteArray& password, const QByteArray& salt, int rou
   return key;
 }
 
-/// Wraps a key by RFC 3394.
+/// Wraps a key according to RFC 3394.
 QByteArray wrapped(const QByteArray& wrappingKey, const QByteArray& key) {
   const Context context(EVP_CIPHER_CTX_new(), &EVP_CIPHER_CTX_free);
   const std::unique_ptr<EVP_CIPHER, decltype(&EVP_CIPHER_free)> cipher(

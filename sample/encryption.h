@@ -4,25 +4,25 @@
 #include <memory>
 #include <vector>
 
-/// How a backup is encrypted.
+/// Encryption parameters of a backup.
 struct Encryption {
-  /// What a backup looks like depends on the system that wrote it.
+  /// The format depends on the system that wrote the backup.
   enum class Age {
     BeforeIos10,  ///< "Manifest.mbdb", which is never encrypted
-    Ios10,        ///< 10.0 and 10.1: "Manifest.db" in plain
+    Ios10,        ///< 10.0 and 10.1: "Manifest.db" unencrypted
     From102       ///< "Manifest.db" encrypted, the password derived twice
   };
 
   QByteArray password;  ///< UTF-8
   Age age = Age::From102;
-  /// PBKDF2 rounds: of the first derivation where there are two, else of the only one. Devices have
-  /// 10,000,000 and 10,000.
+  /// PBKDF2 rounds: of the first derivation if there are two, else of the only one. Devices use 10,000,000
+  /// and 10,000.
   int rounds = 1000;
-  int seed = 1;  ///< another number makes other keys
+  int seed = 1;  ///< different seeds give different keys
 };
 
-/// The keys of one encrypted backup. All are derived from seed and names, so that the same calls give the
-/// same bytes on every run. Throws std::runtime_error when the crypto library fails.
+/// The keys of one encrypted backup. Deterministic: all are derived from seed and names. Throws
+/// std::runtime_error when OpenSSL fails.
 class BackupKeys {
  public:
   explicit BackupKeys(const Encryption& encryption);
@@ -32,24 +32,24 @@ class BackupKeys {
 
   Encryption::Age age() const { return m_encryption.age; }
 
-  /// The keybag as "Manifest.plist" holds it. Its classes 1 to 11 are wrapped under the password's key,
-  /// class 12 under a key that no password gives.
+  /// The keybag as stored in "Manifest.plist". Classes 1 to 11 are wrapped with the password's key, class 12
+  /// with a key that no password gives.
   QByteArray keybag() const;
 
   /// The key of a file or of the manifest. @param name the file's identifier.
   QByteArray key(const QByteArray& name) const;
-  /// Class and wrapped key, 44 bytes.
+  /// Class (4 bytes) and wrapped key (40 bytes).
   QByteArray wrappedKey(const QByteArray& name) const;
-  /// The same for a class of one's choice, 1 to 12.
+  /// Same as above for a given class, 1 to 12.
   QByteArray wrappedKey(const QByteArray& name, quint32 protectionClass) const;
 
-  /// Encrypts a file in place. @param padded appends the padding; without it the size has to be a multiple
-  /// of 16. Throws with path and reason.
+  /// Encrypts a file in place. @param padded appends padding; without it the size must be a multiple of 16.
+  /// Throws with path and reason.
   void encryptFile(const QString& path, const QByteArray& name, bool padded) const;
 
-  /// What "Manifest.db" says of a file: an object of the keyed archiver as a binary property list.
-  /// @param wrapped empty for a file in plain.
-  /// @param nested the key's bytes stand in an object of their own.
+  /// The record of a file in "Manifest.db": an object of the keyed archiver as a binary property list.
+  /// @param wrapped empty for an unencrypted file.
+  /// @param nested stores the key's bytes in a separate object.
   static QByteArray record(quint16 mode, quint64 size, const QByteArray& wrapped, bool nested);
 
  private:

@@ -10,9 +10,9 @@ constexpr int kColors = 256;
 constexpr int kPixelBits = 8;
 constexpr int kClearCode = 1 << kPixelBits;
 constexpr int kEndCode = kClearCode + 1;
-constexpr int kMaxCodes = 4096;       // the format's limit: 12 bits
-constexpr int kBlockLimit = 255;      // longest block of data
-constexpr QRgb kCoarse = 0xfff8f8f8;  // colours that differ only in the low three bits count as one
+constexpr int kMaxCodes = 4096;       // limit of the format: 12 bits
+constexpr int kBlockLimit = 255;      // maximum size of a data block
+constexpr QRgb kCoarse = 0xfff8f8f8;  // ignores the low three bits of each colour
 
 void appendShort(QByteArray& out, int value) {
   out.append(static_cast<char>(value & 0xff));
@@ -39,7 +39,7 @@ std::vector<QRgb> paletteOf(const QImage& picture) {
   return palette;
 }
 
-/// Gives each pixel the number of the nearest colour.
+/// Maps each pixel to the index of the nearest colour.
 std::vector<uchar> pixelsOf(const QImage& picture, const std::vector<QRgb>& palette) {
   std::map<QRgb, uchar> nearest;
   std::vector<uchar> pixels;
@@ -83,7 +83,7 @@ class BitPacker {
   int m_count = 0;
 };
 
-/// Lempel-Ziv-Welch as the format has it: codes grow from 9 to 12 bits, then the table starts anew.
+/// LZW as used by GIF: codes grow from 9 to 12 bits, then the table is cleared.
 QByteArray compress(const std::vector<uchar>& pixels) {
   BitPacker out;
   std::map<int, int> codes;  // prefix * kColors + pixel
@@ -111,7 +111,7 @@ QByteArray compress(const std::vector<uchar>& pixels) {
     }
   }
   out.append(prefix, width);
-  if (next == 1 << width && width < 12) ++width;  // the reader has counted one code more by now
+  if (next == 1 << width && width < 12) ++width;  // the decoder is one code ahead
   out.append(kEndCode, width);
   return out.finish();
 }
@@ -134,7 +134,7 @@ QByteArray writeGif(const QImage& picture) {
   appendShort(out, 0);
   appendShort(out, picture.width());
   appendShort(out, picture.height());
-  out.append('\0');  // not interlaced, no palette of its own
+  out.append('\0');  // not interlaced, no local palette
   out.append(static_cast<char>(kPixelBits));
   const QByteArray data = compress(pixelsOf(picture, palette));
   for (int i = 0; i < data.size(); i += kBlockLimit) {

@@ -2,6 +2,6 @@
 #include <QByteArray>
 #include <QImage>
 
-/// Writes a picture as GIF (Qt reads these, but doesn't write them). The 256 most frequent colours are kept,
-/// all others become the nearest of them. @return a whole file of version "89a".
+/// Encodes a picture as GIF (which Qt can't write). Keeps the 256 most frequent colours and replaces others
+/// by the nearest of them. @return a complete file of version "89a".
 QByteArray writeGif(const QImage& picture);

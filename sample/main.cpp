@@ -1,4 +1,4 @@
-// orvandel-sample: writes a backup that never was on a device, to look at, to test and to measure with.
+// orvandel-sample: writes a generated backup for demonstrations, tests and measurements.
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
@@ -27,24 +27,24 @@ struct NumberOption {
 const NumberOption kNumbers[] = {
     {"photos", "Pictures and films of the camera roll.", &DemoOptions::photos},
     {"messages", "Messages, over all conversations.", &DemoOptions::messages},
-    {"contacts", "People of the address book.", &DemoOptions::contacts},
+    {"contacts", "People in the address book.", &DemoOptions::contacts},
     {"entries", "Fill the manifest up to this many entries.", &DemoOptions::entries},
-    {"seed", "Another number makes another backup.", &DemoOptions::seed},
+    {"seed", "Different seeds give different backups.", &DemoOptions::seed},
 };
 
-/// Takes over what tells of the encryption. @return what is wrong with it; null when nothing is.
+/// Parses the options of encryption. @return an error message; null on success.
 QString readEncryption(const QCommandLineParser& parser, DemoOptions& options) {
   using Age = Encryption::Age;
   static const std::map<QString, Age> kAges = {
       {"9", Age::BeforeIos10}, {"10.0", Age::Ios10}, {"10.2", Age::From102}};
   if (!parser.isSet("encrypted")) {
     for (const char* name : {"rounds", "age"}) {
-      if (parser.isSet(name)) return QString("--%1 goes with --encrypted").arg(name);
+      if (parser.isSet(name)) return QString("--%1 requires --encrypted").arg(name);
     }
     return {};
   }
   options.password = parser.value("encrypted").toUtf8();
-  if (options.password.isEmpty()) return "--encrypted needs a password";
+  if (options.password.isEmpty()) return "--encrypted requires a password";
   bool ok = false;
   options.rounds = parser.value("rounds").toInt(&ok);
   if (!ok || options.rounds < 1)
@@ -56,12 +56,12 @@ QString readEncryption(const QCommandLineParser& parser, DemoOptions& options) {
   const auto layout =
       age->second == Age::BeforeIos10 ? BackupBuilder::Layout::Mbdb : BackupBuilder::Layout::Db;
   if (parser.isSet("layout") && options.layout != layout)
-    return "--age " + age->first + " doesn't go with --layout " + parser.value("layout");
+    return "--age " + age->first + " doesn't match --layout " + parser.value("layout");
   options.layout = layout;
   return {};
 }
 
-/// Takes the options over. @return what is wrong with them; null when nothing is.
+/// Parses the options. @return an error message; null on success.
 QString readOptions(const QCommandLineParser& parser, DemoOptions& options) {
   const QString layout = parser.value("layout");
   if (layout != "db" && layout != "mbdb") return "--layout is mbdb or db, not \"" + layout + "\"";
@@ -88,17 +88,17 @@ int main(int argc, char** argv) {
 
   QCommandLineParser parser;
   parser.setApplicationDescription(
-      "Writes a made-up backup of a device. The same arguments give the same bytes.\n"
-      "Ends with 0, with 1 for wrong usage, with 4 when something can't be written.");
+      "Writes a generated backup of a device. The same arguments give the same bytes.\n"
+      "Exit status: 0 success; 1 wrong usage; 4 something can't be written.");
   parser.addHelpOption();
   parser.addVersionOption();
   parser.addPositionalArgument("FOLDER", "The backup's own folder; missing or empty.");
-  parser.addOption({"layout", "Kind of manifest: mbdb or db.", "layout", "db"});
+  parser.addOption({"layout", "Format of the manifest: mbdb or db.", "layout", "db"});
   DemoOptions options;
   for (const NumberOption& number : kNumbers) {
     parser.addOption({number.name, number.description, "N", QString::number(options.*number.member)});
   }
-  parser.addOption({"encrypted", "Encrypt the backup under this password.", "PASSWORD"});
+  parser.addOption({"encrypted", "Encrypt the backup with this password.", "PASSWORD"});
   parser.addOption(
       {"rounds",
        "With --encrypted: rounds of the password's derivation. Devices have 10000 up to 10.1 and "
@@ -112,7 +112,7 @@ int main(int argc, char** argv) {
   parser.process(app);
 
   const QStringList folders = parser.positionalArguments();
-  if (folders.size() != 1) return complain("exactly one FOLDER is needed (see --help)", kWrongUsage);
+  if (folders.size() != 1) return complain("exactly one FOLDER is required (see --help)", kWrongUsage);
   const QString problem = readOptions(parser, options);
   if (!problem.isNull()) return complain(problem, kWrongUsage);
   const QString folder = QDir::cleanPath(folders.first());

@@ -1,4 +1,4 @@
-// The two kinds of manifest that BackupBuilder writes.
+// The two manifest formats of BackupBuilder.
 #include <QFile>
 #include <QtEndian>
 
@@ -9,10 +9,10 @@
 
 namespace {
 
-constexpr quint16 kTypeMask = 0xF000;       // the part of a mode that tells directory, link and file apart
-constexpr quint32 kFirstTime = 1388577600;  // 2014-01-01T12:00:00Z, in seconds from 1970-01-01
-constexpr quint32 kTimeSpan = 3 * 365 * 86400;  // entries are spread over three years
-constexpr quint32 kMobileUser = 501;            // owner and group of nearly everything on a device
+constexpr quint16 kTypeMask = 0xF000;           // file type bits of a mode
+constexpr quint32 kFirstTime = 1388577600;      // 2014-01-01T12:00:00Z, in seconds from 1970-01-01
+constexpr quint32 kTimeSpan = 3 * 365 * 86400;  // dates are spread over three years
+constexpr quint32 kMobileUser = 501;            // owner and group of nearly all files on a device
 constexpr quint64 kFirstInode = 1000;
 constexpr qint64 kBufferSize = 1 << 20;
 
@@ -34,7 +34,7 @@ void appendString(QByteArray& out, const QByteArray& text) {
   out.append(text);
 }
 
-/// What "Manifest.db" says of size and mode: an object of the keyed archiver. Built once with marks, then
+/// The records in "Manifest.db": objects of the keyed archiver. Built once with placeholders, which are then
 /// filled in.
 class FileBlobs {
  public:
@@ -117,7 +117,7 @@ void BackupBuilder::writeMbdb() const {
     appendNumber<quint64>(out, entry.size);
     appendNumber<quint8>(out, isDirectory ? 0 : entry.domain == "HomeDomain" ? 3 : 4);
 
-    // The photo library keeps a mark on each picture; that is where devices have properties.
+    // On devices only pictures of the photo library have properties.
     const bool hasProperty = !isDirectory && entry.domain == "CameraRollDomain";
     appendNumber<quint8>(out, hasProperty ? 1 : 0);
     if (hasProperty) {
@@ -142,7 +142,7 @@ void BackupBuilder::writeDb(bool wal) const {
   store.run("CREATE TABLE Properties (key TEXT PRIMARY KEY, value BLOB)");
   store.run("INSERT INTO Properties VALUES (?, ?)", {"salt", QByteArray::fromHex("5b0e9c2f7a61d384")});
   const FileBlobs blobs;
-  // Devices store a key's bytes in either way.
+  // Devices use both forms of storing a key's bytes.
   size_t number = 0;
   const auto record = [&](const Entry& entry) {
     return m_keys ? BackupKeys::record(entry.mode, entry.size, entry.wrappedKey, number++ % 2 == 1)
@@ -152,7 +152,7 @@ void BackupBuilder::writeDb(bool wal) const {
     store.run(kInsert, {fileId(entry.domain, entry.relativePath), entry.domain, entry.relativePath,
                         flagsOfMode(entry.mode), record(entry)});
   }
-  // Behind the rows, where they are much quicker to build.
+  // Created after the rows, which is much faster.
   store.run("CREATE INDEX FilesDomainIdx ON Files(domain)");
   store.run("CREATE INDEX FilesRelativePathIdx ON Files(relativePath)");
   store.run("CREATE INDEX FilesFlagsIdx ON Files(flags)");

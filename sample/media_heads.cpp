@@ -1,4 +1,4 @@
-// Films, sounds and unknown content: the heads are those of real files, what follows is filler.
+// Films, sounds and unknown content: headers like those of real files, followed by filler.
 #include <QtEndian>
 
 #include "sample/pictures.h"
@@ -28,12 +28,12 @@ QByteArray filler(int seed, int size) {
   return bytes;
 }
 
-/// @return head with filler behind, `size` bytes in all; cut where the head alone is longer.
+/// @return head followed by filler, `size` bytes in total; truncated if the head is longer.
 QByteArray filled(const QByteArray& head, int seed, int size) {
   return (head + filler(seed, size - head.size())).left(size);
 }
 
-/// The boxes that open a film of the MPEG-4 family: type with brands, then the data that takes the rest.
+/// The boxes of an MPEG-4 film: type with brands, then a data box up to the end.
 QByteArray film(const QByteArray& brand, const QByteArray& compatible, int seed, int size) {
   const QByteArray type = bigEndian<quint32>(quint32(16 + compatible.size())) + "ftyp" + brand +
                           bigEndian<quint32>(0) + compatible;
@@ -64,12 +64,12 @@ QByteArray threeGp(int seed, int size) {
 QByteArray avi(int seed, int size) {
   const QByteArray list = "LIST" + littleEndian<quint32>(quint32(qMax(4, size - 20))) + "hdrl" + "avih" +
                           littleEndian<quint32>(56) +
-                          littleEndian<quint32>(40000);  // microseconds for a picture
+                          littleEndian<quint32>(40000);  // microseconds per picture
   return filled(riffHead(size) + "AVI " + list, seed, size);
 }
 
 QByteArray mp3(int seed, int size) {
-  // The length of the tag has seven bits in each byte.
+  // The length of the tag uses seven bits of each byte.
   constexpr int kTag = 256;
   const QByteArray length = bigEndian<quint32>((kTag >> 7) << 8 | (kTag & 0x7F));
   return filled(QByteArray("ID3\x03\0\0", 6) + length + QByteArray(kTag, '\0') + "\xFF\xFB\x90\x64", seed,

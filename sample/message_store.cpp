@@ -67,8 +67,8 @@ qint64 MessageStore::addChat(const QString& identifier) {
       "INSERT INTO chat (guid, style, state, account_id, chat_identifier, service_name, room_name, "
       "account_login, "
       "group_id) VALUES (?, ?, 3, ?, ?, 'iMessage', ?, ?, ?)";
-  // Style and guid differ between a talk of two (45, "-") and one of more (43, "+"), whose names devices make
-  // up.
+  // Style and guid differ between chats of two (45, "-") and group chats (43, "+"), whose identifiers are
+  // generated.
   const bool isGroup = identifier.startsWith("chat");
   return insert(kInsert, {QString(isGroup ? "iMessage;+;" : "iMessage;-;") + identifier, isGroup ? 43 : 45,
                           storeGuid("account"), identifier, isGroup ? identifier : QString(), kOwnAccount,

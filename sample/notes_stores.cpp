@@ -1,7 +1,7 @@
 #include "sample/store_guid.h"
 #include "sample/stores.h"
 
-// The entity numbers (Z_ENT) are those that Z_PRIMARYKEY gives in the same store.
+// The entity numbers (Z_ENT) are defined by Z_PRIMARYKEY of the same store.
 
 NotesStore::NotesStore(const QString& path, bool wal) : SampleStore(path, wal) {
   create(

@@ -8,7 +8,7 @@ struct Row {
   const char *first, *last, *company, *phone, *email, *address, *url;
 };
 
-// Numbers are from the ranges that are kept free for films and books. An absent value is nullptr.
+// Numbers are from ranges reserved for fiction. A missing value is nullptr.
 const Row kSpecial[] = {
     {"Anna", "Berger", nullptr, "+493023125001\n+4917139200011", "anna.berger@example.org",
      "Lindenallee 4\n12345 Musterstadt\nDeutschland", "https://anna.example.org"},
@@ -58,7 +58,7 @@ ContactsStore::Person ordinary(int number, SeededRandom& random) {
   person.first = text(random.pick(kFirst));
   person.last = text(random.pick(kLast));
   if (random.chance(25)) person.company = text(random.pick(kCompanies));
-  // The running number sees to it that no two are alike.
+  // The running number makes each one unique.
   person.phone = QString("+4917%1").arg(10000000 + qint64{number} * 7919 % 89999999);
   if (random.chance(35)) person.phone += QString("\n+4930%1").arg(random.between(1000000, 9999999));
   if (random.chance(60))

@@ -11,8 +11,8 @@
 namespace {
 
 constexpr int kJpegQuality = 82;
-constexpr int kMinimumSize = 512;  // shorter files aren't taken for media
-constexpr int kStartOfImage = 2;   // length of the mark that opens a JPEG
+constexpr int kMinimumSize = 512;  // shorter files aren't recognised as media
+constexpr int kStartOfImage = 2;   // length of the marker that begins a JPEG
 
 QByteArray encode(const QImage& image, const char* format, int quality = -1) {
   QBuffer buffer;
@@ -36,8 +36,7 @@ class ExifBlock {
                                  .arg(seed % 60, 2, 10, QChar('0'))
                                  .toLatin1();
     m_bytes = QByteArray("II*\0\x08\0\0\0", 8);
-    // Each directory: count, 12 bytes for each field, position of the next directory. Texts follow the second
-    // one.
+    // A directory: count, 12 bytes per field, offset of the next directory. Texts follow the second one.
     constexpr int kShotAt = 8 + 2 + 5 * 12 + 4;
     m_texts = kShotAt + 2 + 1 * 12 + 4;
     number<quint16>(5);
@@ -80,7 +79,7 @@ class ExifBlock {
 };
 
 int segmentLength(const QByteArray& jpeg, int at) {
-  return qFromBigEndian<quint16>(jpeg.constData() + at + 2) + 2;  // with the mark itself
+  return qFromBigEndian<quint16>(jpeg.constData() + at + 2) + 2;  // including the marker
 }
 
 }  // namespace
@@ -93,7 +92,7 @@ QByteArray jpeg(int seed, int width, int height) {
 
 QByteArray exifJpeg(int seed) {
   const QByteArray plain = jpeg(seed);
-  const int rest = kStartOfImage + segmentLength(plain, kStartOfImage);  // behind the JFIF segment
+  const int rest = kStartOfImage + segmentLength(plain, kStartOfImage);  // after the JFIF segment
   const QByteArray block = QByteArray("Exif\0\0", 6) + ExifBlock().build(seed);
   char length[2];
   qToBigEndian<quint16>(quint16(block.size() + 2), length);
@@ -103,7 +102,7 @@ QByteArray exifJpeg(int seed) {
 QByteArray png(int seed, int width, int height) {
   QImage image = paintLandscape(seed, width, height);
   QByteArray bytes = encode(image, "png");
-  // Tiny pictures are padded with texts; up to 40 letters Qt stores them as they are.
+  // Tiny pictures are padded with texts; Qt stores up to 40 characters uncompressed.
   for (int i = 0; bytes.size() < kMinimumSize; ++i) {
     image.setText(QString("Comment%1").arg(i), QString(40, QChar('.')));
     bytes = encode(image, "png");

@@ -1,8 +1,8 @@
 #pragma once
 #include <QByteArray>
 
-// Media content to put into backups. The same arguments give the same bytes. No display is needed.
-// Pictures are real ones that any viewer opens, at least 512 bytes each.
+// Media files for backups. Deterministic; no display is needed. Pictures are valid files of at least 512
+// bytes.
 
 namespace sample_media {
 QByteArray jpeg(int seed, int width = 640, int height = 480);  ///< JFIF
@@ -10,11 +10,11 @@ QByteArray exifJpeg(int seed);                                 ///< begins with 
 QByteArray png(int seed, int width = 320, int height = 240);
 QByteArray gif(int seed);
 QByteArray bmp(int seed);
-QByteArray mov(int seed, int size = 4096);  ///< heads of films and sounds, with filler behind
+QByteArray mov(int seed, int size = 4096);  ///< headers of films and sounds, followed by filler
 QByteArray mp4(int seed, int size = 4096);
 QByteArray threeGp(int seed, int size = 4096);
 QByteArray avi(int seed, int size = 4096);
 QByteArray mp3(int seed, int size = 4096);
 QByteArray wav(int seed, int size = 4096);
-QByteArray unknown(int seed, int size = 4096);  ///< text that no test accepts
+QByteArray unknown(int seed, int size = 4096);  ///< text that no type test accepts
 }  // namespace sample_media

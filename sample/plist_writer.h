@@ -3,19 +3,18 @@
 #include <QString>
 #include <QXmlStreamWriter>
 
-/// Writes one property list in XML: a dictionary, with further ones in it. Keys come out in the order of the
-/// calls.
+/// Writes one property list in XML: a dictionary, which may be nested. Keys are in the order of the calls.
 class PlistWriter {
  public:
   enum class Style {
-    Indented,  ///< with document type, a line for each element
+    Indented,  ///< with document type, one line per element
     Compact    ///< one line, without document type
   };
 
   explicit PlistWriter(Style style = Style::Indented);
 
   void string(const QString& key, const QString& value) { element(key, "string", value); }
-  /// @param value as it is to stand in the file; not checked.
+  /// @param value written as given; not checked.
   void date(const QString& key, const QString& value) { element(key, "date", value); }
   void integer(const QString& key, qint64 value) { element(key, "integer", QString::number(value)); }
   void data(const QString& key, const QByteArray& value) {
@@ -26,14 +25,14 @@ class PlistWriter {
   void beginDict(const QString& key);
   void endDict();
 
-  // For lists that aren't just strings: what stands between these has a null key.
+  // For arrays of anything but strings: elements in between have a null key.
   void beginArray(const QString& key);
   void endArray();
 
-  /// An element of any kind. @param key null within an array.
+  /// An element of any kind. @param key null in an array.
   void element(const QString& key, const QString& kind, const QString& value);
 
-  /// Ends the list. Nothing may be added afterwards. @return UTF-8.
+  /// Ends the list. Nothing may be added afterwards. @return the file in UTF-8.
   QByteArray finish();
 
  private:

@@ -35,7 +35,7 @@ struct SampleStore::Private {
 
   [[noreturn]] void fail(const QSqlError& error) const { written_file::fail(path, error.text()); }
 
-  /// Runs a statement without values. @return the first column of its first row, if there is one.
+  /// Runs a statement without values. @return the first column of its first row, if any.
   QVariant plain(const QString& sql) {
     QSqlQuery query(database());
     query.setForwardOnly(true);
@@ -80,8 +80,7 @@ SampleStore::SampleStore(const QString& path, bool wal) : d(std::make_unique<Pri
   d->open = true;
   try {
     if (!database.open()) d->fail(database.lastError());
-    // Everything that defaults may change from one build of SQLite to the next, so that the bytes stay the
-    // same.
+    // All settings whose defaults differ between builds of SQLite, to get the same bytes.
     for (const char* setting : {"page_size = 4096", "encoding = 'UTF-8'", "auto_vacuum = 0",
                                 "synchronous = OFF", "journal_mode = MEMORY", "cache_size = -65536"}) {
       d->plain(QString("PRAGMA ") + setting);
@@ -109,7 +108,7 @@ void SampleStore::close() {
     d->prepared.clear();
     d->plain("COMMIT");
     if (d->wal) {
-      // Only now: rows written in WAL mode would go to disk twice.
+      // Set last: rows written in WAL mode would be written twice.
       const QString mode = d->plain("PRAGMA journal_mode = WAL").toString();
       if (mode != "wal") written_file::fail(d->path, "WAL mode was refused (still " + mode + ")");
       d->plain("PRAGMA wal_checkpoint(TRUNCATE)");

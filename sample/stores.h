@@ -10,11 +10,11 @@
 
 #include "sample/backup_builder.h"
 
-// Writers of the well-known SQLite stores, with the tables and columns that devices have (not only those that
-// the system reads). Each is made on a file path (see BackupBuilder::reserveFile), filled, and done when it
-// is destroyed. All rows go in one transaction. Throws std::runtime_error when something can't be written.
-// The tables lack the UNIQUE and NOT NULL constraints of devices, so that awkward rows can be made too. Needs
-// a QCoreApplication; a store belongs to the thread that made it.
+// Writers of the well-known SQLite stores, with the tables and columns of devices (not only those that are
+// read). Each is created for a file path (see BackupBuilder::reserveFile), filled, and completed on
+// destruction. All rows are written in one transaction. Throws std::runtime_error when something can't be
+// written. The tables lack the UNIQUE and NOT NULL constraints of devices, to allow damaged rows. Needs a
+// QCoreApplication; use a store only on the thread that created it.
 
 /// Domain and path of each well-known store on the device, for BackupBuilder::reserveFile.
 struct StorePlace {
@@ -30,23 +30,21 @@ StorePlace calls();          // HomeDomain, Library/CallHistoryDB/CallHistory.st
 StorePlace callsFallback();  // WirelessDomain, Library/CallHistory/call_history.db           2b2b0084...
 }  // namespace store_places
 
-/// Common part: one SQLite file and its open transaction.
+/// Base class: one SQLite file and its open transaction.
 class SampleStore {
  public:
-  /// A file that is there already is replaced.
+  /// Replaces an existing file.
   /// @param wal leaves the file in WAL mode (header bytes 18 and 19 are 2), all content in the main file.
   SampleStore(const QString& path, bool wal);
-  /// Closes the store; what goes wrong then is only a warning.
+  /// Closes the store; errors are only warnings.
   virtual ~SampleStore();
   SampleStore(const SampleStore&) = delete;
   SampleStore& operator=(const SampleStore&) = delete;
-  /// Writes all rows and closes the file, for those who want to hear of errors. Nothing may be added
-  /// afterwards.
+  /// Writes all rows and closes the file; throws on errors. Nothing may be added afterwards.
   void close();
-  /// Runs any statement on the store, for what the classes below don't offer. Values are bound to "?".
-  /// Statements with values are prepared once for each text.
+  /// Runs any statement on the store. Values are bound to "?". Statements with values are prepared only once.
   void run(const QString& sql, const std::vector<QVariant>& values = {});
-  /// Like run(). @return the row id of the row that the statement inserted.
+  /// Same as run(). @return the id of the inserted row.
   qint64 insert(const QString& sql, const std::vector<QVariant>& values);
 
  protected:
@@ -58,16 +56,16 @@ class SampleStore {
   std::unique_ptr<Private> d;
 };
 
-/// Address book. The searchable text table has the old columns (c15Phone, c16Email, c17Address, c19URL) or
-/// the new ones (c16Phone, c17Email, c18Address, c20URL); ABPerson and ABMultiValue are filled as well.
+/// Address book. The full-text table has the old columns (c15Phone, c16Email, c17Address, c19URL) or the new
+/// ones (c16Phone, c17Email, c18Address, c20URL); ABPerson and ABMultiValue are filled too.
 class ContactsStore : public SampleStore {
  public:
   struct Person {
     QString first, last, company, phone, email, address,
-        url;  ///< several values of one kind: one text, as given
+        url;  ///< several values of one kind are in one text
   };
   ContactsStore(const QString& path, bool newLayout, bool wal = false);
-  /// @return the docid, counting from 1.
+  /// @return the docid, starting with 1.
   qint64 add(const Person& person);
 
  private:
@@ -83,25 +81,25 @@ class MessageStore : public SampleStore {
   qint64 addHandle(const QString& id, const QString& service = "iMessage");  ///< @return its row id
   qint64 addChat(const QString& identifier);                                 ///< @return its row id
   /// @param date as stored: seconds or nanoseconds from 2001-01-01. A null text is stored as NULL.
-  /// @param chats chat_message_join gets a row for each. @return the message's row id.
+  /// @param chats a row is added to chat_message_join for each. @return the message's row id.
   qint64 addMessage(qint64 handle, const QString& text, qint64 date, bool fromMe,
                     const std::vector<qint64>& chats);
-  /// Attaches a file to a message. @param path beginning with "~/Library/SMS/Attachments/".
+  /// Attaches a file to a message. @param path begins with "~/Library/SMS/Attachments/".
   void addAttachment(qint64 message, const QString& path, const QString& mimeType, qint64 size);
 
  private:
   std::map<qint64, QString> m_services;               // by handle
-  std::set<std::pair<qint64, qint64>> m_chatHandles;  // who is in a chat already
+  std::set<std::pair<qint64, qint64>> m_chatHandles;  // handles already in a chat
   int m_messages = 0;
 };
 
-/// Call log with ZCALLRECORD, for the first-choice and the fallback place alike.
+/// Call log with ZCALLRECORD, for both locations.
 class CallStore : public SampleStore {
  public:
   explicit CallStore(const QString& path, bool wal = false);
   /// @param date seconds from 2001-01-01. @param duration may have a fraction. A null address is stored as
   /// NULL.
-  /// @param originated 1 for a call that the owner of the device made.
+  /// @param originated 1 for an outgoing call.
   void add(int answered, double duration, const QString& address, double date, int originated = 0);
 };
 
@@ -109,8 +107,7 @@ class CallStore : public SampleStore {
 class NotesStore : public SampleStore {
  public:
   explicit NotesStore(const QString& path, bool wal = false);
-  /// @param date seconds from 2001-01-01, or a null QVariant. A null body leaves the note without a ZNOTEBODY
-  /// row.
+  /// @param date seconds from 2001-01-01, or a null QVariant. With a null body the note has no ZNOTEBODY row.
   void add(const QVariant& date, const QString& title, const QString& body);
 };
 
@@ -118,9 +115,9 @@ class NotesStore : public SampleStore {
 class NotesCloudStore : public SampleStore {
  public:
   explicit NotesCloudStore(const QString& path, bool wal = false);
-  /// @param date1 what ZCREATIONDATE1 gets, seconds from 2001-01-01, or null.
+  /// @param date1 value of ZCREATIONDATE1, seconds from 2001-01-01, or null.
   void add(const QVariant& date1, const QString& title, const QString& snippet);
-  /// Adds the rows that devices keep in the same table for an account and a folder; later notes lie in it.
+  /// Adds the rows for an account and a folder, which are in the same table; later notes are in that folder.
   void addFolder(const QString& name);
 
  private:

@@ -4,16 +4,16 @@
 
 #include "sample/seeded_random.h"
 
-// What people write, made up.
+// Generated texts of messages and notes.
 
-/// @return one message. Never null, never empty.
+/// @return one message; never null or empty.
 QString messageText(SeededRandom& random);
 
 struct NoteText {
   QString title;
-  QString body;     ///< HTML; null where the note has only a title
-  QString snippet;  ///< the beginning in plain text; null where there is none
+  QString body;     ///< HTML; null if the note has only a title
+  QString snippet;  ///< the beginning in plain text; null if there is none
 };
 
-/// The notes of the sample, always the same: markup, entities, CJK, title only, body only.
+/// The constant notes of the sample: markup, entities, CJK, title only, body only.
 std::vector<NoteText> sampleNotes();

@@ -24,7 +24,7 @@ void write(const QString& path, const QByteArray& content) {
 }
 
 void append(QFile& file, const QByteArray& bytes) {
-  // A disk that fills up takes a part first; only the next attempt tells the reason.
+  // A full disk first causes a short write; only the next write reports the error.
   for (qint64 done = 0; done < bytes.size();) {
     const qint64 taken = file.write(bytes.constData() + done, bytes.size() - done);
     if (taken <= 0) fail(file.fileName(), file.errorString());

@@ -3,18 +3,18 @@
 #include <QFile>
 #include <QString>
 
-// Files whose time of modification is always the same, so that two runs leave equal trees.
+// Writes files with a fixed modification time, so that two runs give equal trees.
 
 namespace written_file {
-/// How files are opened to be written anew: without a buffer, so that each write tells at once whether it
-/// succeeded.
+/// Mode for new files: unbuffered, so that each write reports errors immediately.
 constexpr auto kNewFile =
     QIODevice::OpenMode(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered);
-/// Writes a file anew and stamps it. Throws std::runtime_error with path and reason when that fails.
+/// Writes a file, replacing an existing one, and stamps it. Throws std::runtime_error with path and reason on
+/// failure.
 void write(const QString& path, const QByteArray& content);
-/// Writes to a file opened with kNewFile. Throws like write().
+/// Appends to a file opened with kNewFile. Throws like write().
 void append(QFile& file, const QByteArray& bytes);
-/// Gives a file that someone else has written and closed the fixed time of modification. Throws like write().
+/// Sets the fixed modification time of a closed file. Throws like write().
 void stamp(const QString& path);
 /// Throws std::runtime_error with "path: reason".
 [[noreturn]] void fail(const QString& path, const QString& reason);
