@@ -16,7 +16,7 @@ namespace {
 
 QString g_folder;
 
-/// Makes a folder of data once: under another name first, so that a run that was broken off leaves no half of
+/// Creates a folder of data once, under a temporary name first, so that an aborted run leaves no incomplete
 /// one.
 QString Prepared(const QString& name, const std::function<void(const QString& folder)>& make) {
   const QString folder = g_folder + "/" + name;
@@ -99,7 +99,7 @@ std::string ContactsStorePath() {
       ContactsStore::Person person;
       person.first = QString("First%1").arg(i);
       person.last = QString("Last%1").arg(i);
-      // Every other person's number is that of a sender.
+      // Every second person has the number of a sender.
       person.phone =
           i % 2 == 0 ? QString("+4930%1").arg(1000000 + i * 37) : QString("+4989%1").arg(2000000 + i);
       store.add(person);

@@ -1,4 +1,4 @@
-// decrypt_data: writes encrypted backups of known content for benchmarks/decrypt_speed.
+// decrypt_data: writes encrypted backups for benchmarks/decrypt_speed.
 #include <QCoreApplication>
 #include <cstdio>
 #include <cstdlib>
@@ -11,7 +11,7 @@ namespace {
 
 constexpr char kPassword[] = "benchmark";
 
-/// A share of the mixed backup: so many files of a size in each gigabyte.
+/// A part of the mixed backup: number of files of one size per gigabyte.
 struct Share {
   int nFiles;
   int nSize;
@@ -40,7 +40,7 @@ void Write(const QString& folder, int nGigabytes, int nSmallFiles) {
   const auto add = [&](const QString& path, const QByteArray& bytes) {
     const QString file = backup.addFile("HomeDomain", path, bytes);
     const QByteArray id = BackupBuilder::fileId("HomeDomain", path).toLatin1();
-    printf("%s %s\n", keys.key(id).toHex().constData(), qPrintable(file));  // what openssl needs
+    printf("%s %s\n", keys.key(id).toHex().constData(), qPrintable(file));  // input for openssl
   };
   for (int i = 0; i < nGigabytes; ++i) {
     for (const Share& share : kMixed) {

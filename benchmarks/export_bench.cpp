@@ -14,13 +14,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Where the exports go: beside the data, on the same disk.
+/// Folder for exports, on the same disk as the data.
 std::string Folder(const char* pszName) {
   return ExportFolder() + pszName;
 }
 
-/// A place that nothing was written to yet, gone with the process. Each round has one of its own: a file
-/// system that has just deleted thousands of files takes twice as long to make the next.
+/// A new folder for each round, removed at exit: on a file system that has just deleted thousands of files,
+/// creating files takes twice as long.
 std::string FreshFolder() {
   struct Rounds {
     std::string strFolder = Folder("/rounds");
@@ -34,7 +34,7 @@ std::string FreshFolder() {
   return strFolder;
 }
 
-/// kMessageCount messages in kSenders conversations, each of a person with a name.
+/// kMessageCount messages in kSenders conversations with named people.
 const MessageMap& Messages() {
   static const MessageMap messages = [] {
     MessageMap map;
@@ -54,7 +54,7 @@ const MessageMap& Messages() {
   return messages;
 }
 
-/// A folder with the five templates.
+/// A program folder with the five templates.
 std::string Program() {
   const std::string strProgram = Folder("/program");
   fs::create_directories(strProgram + "/template");
@@ -76,9 +76,9 @@ void Export(const std::string& strDestination) {
   for (const auto& [nKey, messages] : Messages()) recovery.RecoveryMsg(&messages.front(), Messages());
 }
 
-/// The bytes of one document, in the pieces in which they are written.
+/// The content of one document, in the pieces in which it is written.
 struct Document {
-  std::string strPath;  ///< below the destination
+  std::string strPath;  ///< relative to the destination
   std::vector<std::string> pieces;
 };
 
@@ -88,7 +88,7 @@ std::string Bytes(const fs::path& path) {
   return strBytes;
 }
 
-/// Pieces that each end in strEnd.
+/// Splits a text into pieces that end with strEnd.
 std::vector<std::string> Split(const std::string& strText, const std::string& strEnd) {
   std::vector<std::string> pieces;
   size_t nStart = 0;
@@ -97,7 +97,7 @@ std::vector<std::string> Split(const std::string& strText, const std::string& st
   return pieces;
 }
 
-/// What an export writes: pages whole, texts message by message, each of which ends in an empty line.
+/// The output of an export: each page in one piece, texts by message, each of which ends with an empty line.
 const std::vector<Document>& Documents() {
   static const std::vector<Document> documents = [] {
     std::vector<Document> result;
@@ -124,7 +124,7 @@ size_t SizeBelow(const std::string& strFolder) {
   return nSize;
 }
 
-/// Ends one round: compares what was written.
+/// Ends one round: checks the size of its output.
 void FinishRound(benchmark::State& state, const std::string& strFolder) {
   size_t nExpected = 0;
   for (const Document& document : Documents()) {

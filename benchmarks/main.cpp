@@ -11,7 +11,7 @@
 
 namespace {
 
-/// What is measured, against what, and how much more than that it may cost.
+/// A benchmark, its baseline, and the highest allowed ratio of the two.
 struct Target {
   const char* pszWhat;
   const char* pszMeasured;
@@ -31,7 +31,7 @@ constexpr Target kTargets[] = {
 };
 constexpr double kPeakMemoryLimit = 400;  // MiB
 
-/// Keeps the best time of each benchmark beside printing them as usual.
+/// Prints the results as usual and keeps the best time of each benchmark.
 class BestTimes : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {
@@ -63,9 +63,9 @@ const char* Verdict(bool bMet) {
 int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);
   SetDataFolder(QCoreApplication::applicationDirPath() + "/../data");
-  const bool bAll = argc == 1;  // Initialize takes away the arguments that it knows
+  const bool bAll = argc == 1;  // Initialize removes the arguments that it knows
   benchmark::Initialize(&argc, argv);
-  // First of all: a child's peak counts from what this process holds when it starts it.
+  // Measured first: a child's peak includes the memory of this process when it is started.
   const double dPeak = bAll ? ScanPeakMemory() : 0;
   BestTimes times;
   benchmark::RunSpecifiedBenchmarks(&times);

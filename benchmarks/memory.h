@@ -1,5 +1,5 @@
 #pragma once
 
-/// Peak memory in MiB of "orvandel-cli scan" on the large backup. Throws std::runtime_error when the scan
-/// fails.
+/// Measures the peak memory of "orvandel-cli scan" on the large backup, in MiB. Throws std::runtime_error
+/// when the scan fails.
 double ScanPeakMemory();

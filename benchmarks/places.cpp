@@ -1,6 +1,6 @@
 #include "common/places.h"
 
-// No benchmark opens the folders of the system.
+// Benchmarks don't use the system's folders.
 std::string BackupRoot() {
   return "/nonexistent/";
 }

@@ -1,7 +1,5 @@
-// What the window costs beyond the engine, on the offscreen platform. Prints a table like the other
-// benchmarks:
-//   orvandel_inWindowbench
-// Data comes from the folder that ./bench fills.
+// orvandel_window_bench: measures the cost of the window in addition to the engine, on the offscreen
+// platform. Prints a table like the other benchmarks. Uses the data folder of ./bench.
 
 #include <unistd.h>
 
@@ -23,7 +21,7 @@
 #include "ui/category_tables.h"
 #include "ui/window.h"
 
-/// The window's state, which it keeps to itself otherwise.
+/// Access to the window's private members.
 class WindowAccess {
  public:
   static BackupRecords& Records(DRUI& window) { return window.m_records; }
@@ -44,14 +42,14 @@ namespace {
 constexpr int kRows = 100000;
 constexpr int kRounds = 3;
 
-/// The best of some rounds, in milliseconds.
+/// The best of several rounds, in milliseconds.
 double Best(const std::function<double()>& round) {
   double dBest = round();
   for (int i = 1; i < kRounds; ++i) dBest = std::min(dBest, round());
   return dBest;
 }
 
-/// The worst of an even number of rounds.
+/// The worst of an even number of rounds, in milliseconds.
 double Worst(const std::function<double()>& round) {
   double dWorst = 0;
   for (int i = 0; i < 2 * kRounds; ++i) dWorst = std::max(dWorst, round());
@@ -75,7 +73,7 @@ std::vector<_IPHONE_CAMERA_INFO_> MakeRecords() {
   return records;
 }
 
-/// The items of the table alone, with all that a row holds.
+/// Creates only the items of the table, with all data of a row.
 double MakeItems(const std::vector<_IPHONE_CAMERA_INFO_>& records) {
   const QFont font("Calibri", 10, 50);
   const QIcon icon(":/image/photo.png");
@@ -99,7 +97,7 @@ double MakeItems(const std::vector<_IPHONE_CAMERA_INFO_>& records) {
   return dTime;
 }
 
-/// The table of a window that is on view, filled and ticked as a scan does it.
+/// Fills and ticks the table of a visible window like a scan.
 double FillTable(DRUI& window, const std::vector<_IPHONE_CAMERA_INFO_>& records) {
   window.InitLayout3Widget();
   WindowAccess::Records(window).m_vecCamera = records;
@@ -115,7 +113,8 @@ double Milliseconds(const QElapsedTimer& timer) {
   return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
-/// A click on the box of the selected node, up to the window's being drawn again. The best of both ways.
+/// Time from a click on the selected node's box until the window is repainted. The better of ticking and
+/// unticking.
 double TickNode(DRUI& window) {
   QTreeWidgetItem* pNode = WindowAccess::Tree(window)->topLevelItem(kCameraRoll);
   QElapsedTimer timer;
@@ -126,7 +125,7 @@ double TickNode(DRUI& window) {
   return Milliseconds(timer);
 }
 
-/// The click that costs most: the last row that is missing, so that the walk over the rows finds none.
+/// The most expensive click: ticking the last unticked row, so that the search for another visits all rows.
 double TickRow(DRUI& window) {
   QTableWidget* pTable = WindowAccess::CameraTable(window);
   pTable->item(kRows - 1, 0)->setCheckState(Qt::Unchecked);
@@ -162,7 +161,7 @@ double ScanByCommand(const std::string& strBackup) {
 constexpr int kFiles = 20000;
 constexpr int kFileBytes = 100 * 1000;
 
-/// Folder of the files that a recovery is measured with, made once.
+/// Folder of the files for measuring a recovery, created once.
 QString FilesToRecover() {
   const QString qstrFolder = QCoreApplication::applicationDirPath() + "/../data/recovery/";
   if (QDir(qstrFolder).entryList(QDir::Files).size() == kFiles) return qstrFolder;
@@ -181,8 +180,8 @@ QString DestinationRoot() {
   return QCoreApplication::applicationDirPath() + "/../data/recovered/";
 }
 
-/// A new folder beside them, with nothing left to write from what came before. None is removed between two
-/// rounds: for some seconds after many deletions a file system looks long for the place of a new file.
+/// A new folder beside them, after pending writes were flushed. None is removed between rounds: after many
+/// deletions file systems are slow at creating files for some seconds.
 QString NewDestination() {
   static int nFolder = 0;
   const QString qstrFolder = DestinationRoot() + QString::number(++nFolder);
@@ -199,7 +198,7 @@ double CopyByCp(const QString& qstrSource) {
   return Milliseconds(timer);
 }
 
-/// Drives the dialogs of a recovery, and hears how long the window goes without looking at its events.
+/// Operates the dialogs of a recovery and measures the longest time without event processing.
 class Driver {
  public:
   explicit Driver(bool bDetail) {
@@ -244,7 +243,7 @@ double RecoverInWindow(DRUI& window, Driver& driver) {
 
 constexpr int kRecoveryRounds = 5;
 
-/// The middle one of an odd number of figures.
+/// The median of an odd number of figures.
 double Median(std::vector<double> figures) {
   std::sort(figures.begin(), figures.end());
   return figures[figures.size() / 2];
@@ -266,7 +265,7 @@ void MeasureRecovery(DRUI& window) {
   WindowAccess::Records(window).m_vecCamera = records;
   std::vector<double> cp, inWindow;
   double dGap = 0;
-  // By turns, and each first in turn: a disk's mood changes.
+  // Interleaved, with alternating order, since the speed of a disk varies.
   for (int i = 0; i < kRecoveryRounds; ++i) {
     const bool bCpFirst = i % 2 == 0;
     if (bCpFirst) cp.push_back(CopyByCp(qstrSource));
@@ -315,7 +314,7 @@ int main(int argc, char** argv) {
            Best([&] { return FillTable(window, records); }), Best([&] { return MakeItems(records); }), 2.0);
   QTreeWidgetItem* pNode = WindowAccess::Tree(window)->topLevelItem(kCameraRoll);
   WindowAccess::Tree(window)->setCurrentItem(pNode);
-  // The slowest of some rounds here, and the limit itself as the baseline.
+  // Here the slowest of several rounds, with the limit itself as the baseline.
   PrintRow("Tick on the node of 100,000 rows / 300 ms", Worst([&] { return TickNode(window); }), 300, 1.0);
   PrintRow("Tick on one of 100,000 rows / 30 ms", Worst([&] { return TickRow(window); }), 30, 1.0);
   MeasureRecovery(window);
@@ -324,6 +323,6 @@ int main(int argc, char** argv) {
   const double dWindow = Best([&] { return ScanInWindow(window, strBackup); });
   PrintRow("Scan of 1,000,000 entries in the window / by orvandel-cli", dWindow,
            Best([&] { return ScanByCommand(strBackup); }), 1.3);
-  printf("The bar was told %.0f values a second.\n", nSignals / kRounds / (dWindow / 1000));
+  printf("The bar was updated %.0f times a second.\n", nSignals / kRounds / (dWindow / 1000));
   return 0;
 }
