@@ -1,4 +1,4 @@
-// The type judge: the input as the head of a file, with nothing readable behind its last byte.
+// CFileTypeJudge: the input is the head of a file; reading beyond its end is detected.
 #include <algorithm>
 #include <memory>
 
@@ -30,7 +30,7 @@ int TypeOf(const std::string& strJudged) {
 void JudgeMemory(const uint8_t* pHead, uint32_t nLength) {
   for (const auto pfnTest : kTests) {
     const int nType = pfnTest(pHead, nLength);
-    Require(nType > 0 && nType <= Judge::kUnknown, "a test answers a type");
+    Require(nType > 0 && nType <= Judge::kUnknown, "a test returns a type");
     Require(pfnTest(nullptr, nLength) == Judge::kUnknown, "null has no type");
   }
   std::wstring wstrJudged;

@@ -1,4 +1,4 @@
-// "Info.plist" of a backup: the input as the file of a folder that holds nothing else.
+// "Info.plist" of a backup: the input is the only file in a folder.
 #include "backup/discovery.h"
 #include "fuzz/scratch_folder.h"
 
@@ -12,12 +12,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
   const Problem secondProblem = ReadBackupInfo(folder.Path(), second);
 
   Require(!firstProblem && !secondProblem, "a file that can be opened is read");
-  Require(first.strBackupPath == folder.Path(), "the path is the one that was asked for");
+  Require(first.strBackupPath == folder.Path(), "the path is the given one");
   Require(!first.bEncrypted, "a backup without a contacts store isn't encrypted");
   Require(first.strDisplayName == second.strDisplayName && first.strSerialNumber == second.strSerialNumber &&
               first.strPhoneNumber == second.strPhoneNumber &&
               first.strLastBackupDate == second.strLastBackupDate &&
               first.bProductVersionAbove11 == second.bProductVersionAbove11,
-          "a second reading into the same record changes nothing");
+          "reading again into the same record changes nothing");
   return 0;
 }

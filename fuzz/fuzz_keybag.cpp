@@ -1,4 +1,4 @@
-// The keybag of an encrypted backup, and keys wrapped under its classes.
+// The keybag of an encrypted backup, and keys wrapped with its class keys.
 #include <algorithm>
 #include <stdexcept>
 #include <string>
@@ -10,19 +10,20 @@ namespace {
 
 constexpr size_t kFileKeySize = 44;
 
-/// Every reason is told by a runtime_error that has a text.
+/// Runs an action; a failure must be a runtime_error with a message.
 template <typename Action>
 bool Succeeds(const Action& action) {
   try {
     action();
     return true;
   } catch (const std::runtime_error& error) {
-    Require(*error.what() != '\0', "a reason is told");
+    Require(*error.what() != '\0', "an error has a message");
     return false;
   }
 }
 
-/// One round each, so that a password can be tried: of two items with one tag the later counts.
+/// Sets one round for each derivation, so that checking a password is fast: of two items with one tag the
+/// later counts.
 Bytes WithFewRounds(Bytes data) {
   static const std::string kRounds("ITER\0\0\0\4\0\0\0\1DPIC\0\0\0\4\0\0\0\1", 24);
   data.insert(data.end(), kRounds.begin(), kRounds.end());
@@ -38,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     const Keybag locked(data);
     Require(!Succeeds([&] { locked.FileKey(wrapped); }), "a locked keybag gives no keys");
   });
-  if (!bWhole) return 0;  // its last item could swallow what is appended
+  if (!bWhole) return 0;  // its last item could include what is appended
   Require(nSize >= 16, "no keybag is that short");
   Succeeds([&] {
     Keybag keybag(WithFewRounds(data));

@@ -1,4 +1,4 @@
-// fuzz_seeds: writes the inputs from which the fuzzer starts. The same run gives the same bytes.
+// fuzz_seeds: writes the initial corpus. Deterministic.
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -105,7 +105,7 @@ void WriteHeads() {
     for (const FileHead& head : *heads) {
       const QString name = QString::fromStdString(head.strName);
       WriteSeed("fuzz_file_type", name, Whole(head));
-      // The shortest that passes, so that the end of the head lies close to what is looked at.
+      // The shortest accepted head, so that its end is close to the bytes examined.
       WriteSeed("fuzz_file_type", name + ".short", Whole(head).substr(0, head.nWholeSize));
     }
   }
@@ -115,7 +115,7 @@ void WriteKeybags() {
   using Age = Encryption::Age;
   const BackupKeys old({"hashcat", Age::BeforeIos10, 1, 1}), current({"hashcat", Age::From102, 1, 1});
   const QByteArray whole = current.keybag();
-  // A key for FileKey stands at the end.
+  // A key for FileKey is at the end.
   WriteSeed("fuzz_keybag", "old", old.keybag() + old.wrappedKey("file"));
   WriteSeed("fuzz_keybag", "current", whole);
   WriteSeed("fuzz_keybag", "with_key", whole + QByteArray("KEYX\0\0\0\x2C", 8) + current.wrappedKey("file"));

@@ -1,7 +1,6 @@
 #include "common/places.h"
 
-// No target looks for backups or decrypts anything: none of the folders exists, so that one that did would
-// find nothing.
+// No target lists backups or decrypts anything, so these folders don't exist.
 
 std::string BackupRoot() {
   return "/nonexistent/backups/";

@@ -18,7 +18,7 @@ ScratchFolder::ScratchFolder() {
   std::error_code error;
   const bool bInMemory = std::filesystem::is_directory("/dev/shm", error);
   m_strPath = (bInMemory ? "/dev/shm" : std::filesystem::temp_directory_path().string()) + "/fuzz-XXXXXX";
-  if (!mkdtemp(m_strPath.data())) Fail(m_strPath + ": the folder can't be made");
+  if (!mkdtemp(m_strPath.data())) Fail(m_strPath + ": the folder can't be created");
 }
 
 ScratchFolder::~ScratchFolder() {
@@ -36,5 +36,5 @@ std::string ScratchFolder::Write(const char* pszName, const uint8_t* pData, size
 }
 
 void Require(bool bHolds, const char* pszWhat) {
-  if (!bHolds) Fail(std::string("this doesn't hold: ") + pszWhat);
+  if (!bHolds) Fail(std::string("violated: ") + pszWhat);
 }

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string>
 
-/// A folder of this process in memory where the system has such a place, gone when the process ends by
-/// itself. For readers that only take a path.
+/// A temporary folder, in memory if possible, for readers that take a path. Removed on destruction, but not
+/// after a crash.
 class ScratchFolder {
  public:
   ScratchFolder();
@@ -14,13 +14,13 @@ class ScratchFolder {
 
   /// Without a trailing "/".
   const std::string& Path() const { return m_strPath; }
-  /// Writes a file anew; ends the process when that fails. @return its full path.
+  /// Writes a file, replacing an existing one; aborts on failure. @return its full path.
   std::string Write(const char* pszName, const uint8_t* pData, size_t nSize) const;
 
  private:
   std::string m_strPath;
 };
 
-/// Ends the process as a finding of the fuzzer unless something that always has to hold does so.
+/// Checks an invariant: aborts, which the fuzzer reports as a finding, if it doesn't hold.
 /// @param pszWhat what was expected.
 void Require(bool bHolds, const char* pszWhat);
