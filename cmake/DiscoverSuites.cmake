@@ -1,8 +1,8 @@
 # discover_suites(TARGET [TIMEOUT SECONDS] [ENVIRONMENT NAME=VALUE...])
 #
-# Gives CTest one test for each suite of a GoogleTest executable, in a process of its own. A suite with parameters is
-# one test with all of its instances. The suites are listed when CTest runs, so that no build has to run the
-# executable. A case that fails shows by name in the output of its suite.
+# Adds one CTest test for each suite of a GoogleTest executable. A parameterised suite is one test with all of its
+# instances. The suites are listed when CTest runs, so that building doesn't run the executable. The output of a suite
+# names the cases that failed.
 set(discover_suites_script ${CMAKE_CURRENT_LIST_FILE})
 
 function(discover_suites target)
@@ -21,7 +21,7 @@ if(NOT suites_executable)
   return()
 endif()
 
-# From here on CTest runs the file.
+# The rest is executed by CTest.
 if(NOT EXISTS ${suites_executable})
   add_test(${suites_executable}_NOT_BUILT ${suites_executable})
   return()
@@ -32,12 +32,12 @@ foreach(variable IN LISTS suites_environment)
 endforeach()
 execute_process(COMMAND ${suites_executable} --gtest_list_tests OUTPUT_VARIABLE suites_list RESULT_VARIABLE suites_status)
 if(NOT suites_status EQUAL 0)
-  message(FATAL_ERROR "${suites_executable} doesn't list its tests: ${suites_status}")
+  message(FATAL_ERROR "${suites_executable} can't list its tests: ${suites_status}")
 endif()
 string(REGEX MATCHALL "(^|\n)[^ \n][^\n]*" suites_lines "${suites_list}")
 set(suites_names "")
 foreach(line IN LISTS suites_lines)
-  # "Instances/Suite." of a suite with parameters, "Suite/0." of one with types, and a comment behind some
+  # "Instances/Suite." for a parameterised suite, "Suite/0." for a typed one, possibly followed by a comment
   string(REGEX REPLACE "^\n?([^ ]*)\\..*$" "\\1" name "${line}")
   string(REGEX REPLACE "/[0-9]+$" "" name "${name}")
   string(REGEX REPLACE "^.*/" "" name "${name}")

@@ -1,9 +1,9 @@
-# Sourced by ./run, ./test and ./bench: makes sure that what the project is built with is there.
-# On Debian missing packages are installed; on macOS the Homebrew formulas to install are named.
+# Sourced by ./run, ./test and ./bench: checks for the build dependencies.
+# On Debian it installs missing packages; on macOS it lists them.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-# What every build needs, then what only tests, benchmarks and fuzz targets need.
+# Packages for every build, then those for tests, benchmarks and so on.
 debian_build="g++ cmake ninja-build qt6-base-dev libqt6sql6-sqlite qt6-webengine-dev libgl-dev libssl-dev libsqlite3-dev libplist-dev pkg-config fonts-crosextra-carlito"
 debian_screens="xvfb"
 debian_test="libgtest-dev libgmock-dev chromium nodejs openssl python3 python3-jsonschema xvfb xdotool imagemagick"
@@ -22,7 +22,7 @@ fail() {
   exit 1
 }
 
-# The absolute path of a file or folder that may not exist yet.
+# Prints the absolute path of a file or folder, which need not exist.
 absolute() {
   case "$1" in
     /*) echo "$1" ;;
@@ -30,7 +30,7 @@ absolute() {
   esac
 }
 
-# with_display COMMAND...: runs it on a display of its own that nobody sees.
+# with_display COMMAND...: runs a command on its own virtual display.
 with_display() {
   local number status
   coproc XSERVER { exec Xvfb -displayfd 1 -screen 0 1280x900x24 2>/dev/null; }
@@ -86,13 +86,13 @@ setup() {
       if command -v dpkg-query >/dev/null; then
         setup_debian $debian
       else
-        echo "orvandel: not Debian; needed are the counterparts of:$debian" >&2
+        echo "orvandel: not Debian; please install the equivalents of:$debian" >&2
       fi
       ;;
   esac
 }
 
-# build PRESET: configures once and builds; what the tools say goes to a log that is shown when they fail.
+# build PRESET: configures and builds. The output is logged, and the end of the log printed on failure.
 build() {
   local preset=$1 folder log
   mkdir -p "$root/build"
@@ -101,6 +101,6 @@ build() {
   echo "orvandel: building ($preset) ..." >&2
   { cmake --preset "$preset" && cmake --build --preset "$preset"; } >"$log" 2>&1 || {
     tail -n 60 "$log" >&2
-    fail "the build failed; all of its output is in $log"
+    fail "the build failed; its full output is in $log"
   }
 }
