@@ -1,10 +1,10 @@
-# Writes the five pages from the parts in "source/", each with the hashes of its own style and script in its policy.
+# Generates the five pages from the parts in "source/", each with the hashes of its style and script in its policy.
 #   cmake -D FOLDER=folder [-D CHECK=ON] -P template/pages.cmake
-# With CHECK nothing is written: it fails when a page in the folder isn't what the parts give.
+# With CHECK nothing is written; it fails when a page in the folder is out of date.
 cmake_minimum_required(VERSION 3.16)
 set(source ${CMAKE_CURRENT_LIST_DIR}/source)
 
-# base64(RESULT HEX): 32 bytes in hexadecimal as base64.
+# base64(RESULT HEX): converts 32 bytes from hexadecimal to base64.
 function(base64 result hex)
   set(digits "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")
   set(text "")
@@ -20,14 +20,14 @@ function(base64 result hex)
   set(${result} "${text}=" PARENT_SCOPE)
 endfunction()
 
-# hash_of(RESULT TEXT): what a browser compares an element with: all between its tags, the line end behind the first too.
+# hash_of(RESULT TEXT): hash of an element in a policy. It includes the line end after the opening tag.
 function(hash_of result text)
   string(SHA256 hex "\n${text}")
   base64(hash ${hex})
   set(${result} "'sha256-${hash}'" PARENT_SCOPE)
 endfunction()
 
-# make_page(FILE SKELETON NAME COLUMNS): the skeleton also names the script.
+# make_page(FILE SKELETON NAME COLUMNS): SKELETON is the base name of the page and of its script.
 function(make_page file skeleton name columns)
   file(READ ${source}/${skeleton}.html page)
   file(READ ${source}/style.css style)
@@ -52,7 +52,7 @@ function(make_page file skeleton name columns)
     file(READ ${FOLDER}/${file} found)
   endif()
   if(NOT found STREQUAL page)
-    message(SEND_ERROR "${FOLDER}/${file}: not what template/source gives; build again")
+    message(SEND_ERROR "${FOLDER}/${file}: differs from template/source; build again")
   endif()
 endfunction()
 
