@@ -11,8 +11,8 @@ enum class NamePolicy {
 /// into the 255 bytes that file systems allow.
 constexpr size_t kLongestNamePart = 236;
 
-/// True for a valid file name: not empty, "." or "..", without "/" and NUL, and not too long. @param strName
-/// narrow.
+/// True for a valid file name: not empty, "." or "..", without "/" and NUL, and not too long.
+/// @param strName narrow.
 bool CanBeFileName(const std::string& strName);
 
 /// Derives a name that is valid on every file system. Characters invalid on some file system are replaced by

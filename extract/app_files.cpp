@@ -16,8 +16,9 @@ constexpr char kAppDomain[] = "AppDomain-";
 constexpr char kWhatsAppDomain[] = "net.whatsapp.WhatsApp";
 constexpr char kOtherApps[] = "other";
 
-// clang-format off Looked up by searching for the extension plus "|". So the tail of a longer item matches
-// too, and the last sound, which has no "|" after it, never does.
+// clang-format off
+// Looked up by searching for the extension plus "|". So the tail of a longer item matches too, and the last
+// sound, which has no "|" after it, never does.
 constexpr char kImages[] =
     "*.bmp|*.gif|*.jpg|*.jpeg|*.png|*.psd|*.tif|*.tiff|*.pcx|*.scr|*.ico|*.nef|*.nrw|*.crw|*.cr2|*.sr2|"
     "*.arw|*.srf|*.divu|*.pgm|*.k25|*.kdc|*.dcr|*.raf|*.iff|*.pbm|*.mef|*.jp2|*.mos|*.x3f|*.orf|*.erf|"

@@ -20,7 +20,7 @@ class CIPhoneContacts {
   /// @return always 0; a store that can't be read adds nobody.
   int GetContactsInfo(const std::string& strPath, std::vector<__PERSON_CONTENT__>& people, uint64_t& nMaxId);
 
-  /// Copies the store and makes the copy readable and writable by everybody. @param nMaxId not used. @return
-  /// always 0.
+  /// Copies the store and makes the copy readable and writable by everybody. @param nMaxId not used.
+  /// @return always 0.
   int SaveContactsCsvFile(const std::string& strSource, const std::string& strDestination, uint64_t nMaxId);
 };

@@ -44,8 +44,8 @@ class CIPhoneMessage {
   int GetSMSInfo(const std::string& strMessagePath, const std::string& strContactsPath, MessageMap& messages,
                  uint64_t& nMaxId);
 
-  /// Copies the store and makes the copy readable and writable by everybody. @param nMaxId not used. @return
-  /// always 0.
+  /// Copies the store and makes the copy readable and writable by everybody. @param nMaxId not used.
+  /// @return always 0.
   int SaveSMSCsvFile(const std::string& strSource, const std::string& strDestination, uint64_t nMaxId);
 
  private:
