@@ -67,7 +67,7 @@ int CheckDestination(const RecoverOptions& options) {
   const QString qstrBackup = RealPath(options.qstrBackup) + '/';
   if ((RealPath(options.qstrDestination) + '/').startsWith(qstrBackup)) {
     PrintError(options.qstrDestination +
-               ": lies in the backup, which must not change; choose a folder elsewhere");
+               ": is inside the backup, which must not change; choose another folder");
     return kExitUsage;
   }
   errno = 0;
@@ -77,7 +77,7 @@ int CheckDestination(const RecoverOptions& options) {
     PrintError(options.qstrDestination + ": is not a folder");
     return kExitNotWritten;
   }
-  PrintError(QString("%1: the folder can't be made (%2)")
+  PrintError(QString("%1: the folder can't be created (%2)")
                  .arg(options.qstrDestination, QString::fromLocal8Bit(strerror(nError))));
   return kExitNotWritten;
 }

@@ -69,11 +69,11 @@ BackupFiles::BackupFiles(const std::string& strBackup)
   const std::string strPath = strBackup + "/Manifest.plist";
   const Bytes bytes = ReadWhole(strPath);
   const PropertyList manifest(bytes.data(), bytes.size());
-  if (!manifest.Root()) throw std::runtime_error(strPath + ": is no property list");
+  if (!manifest.Root()) throw std::runtime_error(strPath + ": isn't a property list");
   if (!BooleanOf(Member(manifest.Root(), "IsEncrypted")))
     throw std::runtime_error(strPath + ": the backup isn't encrypted");
   m_keybag = DataOf(Member(manifest.Root(), "BackupKeyBag"));
-  if (m_keybag.empty()) throw std::runtime_error(strPath + ": holds no keybag");
+  if (m_keybag.empty()) throw std::runtime_error(strPath + ": contains no keybag");
   m_manifestKey = DataOf(Member(manifest.Root(), "ManifestKey"));
   if (m_bHasManifestDb) DeclareSharded(strBackup);
 }
@@ -152,5 +152,5 @@ void BackupFiles::VisitBinary(const std::function<void(FileJob&& job)>& visit) c
         job.nSize = static_cast<uint64_t>(info.nFileSizeHigh) << 32 | info.nFileSize;
         visit(std::move(job));
       });
-  if (nStatus != 0) throw std::runtime_error(m_strManifest + ": is no manifest");
+  if (nStatus != 0) throw std::runtime_error(m_strManifest + ": isn't a manifest");
 }

@@ -55,7 +55,7 @@ int MakePart(const std::string& strTarget, std::string& strPart) {
     if (nPart != -1) return nPart;
     if (errno != EEXIST) break;
   }
-  Fail(strPart + " can't be made");
+  Fail(strPart + " can't be created");
 }
 
 /// Length of the padding at the end of the last block. Throws when it isn't valid.
@@ -63,7 +63,7 @@ size_t PaddingOf(const unsigned char* pEnd) {
   const size_t nPadding = pEnd[-1];
   const auto isPadding = [&](unsigned char nByte) { return nByte == nPadding; };
   if (nPadding == 0 || nPadding > kBlockSize || !std::all_of(pEnd - nPadding, pEnd, isPadding))
-    throw std::runtime_error("is damaged: its end is no padding");
+    throw std::runtime_error("is damaged: its padding is invalid");
   return nPadding;
 }
 

@@ -76,7 +76,7 @@ Keybag::Keybag(const Bytes& data) {
   }
   keepClass();
   if (m_salt.empty() || nRounds == 0)
-    throw std::runtime_error("the keybag is damaged: it doesn't tell how the password becomes a key");
+    throw std::runtime_error("the keybag is damaged: the parameters of the key derivation are missing");
   if (std::max(nRounds, nStrongRounds) > kMostRounds)
     throw std::runtime_error("the keybag is damaged: it asks for " +
                              std::to_string(std::max(nRounds, nStrongRounds)) +
@@ -99,7 +99,8 @@ bool Keybag::Unlock(const Secret& password) {
     bTried = true;
     if (UnwrapKey(passwordKey, entry.wrapped.data(), entry.wrapped.size(), entry.key)) bUnlocked = true;
   }
-  if (!bTried) throw std::runtime_error("the keybag is damaged: no class has a key under the password");
+  if (!bTried)
+    throw std::runtime_error("the keybag is damaged: no class has a key wrapped with the password");
   return bUnlocked;
 }
 

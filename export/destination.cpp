@@ -32,7 +32,7 @@ const std::string& Destination::RefusalOf(const QString& qstrFolder) {
   if (HasParentStep(strFolder))
     strRefusal = "The name leads out of the destination";
   else if (bHasBackup && RealPath(qstrPath).startsWith(m_qstrRealBackup))
-    strRefusal = "The folder lies in the backup, which must not change";
+    strRefusal = "The folder is inside the backup, which must not change";
   return strRefusal;
 }
 
@@ -45,5 +45,5 @@ Problem Destination::MakeFolder(const QString& qstrFolder) {
   if (QDir().mkpath(qstrPath)) return {};
   const int nError = errno;
   return {Problem::Step::Create, nError != 0 ? nError : EACCES, ToNarrow(qstrPath),
-          std::string("The folder can't be made (") + strerror(nError) + ")"};
+          std::string("The folder can't be created (") + strerror(nError) + ")"};
 }

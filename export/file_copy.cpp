@@ -15,7 +15,7 @@ const char* FailureOf(Problem::Step step) {
     case Problem::Step::Read:
       return "The file in the backup can't be read";
     case Problem::Step::Create:
-      return "The copy can't be made";
+      return "The copy can't be created";
     case Problem::Step::Write:
       return "The copy can't be written";
     default:

@@ -49,7 +49,7 @@ TEST_P(DestinationInBackup, IsRefusedAndNothingIsMade) {
 
   EXPECT_EQ(1, result.nExitStatus);
   EXPECT_THAT(result.strOut, IsEmpty());
-  EXPECT_THAT(result.strErr, HasSubstr("lies in the backup"));
+  EXPECT_THAT(result.strErr, HasSubstr("is inside the backup"));
   EXPECT_TRUE(before == TreeOf(Backup()));
 }
 
@@ -110,7 +110,7 @@ TEST_F(RecoverDestination, BelowAFileEndsWithFour) {
   const CommandResult result = RunCommand({"recover", Backup(), Out() + "/below"});
 
   EXPECT_EQ(4, result.nExitStatus);
-  EXPECT_THAT(result.strErr, HasSubstr(Out() + "/below: the folder can't be made"));
+  EXPECT_THAT(result.strErr, HasSubstr(Out() + "/below: the folder can't be created"));
 }
 
 TEST_F(RecoverDestination, FileInPlaceOfACategoryFailsItsFilesAndTheRestIsCopied) {

@@ -158,14 +158,14 @@ TEST_F(WrittenFile, IsRefusedWithDamagedPadding) {
   for (const std::string& strEnd : {std::string(1, '\0'), std::string(1, '\x11'), std::string(1, '\xFF')}) {
     const std::string strSource = Source(Encrypt(m_key, std::string(31, 'x') + strEnd, false));
 
-    EXPECT_EQ("is damaged: its end is no padding", RefusalOf(strSource, UINT64_MAX));
+    EXPECT_EQ("is damaged: its padding is invalid", RefusalOf(strSource, UINT64_MAX));
   }
 }
 
 TEST_F(WrittenFile, IsRefusedWithPaddingOfDifferentBytes) {
   const std::string strSource = Source(Encrypt(m_key, std::string(31, 'x') + '\x04', false));
 
-  EXPECT_EQ("is damaged: its end is no padding", RefusalOf(strSource, UINT64_MAX));
+  EXPECT_EQ("is damaged: its padding is invalid", RefusalOf(strSource, UINT64_MAX));
 }
 
 TEST_F(WrittenFile, IsRefusedWhenCutWithinABlock) {
@@ -209,7 +209,7 @@ TEST_F(WrittenFile, IsRefusedWhenTheSourceIsALink) {
 TEST_F(WrittenFile, IsRefusedWithoutItsFolder) {
   ASSERT_EQ(0, rmdir(m_folder.Path("out").c_str()));
 
-  EXPECT_EQ(Target() + ".part can't be made: No such file or directory",
+  EXPECT_EQ(Target() + ".part can't be created: No such file or directory",
             RefusalOf(Source(Encrypt(m_key, "text")), 4));
 }
 

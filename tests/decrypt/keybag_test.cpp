@@ -246,7 +246,7 @@ TEST_P(DamagedKeybag, SaysWhatIsWrongWithIt) {
 INSTANTIATE_TEST_SUITE_P(
     Of, DamagedKeybag,
     testing::Values(
-        DamageCase{"Nothing", [] { return std::string(); }, "how the password becomes a key"},
+        DamageCase{"Nothing", [] { return std::string(); }, "parameters of the key derivation"},
         DamageCase{"SevenBytes", [] { return std::string("VERS\0\0\0", 7); }, "ends within an item"},
         DamageCase{"BytesBehindTheEnd", [] { return WholeKeybag() + "UU"; }, "ends within an item"},
         DamageCase{"ValueCutShort", [] { return WholeKeybag().substr(0, WholeKeybag().size() - 1); },
@@ -265,10 +265,10 @@ INSTANTIATE_TEST_SUITE_P(
         DamageCase{"WrapOfOneByte",
                    [] { return Head() + Item("UUID", kUuid) + Item("WRAP", std::string("\2")); },
                    "doesn't have 4 bytes"},
-        DamageCase{"NoSalt", [] { return Item("ITER", 1000); }, "how the password becomes a key"},
-        DamageCase{"EmptySalt", [] { return Head(""); }, "how the password becomes a key"},
-        DamageCase{"NoRounds", [] { return Item("SALT", kSalt); }, "how the password becomes a key"},
-        DamageCase{"ZeroRounds", [] { return Head(kSalt, 0); }, "how the password becomes a key"},
+        DamageCase{"NoSalt", [] { return Item("ITER", 1000); }, "parameters of the key derivation"},
+        DamageCase{"EmptySalt", [] { return Head(""); }, "parameters of the key derivation"},
+        DamageCase{"NoRounds", [] { return Item("SALT", kSalt); }, "parameters of the key derivation"},
+        DamageCase{"ZeroRounds", [] { return Head(kSalt, 0); }, "parameters of the key derivation"},
         DamageCase{"TooManyRounds", [] { return Head(kSalt, 0x80000000); }, "more than any device"},
         DamageCase{"TooManyFirstRounds",
                    [] { return Head() + Item("DPSL", kSalt) + Item("DPIC", 0xFFFFFFFF); },

@@ -69,12 +69,12 @@ TEST_F(DecryptToolFailure, NamesAManifestListThatItCanNotUse) {
   ExpectFailure(RunTool({m_folder.Path("nowhere"), Out(), kPassword}), "nowhere/Manifest.plist",
                 "No such file or directory");
   WriteFile(Backup() + "/Manifest.plist", "");
-  ExpectFailure(Check(kPassword), "Manifest.plist", "is no property list");
+  ExpectFailure(Check(kPassword), "Manifest.plist", "isn't a property list");
   WriteFile(Backup() + "/Manifest.plist", "some text of no use");
-  ExpectFailure(Check(kPassword), "Manifest.plist", "is no property list");
+  ExpectFailure(Check(kPassword), "Manifest.plist", "isn't a property list");
   WriteFile(Backup() + "/Manifest.plist",
             "<plist version=\"1.0\"><dict><key>IsEncrypted</key><true/></dict></plist>");
-  ExpectFailure(Check(kPassword), "Manifest.plist", "holds no keybag");
+  ExpectFailure(Check(kPassword), "Manifest.plist", "contains no keybag");
   WriteFile(Backup() + "/Manifest.plist",
             "<plist version=\"1.0\"><dict><key>IsEncrypted</key><true/><key>BackupKeyBag</key>"
             "<data>VkVSUwAAAAQ=</data></dict></plist>");
@@ -180,7 +180,7 @@ TEST_F(DecryptToolFailure, NamesAFolderThatIsMissing) {
   EXPECT_EQ(1, result.nExitStatus);
   ASSERT_THAT(result.err, SizeIs(known.files.size()));
   for (const std::string& strLine : result.err)
-    EXPECT_THAT(strLine, HasSubstr("can't be made: No such file or directory"));
+    EXPECT_THAT(strLine, HasSubstr("can't be created: No such file or directory"));
 }
 
 TEST_F(DecryptToolFailure, NamesFilesForWhichTheDiskIsTooFull) {
