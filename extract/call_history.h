@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// One call. nAnswered is the store's column "answered"; 0 is treated as an outgoing call.
+/// One call. nAnswered is the column ZANSWERED; 0 is treated as an outgoing call.
 struct __CALLHISTORY__ {
   int32_t nDeleted = 0;
   int32_t nAnswered = 0;

@@ -21,7 +21,7 @@ void writeText(PlistWriter& plist, const QString& key, const QString& value) {
 }  // namespace
 
 BackupBuilder::BackupBuilder(const QString& folder, Layout layout) : m_folder(folder), m_layout(layout) {
-  if (!QDir().mkpath(folder)) written_file::fail(folder, "the folder can't be made");
+  if (!QDir().mkpath(folder)) written_file::fail(folder, "the folder can't be created");
 }
 
 BackupBuilder::~BackupBuilder() = default;
@@ -111,7 +111,7 @@ QString BackupBuilder::makePlace(const QString& domain, const QString& relativeP
   const QString path = filePath(fileId(domain, relativePath));
   const QString parent = path.left(path.lastIndexOf('/'));
   if (!m_madeFolders.contains(parent)) {
-    if (!QDir().mkpath(parent)) written_file::fail(parent, "the folder can't be made");
+    if (!QDir().mkpath(parent)) written_file::fail(parent, "the folder can't be created");
     m_madeFolders.insert(parent);
   }
   return path;
