@@ -5,6 +5,7 @@
 #include <QPluginLoader>
 #include <QPointer>
 #include <QRegularExpression>
+#include <QTimer>
 #include <QVariant>
 
 #include "ui/chat_engine.h"
@@ -61,6 +62,7 @@ ChatView::~ChatView() = default;
 
 void ChatView::Clear() {
   m_nContent = 0;
+  m_nSent = 0;
   m_scripts.clear();
   if (m_bEnabled) m_scripts.push_back({Step::Enable, QString()});
   Add(Step::Clear);
@@ -83,15 +85,45 @@ bool ChatView::AddBubble(bool bReceived, const QString& qstrText) {
 
 void ChatView::Add(Step step, const QString& qstrText) {
   m_scripts.push_back({step, qstrText});
-  if (m_bPageLoaded) Run(m_scripts.back());
+  if (m_bPageLoaded) ScheduleSending();
 }
 
-void ChatView::Run(const Script& script) {
+QString ChatView::TextOf(const Script& script) {
   static constexpr const char* kScripts[] = {kClearScript, kEnableScript, kReceivedScript, kSentScript,
                                              kRemoveNamesScript};
-  QString qstrScript = kScripts[static_cast<int>(script.step)];
-  if (script.step == Step::Received || script.step == Step::Sent)
-    qstrScript = qstrScript.arg(script.qstrText);
+  const QString qstrScript = kScripts[static_cast<int>(script.step)];
+  return script.step == Step::Received || script.step == Step::Sent ? qstrScript.arg(script.qstrText)
+                                                                    : qstrScript;
+}
+
+/// True for a script that may not even be one: a text with an escape that is none.
+bool ChatView::MayFail(const Script& script) {
+  return script.qstrText.contains('\\');
+}
+
+void ChatView::ScheduleSending() {
+  if (m_bSendingScheduled) return;
+  m_bSendingScheduled = true;
+  QTimer::singleShot(0, this, &ChatView::Send);
+}
+
+void ChatView::Send() {
+  // A call costs as much as some hundred bubbles. One that fails ends alone.
+  constexpr qsizetype kMostOfACall = 256 * 1024;
+  m_bSendingScheduled = false;
+  while (m_nSent < m_scripts.size()) {
+    if (MayFail(m_scripts[m_nSent])) {
+      Run(TextOf(m_scripts[m_nSent++]));
+      continue;
+    }
+    QString qstrCall;
+    while (m_nSent < m_scripts.size() && qstrCall.size() < kMostOfACall && !MayFail(m_scripts[m_nSent]))
+      qstrCall += "try{" + TextOf(m_scripts[m_nSent++]) + "}catch(e){}\n";
+    Run(qstrCall);
+  }
+}
+
+void ChatView::Run(const QString& qstrScript) {
   ++m_nRunning;
   m_pEngine->Run(qstrScript, [pThis = QPointer<ChatView>(this)](const QVariant&) {
     if (pThis) --pThis->m_nRunning;
@@ -107,7 +139,7 @@ void ChatView::StartEngine() {
   m_pEngine->Load(m_qstrPage, [pThis = QPointer<ChatView>(this)] {
     if (!pThis) return;
     pThis->m_bPageLoaded = true;
-    for (const Script& script : pThis->m_scripts) pThis->Run(script);
+    pThis->Send();
   });
 }
 

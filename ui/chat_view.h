@@ -30,7 +30,7 @@ class ChatView : public QWidget {
   /// Null until the view is first shown, and where no engine can run.
   ChatEngine* Engine() const { return m_pEngine; }
   /// True when all scripts so far have run.
-  bool IsLoaded() const { return m_bPageLoaded && m_nRunning == 0; }
+  bool IsLoaded() const { return m_bPageLoaded && m_nSent == m_scripts.size() && m_nRunning == 0; }
 
   /// What a view holds at the most, in characters and kBubbleCost for each bubble. A chat's bubbles repeat
   /// all texts before their own, so that a long one would take memory and time without an end.
@@ -53,7 +53,11 @@ class ChatView : public QWidget {
   };
 
   void Add(Step step, const QString& qstrText = QString());
-  void Run(const Script& script);
+  static QString TextOf(const Script& script);
+  static bool MayFail(const Script& script);
+  void ScheduleSending();
+  void Send();
+  void Run(const QString& qstrScript);
   void StartEngine();
 
   const QString m_qstrPage;
@@ -62,5 +66,7 @@ class ChatView : public QWidget {
   bool m_bEnabled = false;  // outlasts a clearing
   ChatEngine* m_pEngine = nullptr;
   bool m_bPageLoaded = false;
-  int m_nRunning = 0;  // scripts that the engine has yet to finish
+  bool m_bSendingScheduled = false;
+  size_t m_nSent = 0;  // of m_scripts
+  int m_nRunning = 0;  // calls that the engine has yet to finish
 };

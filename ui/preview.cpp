@@ -54,7 +54,8 @@ QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
   Result<OpenedFile> opened = OpenBackupFile(ToNarrow(qstrPath));
   QFile file;
   if (!opened || !file.open(opened->descriptor.Release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
-    return QPixmap();  // also the empty path of a row that has no record
+    return QPixmap();                   // also the empty path of a row that has no record
+  QImageReader::setAllocationLimit(0);  // the limits above hold
   QImageReader reader(&file);
   reader.setDecideFormatFromContent(true);
   if (!reader.canRead()) return QPixmap();

@@ -28,10 +28,13 @@ class ChatCost : public ChatHostileTest, public testing::WithParamInterface<Cost
 TEST_P(ChatCost, OfMarkupIsBounded) {
   const Deadline deadline(kMostSeconds);
 
-  ShowHostile(GetParam().strText);
+  SelectHostile(GetParam().strText);
 
-  ExpectGoesOn();
-  ExpectNothingHappened();
+  EXPECT_EQ(nullptr, Messages()->Engine());
+  EXPECT_EQ(nullptr, Chats()->Engine());
+  Records().m_mapWhatsApp.clear();
+  Table("m_pMessageTable")->selectRow(1);
+  EXPECT_EQ(std::vector<std::string>({Sent("Me<br>normal")}), BubblesOf(Messages()));
 }
 
 /// Drawings that name one another, ten times at each of some levels.

@@ -60,18 +60,24 @@ std::string ChatHostileTest::Filled(std::string strText) const {
       .toStdString();
 }
 
-void ChatHostileTest::ShowHostile(const std::string& strText) {
+void ChatHostileTest::SelectHostile(const std::string& strText) {
   OpenDataScreen();
   m_windows.Forget();
   Records().m_mapMessage = {{1, {Message(0, Filled(strText))}}, {2, {Message(1, "normal")}}};
   Records().m_mapWhatsApp = {{1, {ChatMessage(0, Filled(strText))}}, {2, {ChatMessage(1, "normal")}}};
   SelectNode(4);
-  EXPECT_EQ(nullptr, Messages()->Engine()) << "a stranger's text reaches no engine";
-  EngineOf(Messages());
   SelectNode(9);
-  EXPECT_EQ(nullptr, Chats()->Engine());
-  EngineOf(Chats());
   SelectNode(4);  // the chat has emptied the view of messages
+  EXPECT_EQ(nullptr, Messages()->Engine()) << "a stranger's text reaches no engine";
+  EXPECT_EQ(nullptr, Chats()->Engine());
+}
+
+void ChatHostileTest::ShowHostile(const std::string& strText) {
+  SelectHostile(strText);
+  EngineOf(Messages());
+  EngineOf(Chats());
+  SelectNode(9);
+  SelectNode(4);  // now into the running engines
   ServeEngine(Messages());
   ServeEngine(Chats());
 }
@@ -99,6 +105,7 @@ void ChatHostileTest::ClickGo(ChatView* pView) {
   QTest::mouseClick(pPage, Qt::LeftButton, Qt::NoModifier, place);
   ServeEngine(pView);
   pView->setVisible(false);
+  SelectNode(4);
 }
 
 void ChatHostileTest::ExpectGoesOn() {

@@ -41,7 +41,9 @@ class ChatHostileTest : public PreviewTest {
 
   /// A text with the addresses of the test in place of HTTP, WS and FILE.
   std::string Filled(std::string strText) const;
-  /// Shows a text as a message and, if asked, as a chat, in a fresh window.
+  /// Selects a text as a message and as a chat, in a fresh window. As ever, no view is shown.
+  void SelectHostile(const std::string& strText);
+  /// The same, with the views' engines started.
   void ShowHostile(const std::string& strText);
   /// Clicks on the element "go" of a view. Hidden as it is, it takes the events.
   void ClickGo(ChatView* pView);

@@ -163,7 +163,7 @@ const std::vector<LargePicture> kLargePictures = {
     {"JpegHeadProgressive", [] { return JpegHead(20000, 20000, true); }, true, false},
     {"JpegHeadLargest", [] { return JpegHead(65500, 65500, false); }, true, false},
     {"PngHead", [] { return Png(20000, 20000, 8, 6, false, false); }, true, false},
-    {"PngHeadLargest", [] { return Png(2147483647, 2147483647, 16, 6, false, false); }, true, true},
+    {"PngHeadLargest", [] { return Png(2147483647, 2147483647, 16, 6, false, false); }, true, false},
     {"GifHead", [] { return GifHead(20000, 20000); }, true, false},
     {"GifHeadOfThePictureAlone", [] { return GifHead(0, 20000); }, true, false},
     {"BmpHead", [] { return BmpHead(20000, 20000); }, true, false},
