@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <QFileDialog>
-#include <QSemaphore>
 #include <algorithm>
 #include <atomic>
 #include <memory>
@@ -23,8 +22,6 @@
 
 namespace {
 
-constexpr int kPollStep = 50;  // milliseconds
-
 /// Where decrypted files go. The double slash in it is wanted: the tool gets the path as it stands.
 QString DecryptedFolder() {
   return FromNarrow(WorkFolder() + "/" + kDecryptFolderName);
@@ -35,7 +32,6 @@ QString DecryptedFolder() {
 struct ToolRun {
   std::atomic<bool> bKill{false};  ///< set by the main thread: a line calls for it
   std::atomic<bool> bOver{false};  ///< set by the worker: further lines mean nothing
-  QSemaphore allServed;            ///< released by the main thread behind the last line
 };
 
 }  // namespace
@@ -130,7 +126,7 @@ void DRUI::DropDecryptProcess() {
 }
 
 QString DRUI::DecryptBackup() {
-  m_handOver.Run([this] { DropDecryptProcess(); });
+  m_task.RunOnMainThread([this] { DropDecryptProcess(); });
   m_nDecryptStatus = kStatusOk;
   const QString qstrFolder = DecryptedFolder();
   std::vector<std::string> old;
@@ -153,10 +149,7 @@ QString DRUI::DecryptBackup() {
                       m_strBackupPassword);
   tool.Wait([&] { return pRun->bKill.load(); });
   // Lines that still stand in the queue come first, unless a cancel keeps the main thread from serving it.
-  QMetaObject::invokeMethod(
-      this, [pRun] { pRun->allServed.release(); }, Qt::QueuedConnection);
-  while (!pRun->allServed.tryAcquire(1, kPollStep) && !m_bCancelScan) {
-  }
+  m_task.CatchUp();
   pRun->bOver = true;
   return qstrFolder;
 }

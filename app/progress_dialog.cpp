@@ -9,7 +9,6 @@
 #include <atomic>
 
 #include "app/dialog_parts.h"
-#include "common/file.h"
 #include "ui/busy_cursor.h"
 #include "ui/drag.h"
 #include "ui/message_box.h"
@@ -20,9 +19,7 @@ namespace {
 
 constexpr int kWidth = 500;
 constexpr int kHeight = 250;
-constexpr unsigned int kWaitStep = 100;  // milliseconds
-constexpr unsigned int kFlagWaitStep = 1;
-constexpr int kFlagWaits = 1000;
+constexpr int kMomentForFlag = 1000;  // milliseconds
 constexpr char kWaitText[] = "Scanning takes a while, please wait...";
 constexpr char kFinished[] = "Finished";
 
@@ -162,9 +159,8 @@ void SCANUI::RecoveryCallBackSlot(int nProgress, int nPercent, int nErrorCode, Q
   }
   // The worker sets the flag itself right after its last report, so that with it the flag means that all is
   // done. This slot may be quicker than the worker: it waits for it a moment.
-  for (int i = 0; nPercent == 1000 && !m_pWindow->m_bCancelRecovery && i < kFlagWaits; ++i)
-    rsb_msleep(kFlagWaitStep);
-  if (m_pWindow->m_bCancelRecovery && nPercent == 1000) {
+  if (nPercent == 1000 &&
+      m_pWindow->GetTask().ServeUntil(m_pWindow->m_bCancelRecovery, QDeadlineTimer(kMomentForFlag))) {
     m_bIsFinished = true;
     if (m_pCancelButton) m_pCancelButton->setText(kFinished);
   }
@@ -204,8 +200,7 @@ void SCANUI::WaitForWorker() {
   const BusyCursor cursor;
   m_pWindow->repaint();  // the question would stay on the screen
   repaint();
-  const std::atomic<bool>& bFinished = m_pWindow->*KindOf(m_nOprType).pFinished;
-  while (!bFinished) m_pWindow->GetHandOver().ServeFor(kWaitStep);
+  m_pWindow->GetTask().ServeUntil(m_pWindow->*KindOf(m_nOprType).pFinished);
 }
 
 void SCANUI::closeEvent(QCloseEvent* pEvent) {
@@ -217,7 +212,7 @@ void SCANUI::closeEvent(QCloseEvent* pEvent) {
     pEvent->setAccepted(m_bIsFinished && m_nOprType != kRecovery);
     return;
   }
-  m_pWindow->*KindOf(m_nOprType).pCancel = true;
+  m_pWindow->GetTask().Raise(m_pWindow->*KindOf(m_nOprType).pCancel);
   WaitForWorker();
   m_progressBar->setValue(0);
   pEvent->accept();

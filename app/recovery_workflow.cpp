@@ -35,15 +35,16 @@ void DRUI::RunRecovery() {
   CMyThread thread;
   thread.SetFunc(&DRUI::_RecoveryProcess, this);
   thread.setStackSize(m_nWorkerStackSize);
-  if (!thread.Begin()) return ShowInformation(kNoWorker);
+  if (!m_task.Start(thread)) return ShowInformation(kNoWorker);
   dialog.exec();
   // The dialog closes when the worker is done; its last steps need no more than a moment.
-  while (!thread.wait(0) || !thread.HasEnded()) m_handOver.ServeFor(1);
+  m_task.End();
 }
 
 void DRUI::_RecoveryProcess(void* pWindow, int&) {
   auto* pSelf = static_cast<DRUI*>(pWindow);
   pSelf->m_bCancelRecovery = false;
+  pSelf->m_task.Begun();
   pSelf->RecoveryProcess();
 }
 
@@ -64,7 +65,7 @@ void DRUI::RecoveryProcess() {
   RecoverFiles();
   RecoverDocuments(recovery);
   RecoveryCallBack(kEndProgress, kEndPercent, 0, u"");
-  m_bCancelRecovery = true;  // also the mark that the recovery has ended
+  m_task.Raise(m_bCancelRecovery);  // also the mark that the recovery has ended
 }
 
 void DRUI::RecoverFiles() {
@@ -109,7 +110,7 @@ void DRUI::RecoverFiles() {
 
 std::vector<QVariant> DRUI::HiddenData(const QTableWidget* pTable, const SelectionMap& rows) {
   std::vector<QVariant> hidden;
-  m_handOver.Run([&] {
+  m_task.RunOnMainThread([&] {
     for (const auto& [nRow, nValue] : rows) {
       const QTableWidgetItem* pItem = pTable->item(static_cast<int>(nRow), 0);
       hidden.push_back(pItem ? pItem->data(Qt::UserRole) : QVariant());

@@ -39,12 +39,11 @@ void DRUI::btnSlotScan() {
   CMyThread thread;
   thread.SetFunc(&DRUI::_ScanProcess, this);
   thread.setStackSize(m_nWorkerStackSize);
-  if (!thread.Begin()) {
+  // It returns once the flags of the scan before are cleared, so that a cancel meets those of this scan.
+  if (!m_task.Start(thread)) {
     m_pScreenStack->setCurrentWidget(m_pHomeScreen);
     return ShowInformation(kNoWorker);
   }
-  // A cancel may only meet flags of this scan: those of the one before say that it has finished.
-  m_scanBegun.acquire();
   SCANUI dialog;
   dialog.InitSlot(this, SCANUI::kScan);
   dialog.move(x() + width() / 4, y() + height() / 4);
@@ -52,7 +51,7 @@ void DRUI::btnSlotScan() {
   dialog.exec();
   thread.exit(0);
   // The worker's last act was the signal that closed the dialog; it ends in a moment.
-  while (!thread.wait(0) || !thread.HasEnded()) m_handOver.ServeFor(1);
+  m_task.End();
   RefreshSelectFileInfo();
 }
 
@@ -68,18 +67,14 @@ int DRUI::ScanCallBack(void* pWindow, int nProgress) {
 int DRUI::ScanCallBack(int nProgress) {
   if (m_bCancelScan.load(std::memory_order_relaxed)) return kStatusStopped;
   // A walk reports for each of a million entries; the dialog hears of each value once.
-  if (nProgress != m_nLastScanProgress) {
-    m_nLastScanProgress = nProgress;
-    emit ScanProcessCallBack(nProgress);
-  }
+  if (m_task.IsNewProgress(nProgress)) emit ScanProcessCallBack(nProgress);
   return kStatusOk;
 }
 
 int DRUI::Scan(const char16_t*, int&) {
   m_bCancelScan = false;
   m_bScanFinished = false;
-  m_nLastScanProgress = -1;
-  m_scanBegun.release();
+  m_task.Begun();
   int nStatus = kStatusStopWalk;
   SetStopFlag(&m_bCancelScan);  // so that a cancel ends the reading of a store too
   try {
@@ -90,8 +85,8 @@ int DRUI::Scan(const char16_t*, int&) {
   SetStopFlag(nullptr);
   // The dialog may not be there yet when a scan ends at once; a step on the main thread is served by it
   // alone.
-  m_handOver.Run([] {});
-  m_bScanFinished = true;
+  m_task.CatchUp();
+  m_task.Raise(m_bScanFinished);
   if (!m_bCancelScan) emit ScanProcessCallBack(kComplete);
   return nStatus;
 }
@@ -110,7 +105,9 @@ int DRUI::RunScan() {
     if (m_nDecryptStatus != kStatusOk) return std::nullopt;
     return qstrFolder;
   };
-  steps.afterCategory = [this](const Category& category) { m_handOver.Run([&] { ShowCategory(category); }); };
+  steps.afterCategory = [this](const Category& category) {
+    m_task.RunOnMainThread([&] { ShowCategory(category); });
+  };
   return ScanBackup(m_curBackupInfo, m_backupFile, m_pRecoveryParse, m_records, steps);
 }
 

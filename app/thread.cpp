@@ -5,13 +5,7 @@ void CMyThread::SetFunc(Function pfnFunction, void* pContext) {
   m_pContext = pContext;
 }
 
-bool CMyThread::Begin() {
-  start(QThread::InheritPriority);
-  return isRunning() || isFinished();
-}
-
 void CMyThread::run() {
   int nResult = 0;
   if (m_pfnFunction) m_pfnFunction(m_pContext, nResult);
-  m_bEnded = true;
 }

@@ -1,6 +1,5 @@
 #pragma once
 #include <QThread>
-#include <atomic>
 
 /// What the user reads when a worker can't be started.
 constexpr char kNoWorker[] =
@@ -13,15 +12,8 @@ class CMyThread : public QThread {
  public:
   using Function = void (*)(void* pContext, int& nResult);
 
-  /// What to run. Comes before Begin.
+  /// What to run. Comes before the start.
   void SetFunc(Function pfnFunction, void* pContext);
-
-  /// Starts the thread with the priority of the one that calls. @return false when the system refuses another
-  /// thread; the function then never runs.
-  bool Begin();
-
-  /// True once the function has returned; what it did is visible to who sees that.
-  bool HasEnded() const { return m_bEnded; }
 
  signals:
   void ProcessCallBack(int nProgress);  ///< nothing emits it
@@ -32,5 +24,4 @@ class CMyThread : public QThread {
  private:
   Function m_pfnFunction = nullptr;
   void* m_pContext = nullptr;
-  std::atomic<bool> m_bEnded{false};
 };

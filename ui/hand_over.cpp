@@ -19,9 +19,23 @@ void HandOver::Run(const std::function<void()>& step) {
 void HandOver::ServeFor(unsigned int nMilliseconds) {
   {
     std::unique_lock<std::mutex> lock(m_mutex);
-    m_changed.wait_for(lock, std::chrono::milliseconds(nMilliseconds), [this] { return m_pStep != nullptr; });
+    m_changed.wait_for(lock, std::chrono::milliseconds(nMilliseconds),
+                       [this] { return m_pStep != nullptr || m_bWoken; });
+    m_bWoken = false;
   }
   Serve();
+}
+
+void HandOver::SleepFor(unsigned int nMilliseconds) {
+  std::unique_lock<std::mutex> lock(m_mutex);
+  m_changed.wait_for(lock, std::chrono::milliseconds(nMilliseconds), [this] { return m_bWoken; });
+  m_bWoken = false;
+}
+
+void HandOver::Wake() {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  m_bWoken = true;
+  m_changed.notify_all();
 }
 
 void HandOver::ServePending(int nStep) {

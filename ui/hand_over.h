@@ -16,8 +16,14 @@ class HandOver : public QObject {
   /// One worker at a time.
   void Run(const std::function<void()>& step);
 
-  /// Main thread: waits for a step for at most so long, and runs it if one comes.
+  /// Main thread: waits for a step or a Wake for at most so long, and runs the step if there is one.
   void ServeFor(unsigned int nMilliseconds);
+
+  /// Main thread: waits for a Wake for at most so long.
+  void SleepFor(unsigned int nMilliseconds);
+
+  /// Ends the wait that the main thread is in, or its next one. From any thread.
+  void Wake();
 
  private:
   /// Runs the step that waits, if it is still this one. The event of a step that was served early stays in
@@ -29,4 +35,5 @@ class HandOver : public QObject {
   std::condition_variable m_changed;
   const std::function<void()>* m_pStep = nullptr;  // of the worker that waits; null when there is none
   int m_nStep = 0;                                 // its number
+  bool m_bWoken = false;                           // no wait has seen the last Wake yet
 };

@@ -3,7 +3,6 @@
 #include <QMainWindow>
 #include <QProcess>
 #include <QPushButton>
-#include <QSemaphore>
 #include <QStackedLayout>
 #include <QTableWidget>
 #include <QTreeWidget>
@@ -17,7 +16,7 @@
 #include "backup/parser.h"
 #include "backup/records.h"
 #include "backup/session.h"
-#include "ui/hand_over.h"
+#include "ui/background_task.h"
 #include "ui_drui.h"
 
 class QAction;
@@ -55,8 +54,8 @@ class DRUI : public QMainWindow {
   /// primary one needn't begin at (0, 0).
   void MoveToMiddleOf(const QRect& desktop);
 
-  /// The worker's steps on widgets.
-  HandOver& GetHandOver() { return m_handOver; }
+  /// The worker of a scan or of a recovery.
+  BackgroundTask& GetTask() { return m_task; }
 
   std::atomic<bool> m_bCancelScan{false};    ///< the user has confirmed a cancel; read by the worker
   std::atomic<bool> m_bScanFinished{false};  ///< set by the worker at its end
@@ -246,7 +245,7 @@ class DRUI : public QMainWindow {
   std::vector<QVariant> HiddenData(const QTableWidget* pTable, const SelectionMap& rows);
 
   Ui_DRUIClass m_ui;
-  HandOver m_handOver;
+  BackgroundTask m_task;
   std::unique_ptr<QProcess> m_pDecryptProcess;  // of the check; that of a scan belongs to the worker
   QString m_strScanDir;
   QString m_strSelectDir;
@@ -256,9 +255,7 @@ class DRUI : public QMainWindow {
   /// Makes the parser of a scan, null where there is none. Tests put one of their own in its place.
   std::function<std::unique_ptr<IPhoneRecoveryParse>(CIphoneBackupFile&)> m_makeParser = &DRUI::MakeParser;
   BackupRecords m_records;
-  uint m_nWorkerStackSize = 0;   // bytes, 0 for the system's default; tests ask for what it refuses
-  QSemaphore m_scanBegun;        // released by the worker once it has cleared the flags of the scan before
-  int m_nLastScanProgress = -1;  // of the worker: the value that it reported last
+  uint m_nWorkerStackSize = 0;           // bytes, 0 for the system's default; tests ask for what it refuses
   std::atomic<int> m_nDecryptStatus{0};  // 0, or -110 once the tool has refused the password
   qint64 m_nTotalFileCount = 0;  // entries of the backup's folder; 0 for one that was picked from the list
   QString m_strBackupPassword;

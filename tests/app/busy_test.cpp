@@ -135,7 +135,7 @@ TEST_F(BusyWait, PaintsTheQuestionAwayAndShowsTheWaitCursorWhileTheWorkerEnds) {
   std::thread worker([&] {
     while (!Window().m_bCancelScan) std::this_thread::yield();
     // Served while the main thread blocks, and by nothing else: no event loop runs here.
-    Window().GetHandOver().Run([&] {
+    Window().GetTask().RunOnMainThread([&] {
       bPainted = watch.HasSeen("SCANUI") && watch.HasSeen("DRUI");
       during = CursorOverAll();
     });

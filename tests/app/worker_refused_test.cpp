@@ -2,6 +2,7 @@
 #include "app/thread.h"
 #include "tests/app/recovery_fixture.h"
 #include "tests/cli/small_backup.h"
+#include "ui/background_task.h"
 
 namespace {
 
@@ -16,13 +17,14 @@ void CloseBox(ModalSteps& steps, std::string& strText) {
 }
 
 TEST(RefusedThread, IsNotTakenForAStartedOne) {
+  BackgroundTask task;
   CMyThread thread;
   thread.setStackSize(1);
   ExpectQtWarning(kWarning);
 
-  const bool bRefused = !thread.Begin();
+  const bool bRefused = !task.Start(thread);
   thread.setStackSize(0);
-  const bool bStarted = thread.Begin();
+  const bool bStarted = task.Start(thread);
 
   EXPECT_TRUE(bRefused);
   EXPECT_TRUE(bStarted);
@@ -31,9 +33,10 @@ TEST(RefusedThread, IsNotTakenForAStartedOne) {
 
 TEST(RefusedThread, OneThatEndsAtOnceCountsAsStarted) {
   for (int i = 0; i < 1000; ++i) {
+    BackgroundTask task;
     CMyThread thread;
 
-    EXPECT_TRUE(thread.Begin());
+    EXPECT_TRUE(task.Start(thread));
 
     EXPECT_TRUE(thread.wait(30000));
   }
