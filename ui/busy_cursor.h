@@ -1,8 +1,8 @@
 #pragma once
 #include <QGuiApplication>
 
-/// Shows the wait cursor over all windows while the object lives: while the main thread blocks and takes no
-/// events. Main thread only.
+/// Shows the wait cursor over all windows during the object's lifetime, while the main thread is blocked.
+/// Main thread only.
 class BusyCursor {
  public:
   BusyCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }

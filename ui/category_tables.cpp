@@ -37,7 +37,7 @@ std::vector<TableSpec::Column> AppColumns() {
 
 }  // namespace
 
-// The words of the headers are the system's own: "Data" and "Photo" stand where one might expect others.
+// The header texts are deliberate, including "Data" and "Photo" in unexpected columns.
 
 TableSpec TableSpec::CameraRoll() {
   TableSpec spec;
@@ -326,7 +326,7 @@ QTableWidget* DRUI::CreateTable(const TableSpec& spec) {
   pTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft);
   pTable->horizontalHeader()->setStretchLastSection(true);
   pTable->verticalHeader()->setVisible(false);
-  // All rows have one height, so that a hundred thousand of them need no layout each.
+  // A fixed row height avoids a layout per row in tables of 100,000 rows.
   pTable->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   pTable->verticalHeader()->setMinimumSectionSize(kRowHeight);
   pTable->verticalHeader()->setDefaultSectionSize(kRowHeight);

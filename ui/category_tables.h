@@ -8,37 +8,37 @@
 
 class RowWriter;
 
-/// Puts the rows of a category into its table.
+/// Fills the table of a category.
 using TableFiller = void (*)(RowWriter& writer, const BackupRecords& records);
 
-/// What shows the row in hand: a picture above the table, or a text or a chat beside it that stays out of
-/// sight.
+/// The preview of the current row: a picture above the table, or a hidden text or chat beside it.
 struct TablePreview {
-  const char* pszName = nullptr;  ///< object name; null where a table has none
+  const char* pszName = nullptr;  ///< object name; null if the table has no preview
   void (DRUI::*pfnShow)(const TablePreview& preview, const QVariant& hidden) = nullptr;
-  QLabel* DRUI::*pLabel = nullptr;   ///< of a picture or a text
-  ChatView* DRUI::*pView = nullptr;  ///< of a chat
-  QSize labelSize;                   ///< fixed for a picture, the least for a text
-  QSize pictureSize;                 ///< wide pictures are scaled into it; empty for a text
-  /// Of a picture its path, of a text all that it says. Hidden data of another kind gives an empty record's.
+  QLabel* DRUI::*pLabel = nullptr;   ///< for a picture or a text
+  ChatView* DRUI::*pView = nullptr;  ///< for a chat
+  QSize labelSize;                   ///< fixed size of a picture, minimum size of a text
+  QSize pictureSize;                 ///< bounds that wide pictures are scaled to; empty for a text
+  /// Returns the path of a picture, or the whole text. Hidden data of another type is treated as an empty
+  /// record.
   QString (*pfnContent)(const QVariant& hidden) = nullptr;
   QLabel* DRUI::*pCaption = nullptr;  ///< an empty label above the picture
 
   bool IsPicture() const { return !pictureSize.isEmpty(); }
 };
 
-/// All that the tables of the data screen differ by. There is one for each category and one for the table
-/// that lists the files of a single app.
+/// Everything that differs between the tables of the data screen: one for each category, and one for the
+/// file list of a single app.
 struct TableSpec {
   struct Column {
     const char* pszTitle;
     int nWidth;
   };
-  static constexpr int kAppFiles = kCategoryCount;  ///< number of the list of an app's files
+  static constexpr int kAppFiles = kCategoryCount;  ///< number of the file list of an app
 
-  int nNumber = 0;                    ///< of the category, or kAppFiles
-  const char* pszNodeIcon = nullptr;  ///< of the node in the tree; null for the list of an app's files
-  const char* pszRowIcon = nullptr;   ///< of the rows of records that aren't deleted; null for none
+  int nNumber = 0;                    ///< category number, or kAppFiles
+  const char* pszNodeIcon = nullptr;  ///< icon of the tree node; null for an app's file list
+  const char* pszRowIcon = nullptr;   ///< icon of rows whose record isn't deleted; null for none
   const char* pszName = nullptr;      ///< object name of the table
   const char* pszPageName = nullptr;  ///< object name of the page
   QTableWidget* DRUI::*pTable = nullptr;
@@ -47,13 +47,13 @@ struct TableSpec {
   QSize minimumSize;
   void (DRUI::*pfnPress)(int nRow, int nColumn) = nullptr;
   void (DRUI::*pfnSelect)() = nullptr;
-  TableFiller pfnFill = nullptr;  ///< null for the list of an app's files
+  TableFiller pfnFill = nullptr;  ///< null for an app's file list
   TablePreview preview;
   SelectionMap DRUI::*pSelection = nullptr;  ///< null for the app tables
-  /// Bytes of a record; null where ticks hold the row instead.
+  /// Returns a record's size in bytes; null if the selection stores the row number instead.
   U32 (*pfnSize)(const QVariant& hidden) = nullptr;
-  AppSelectionMap DRUI::*pAppSelection = nullptr;                 ///< of the app tables
-  void (DRUI::*pfnDoubleClick)(int nRow, int nColumn) = nullptr;  ///< of the app tables
+  AppSelectionMap DRUI::*pAppSelection = nullptr;                 ///< set for the app tables
+  void (DRUI::*pfnDoubleClick)(int nRow, int nColumn) = nullptr;  ///< set for the app tables
 
   bool IsAppTable() const { return pAppSelection != nullptr; }
 

@@ -1,4 +1,4 @@
-// The category tree, and the one routine that ties a node to its table.
+// The category tree, and the link between a node and its table.
 
 #include <cstring>
 
@@ -9,10 +9,10 @@
 
 namespace {
 
-/// The category whose name stands in a label; null when there is none.
+/// Returns the category whose name a label contains; null if none.
 const Category* CategoryOfLabel(const QString& qstrLabel) {
   const std::string strLabel = ToNarrow(qstrLabel);
-  // "Message(" and "WhatsApp(" aren't parts of the longer labels, so that the first hit is the right one.
+  // "Message(" and "WhatsApp(" aren't substrings of the longer labels, so the first match is the right one.
   for (const Category& category : Categories()) {
     if (strLabel.find(std::string(category.pszLabel) + "(") != std::string::npos) return &category;
   }
@@ -47,10 +47,10 @@ void DRUI::UpdateTreeInfo(QTreeWidgetItem* pItem, int, bool bNoShow) {
   const Category* pCategory = CategoryOfLabel(pItem->text(0));
   if (!pCategory) return;
   const TableSpec& spec = TableSpec::Of(pCategory->nNumber);
-  // The app tables leave the number as it is: their rows have no preview of their own.
+  // App tables don't change the number, because their rows have no preview.
   if (!spec.IsAppTable()) m_nCurrentCategory = spec.nNumber;
   QTableWidget* pTable = this->*spec.pTable;
-  if (pTable->rowCount() == 0) FillTable(spec);  // once for each data screen, so that ticks survive
+  if (pTable->rowCount() == 0) FillTable(spec);  // only once per data screen, to preserve ticks
   if (!bNoShow) {
     m_pPageStack->setCurrentWidget(pTable->parentWidget());
     if (!spec.IsAppTable() && pTable->rowCount() > 0) tableItemClick(pTable->item(0, 0));
@@ -68,7 +68,7 @@ void DRUI::treeItemSelectChanged() {
 }
 
 void DRUI::treeItemClick(QTreeWidgetItem* pItem, int) {
-  // A click on the box of the node that is selected already changes no selection.
+  // Clicking the check box of the current node doesn't change the selection.
   if (pItem == m_pCurrentTreeItem) treeItemSelectChanged();
   m_pCategoryTree->setCurrentItem(pItem);
   RefreshSelectFileInfo();

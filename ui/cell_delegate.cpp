@@ -8,12 +8,12 @@ namespace {
 
 constexpr QChar kEllipsis(0x2026);
 
-/// The first units of a text, without half of a surrogate pair.
+/// The first nUnits UTF-16 units of a text, without splitting a surrogate pair.
 QString Beginning(const QString& qstrText, int nUnits) {
   return qstrText.left(qstrText[nUnits - 1].isHighSurrogate() ? nUnits - 1 : nUnits);
 }
 
-/// The last units of a text, without half of a surrogate pair.
+/// The last nUnits UTF-16 units of a text, without splitting a surrogate pair.
 QString End(const QString& qstrText, int nUnits) {
   return qstrText.right(qstrText[qstrText.size() - nUnits].isLowSurrogate() ? nUnits - 1 : nUnits);
 }
@@ -41,7 +41,7 @@ QString CellDelegate::displayText(const QVariant& value, const QLocale& locale) 
 bool CellDelegate::helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView, const QStyleOptionViewItem& option,
                              const QModelIndex& index) {
   if (pEvent->type() != QEvent::ToolTip) return QStyledItemDelegate::helpEvent(pEvent, pView, option, index);
-  // Left to itself a tool tip takes a stranger's text with markup for a page.
+  // Escaped, because QToolTip would interpret markup in untrusted text.
   const QString qstrText = Painted(index.data(Qt::ToolTipRole).toString());
   const QString qstrPage = qstrText.isEmpty() ? QString() : "<span>" + qstrText.toHtmlEscaped() + "</span>";
   QToolTip::showText(pEvent->globalPos(), qstrPage, pView, pView->visualRect(index));

@@ -147,13 +147,13 @@ bool ChatView::StaysInString(const QString& qstrText) {
   for (qsizetype i = 0; i < qstrText.size(); ++i) {
     switch (qstrText[i].unicode()) {
       case '\\':
-        // With what it escapes; a line break of two characters is one.
+        // Skip the escaped character; CR LF counts as one.
         i += QStringView(qstrText).mid(i + 1, 2) == QLatin1String("\r\n") ? 2 : 1;
         break;
       case '"':
       case '\n':
       case '\r':
-      case 0x2028:  // the separators of lines and paragraphs end a string as well
+      case 0x2028:  // line and paragraph separators also end a string
       case 0x2029:
         return false;
       default:

@@ -22,23 +22,23 @@ class ChatView : public QWidget {
   void Clear();
   /// Removes the attribute "disabled" from the page.
   void Enable();
-  /// Adds a bubble below the others. Its text goes in as it stands, markup and all; one that would end the
-  /// script's string, with a double quote or a line break, gives no bubble.
-  /// @return false when the view is full: it takes no more until it is cleared.
+  /// Appends a bubble. The text is inserted verbatim, including markup; text that would end the script's
+  /// string literal (a double quote or a line break) adds no bubble.
+  /// @return false if the view is full; it then rejects further bubbles until it is cleared.
   bool AddBubble(bool bReceived, const QString& qstrText);
 
-  /// Null until the view is first shown, and where no engine can run.
+  /// Null until the view is first shown, or if no engine can run.
   ChatEngine* Engine() const { return m_pEngine; }
   /// True when all scripts so far have run.
   bool IsLoaded() const { return m_bPageLoaded && m_nSent == m_scripts.size() && m_nRunning == 0; }
 
-  /// What a view holds at the most, in characters and kBubbleCost for each bubble. A chat's bubbles repeat
-  /// all texts before their own, so that a long one would take memory and time without an end.
+  /// Capacity of a view, in characters plus kBubbleCost for each bubble. Each bubble of a chat repeats all
+  /// preceding texts, so memory and time would otherwise grow quadratically.
   static constexpr qint64 kMostContent = 32LL * 1024 * 1024;
   static constexpr qint64 kBubbleCost = 1000;
-  static constexpr qint64 kNamesCost = 50000;  ///< of a bubble whose elements may have names, on top
+  static constexpr qint64 kNamesCost = 50000;  ///< extra cost of a bubble that may contain named elements
 
-  /// True when a text can be placed between double quotes in a script without ending the string.
+  /// True if a text can be placed between double quotes in a script without ending the string literal.
   static bool StaysInString(const QString& qstrText);
 
  protected:
@@ -61,9 +61,9 @@ class ChatView : public QWidget {
   void StartEngine();
 
   const QString m_qstrPage;
-  std::vector<Script> m_scripts;  // since the last clearing; kept, since an engine may be made later
+  std::vector<Script> m_scripts;  // since the last Clear; kept for an engine created later
   qint64 m_nContent = 0;
-  bool m_bEnabled = false;  // outlasts a clearing
+  bool m_bEnabled = false;  // not reset when cleared
   ChatEngine* m_pEngine = nullptr;
   bool m_bPageLoaded = false;
   bool m_bSendingScheduled = false;

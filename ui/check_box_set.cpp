@@ -1,4 +1,5 @@
-// Six check boxes, one for all of them, and a button that wants one of the six. No screen builds the set yet.
+// Six check boxes, a check box for all of them, and a button that requires at least one. Not yet used by any
+// screen.
 
 #include <QCheckBox>
 #include <algorithm>
@@ -19,10 +20,10 @@ void DRUI::CheckBoxStatChange(int) {
 }
 
 void DRUI::CheckBoxAllStatChange(int nState) {
-  // The flag holds for one change only: the next may be a click again.
+  // The flag applies to a single change.
   const bool bFromSix = std::exchange(m_bPartFromSix, false);
   if (nState == Qt::PartiallyChecked && !bFromSix) {
-    // A click has led from unticked to partly ticked: it means all.
+    // A click on the unticked tri-state box makes it partly ticked; it means "all".
     if (m_pCheckBoxAll) m_pCheckBoxAll->setCheckState(Qt::Checked);
     return;
   }

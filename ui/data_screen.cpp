@@ -1,4 +1,4 @@
-// The data screen: tree, pages and the strip below them. Built anew for each scan.
+// The data screen: tree, pages and the strip below them. Rebuilt for each scan.
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -8,7 +8,7 @@
 
 namespace {
 
-// The order of the pages, which isn't that of the tree.
+// Page order, which differs from tree order.
 constexpr int kPageOrder[] = {
     kCameraRoll,  kPhotoStream, kAppPhotos,          kAppVideos, TableSpec::kAppFiles, kMessages, kContacts,
     kCallHistory, kNotes,       kMessageAttachments, kWhatsApp,  kWhatsAppAttachments};
@@ -27,7 +27,7 @@ QWidget* DRUI::CreatePage(const TableSpec& spec) {
 }
 
 void DRUI::InitLayout3Widget() {
-  // What points into the old screen goes with it.
+  // Reset pointers into the previous screen.
   m_pCurrentTreeItem = nullptr;
   m_pCurrentAppItem = nullptr;
   delete m_pDataScreen;

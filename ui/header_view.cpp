@@ -5,7 +5,7 @@
 #include <QStyleOptionButton>
 
 namespace {
-constexpr QRect kBoxRect(3, 5, 21, 21);  // the box stands at this place of the header, whatever its section
+constexpr QRect kBoxRect(3, 5, 21, 21);  // relative to the header, independent of the section
 }
 
 CCheckBoxHeaderView::CCheckBoxHeaderView(int nCheckSection, Qt::Orientation orientation, QWidget* pParent)

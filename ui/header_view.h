@@ -1,7 +1,7 @@
 #pragma once
 #include <QHeaderView>
 
-/// A header with a check box in one of its sections. No table uses it yet.
+/// A header with a check box in one of its sections. Not yet used by any table.
 class CCheckBoxHeaderView : public QHeaderView {
   Q_OBJECT
 

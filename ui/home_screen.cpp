@@ -1,4 +1,4 @@
-// The home screen: the list of backups, and what leads to a scan.
+// The home screen: the list of backups, and the controls that start a scan.
 
 #include <QHeaderView>
 #include <QVBoxLayout>
@@ -47,7 +47,7 @@ QWidget* DRUI::InitLayout1Widget() {
   QLabel* pSelectText = CreateText("Select the iTunes Backup File from other folder to recover your data.",
                                    12, 50, pSelectHolder);
   pSelectText->setObjectName("selectText");
-  pSelectText->setWordWrap(true);  // its place is narrow for the letters of some systems
+  pSelectText->setWordWrap(true);  // the label is too narrow for some system fonts
   pSelectText->setGeometry(QRect(QPoint(0, 5), QPoint(374, 44)));
   QPushButton* pSelectButton =
       CreateActionButton("Select", QRect(QPoint(380, 5), QPoint(479, 39)), 75, pSelectHolder);
@@ -108,7 +108,7 @@ QTableWidget* DRUI::CreateiTunesTable() {
   m_backupFile.GetBackFileInfo(backups);
   const int nRows = static_cast<int>(backups.size());
   m_pBackupTable->setRowCount(nRows);
-  // From the last row upward: the session lists the folders in reverse.
+  // From the last row up, because the session lists the folders in reverse.
   for (int i = 0; i < nRows; ++i) {
     const __BACK_FILE_INFO__& info = backups[static_cast<size_t>(i)];
     const int nRow = nRows - 1 - i;

@@ -6,19 +6,18 @@
 
 namespace {
 
-// Offsets in bytes. The file begins with a head of 6 bytes and an entry of 16 bytes for each picture, all
-// numbers little-endian. A picture is a PNG, or a bitmap without its file header and with twice its height.
+// Offsets in bytes. The file begins with a 6-byte header and a 16-byte entry for each picture, all
+// little-endian. A picture is a PNG, or a bitmap without file header and with its height doubled.
 constexpr qint64 kMostBytes = 16 << 20;
 constexpr int kHeadSize = 6;
 constexpr int kCountOffset = 4;
 constexpr int kEntrySize = 16;
 constexpr int kPictureOffset =
-    12;                          // in an entry; width and height are its first two bytes, 0 for 256 or more
+    12;                          // in an entry, whose first two bytes are width and height, 0 for 256 or more
 constexpr int kBitmapWidth = 4;  // in a bitmap's header
 constexpr int kBitmapHeight = 8;
 constexpr int kBitmapHead = 12;
-// A PNG's signature of 8 bytes, then the length and the name of its first chunk, which holds big-endian
-// numbers.
+// A PNG's 8-byte signature, then length and name of its first chunk; its numbers are big-endian.
 constexpr int kPngChunkName = 12;
 constexpr int kPngWidth = 16;
 constexpr int kPngHeight = 20;

@@ -1,10 +1,10 @@
 #pragma once
 #include <QIODevice>
 
-/// What decoding any one picture of an icon or cursor file takes at most, in pixels of 32 bits. The directory
-/// of such a file gives sizes up to 256; a picture itself may have any, which its own header tells.
+/// Returns the upper bound for decoding any single picture of an icon or cursor file, in 32-bit pixels. Sizes
+/// in the file's directory are at most 256; a picture's own header may declare any.
 ///
-/// @param file open for reading; it is left at its beginning.
-/// @return -1 where that can't be told: no icon, one too large to be read, or a picture whose header is
-///         damaged. An entry that leads behind the end of the file counts for nothing.
+/// @param file open for reading; its position is reset to the beginning.
+/// @return -1 if unknown: not an icon, too large to read, or a damaged picture header. Entries that point
+///         beyond the end of the file are ignored.
 qint64 PixelsOfIcon(QIODevice& file);

@@ -2,8 +2,8 @@
 #include <QTableWidget>
 #include <QTreeWidget>
 
-/// A table whose boxes follow the keyboard: the key that toggles one is told like a click on its cell, so
-/// that what depends on the tick hears of it.
+/// A table whose check boxes also work by keyboard: a key that toggles one emits the same signals as a click
+/// on its cell.
 class KeyTickTable : public QTableWidget {
   Q_OBJECT
 
@@ -14,7 +14,7 @@ class KeyTickTable : public QTableWidget {
   void keyPressEvent(QKeyEvent* pEvent) override;
 };
 
-/// The same for a tree, and a click on its node.
+/// The same for a tree and its nodes.
 class KeyTickTree : public QTreeWidget {
   Q_OBJECT
 

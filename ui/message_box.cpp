@@ -36,7 +36,7 @@ void CMessageBox::BuildForm(const QString& qstrText, const QString& qstrIcon) {
   auto* pIconLabel = new QLabel(this);
   pIconLabel->setObjectName("iconLabel");
   pIconLabel->setAlignment(Qt::AlignCenter);
-  pIconLabel->setPixmap(QIcon(qstrIcon).pixmap(48, 48));  // the sharper one where the screen has it
+  pIconLabel->setPixmap(QIcon(qstrIcon).pixmap(48, 48));  // picks the @2x variant on high-resolution screens
   m_pTextLabel = new QLabel(qstrText, this);
   m_pTextLabel->setObjectName("m_pTextLabel");
   m_pTextLabel->setMinimumSize(kWidth - 60, 80);

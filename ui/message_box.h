@@ -5,17 +5,17 @@
 
 #include "ui_dialog.h"
 
-/// Tells the user something, or asks a question. Lives on the caller's stack: place it, Init one of the two
-/// forms, exec, and read the answer. Main thread only.
+/// A message or a question. Created on the caller's stack: position it, call one of the Init functions, exec,
+/// and read the answer. Main thread only.
 class CMessageBox : public QDialog {
   Q_OBJECT
 
  public:
   explicit CMessageBox(QDialog* pParent = nullptr, Qt::WindowFlags flags = {});
 
-  /// The form with one button, "OK". Its text wraps.
+  /// One button, "OK". The text wraps.
   void InitInfoDialog(const QString& qstrText);
-  /// The form with "NO" and "OK". Its text breaks at its line feeds alone.
+  /// Buttons "NO" and "OK". The text breaks only at line feeds.
   void InitQuestionDialog(const QString& qstrText);
   /// 1 for OK, 0 for anything else.
   int GetMessageBoxRet() const { return m_nRet; }

@@ -1,4 +1,4 @@
-// What stands beside or above a table and shows the row in hand, and the file list of an app.
+// The preview of the current row, beside or above a table, and the file list of an app.
 
 #include <QBoxLayout>
 #include <QFile>
@@ -15,16 +15,16 @@
 namespace {
 
 constexpr int kWidestUnscaled = 700;
-// Of a picture, as its head tells. Up to the first number it is decoded whole. Above it a JPEG is decoded at
-// the size that is needed, up to the second; its kind alone does that as it reads. Another kind is decoded
-// whole up to the third, half of it where pixels are deep. Nothing is shown beyond: memory and time stay
-// bounded whatever a file claims.
+// Limits on the size in a picture's header, so that memory and time stay bounded whatever a file claims.
+// Every format is decoded at full size up to the first. Above it, a JPEG is scaled while decoding, up to the
+// second (no other reader can do that); other formats are decoded at full size up to the third, or half of
+// it for deep pixels. Larger pictures aren't shown.
 constexpr qint64 kMostPixelsWhole = 8LL * 1000 * 1000;
 constexpr qint64 kMostPixelsScaled = 100LL * 1000 * 1000;
 constexpr qint64 kMostPixels = 50LL * 1000 * 1000;
 
-/// What decoding a picture takes in pixels of 32 bits, from its header; -1 where that is unknown.
-/// @param format of the reader, which no longer knows it once it has read the size.
+/// Returns the cost of decoding a picture in 32-bit pixels, from its header; -1 if unknown.
+/// @param format the reader's format; the reader itself doesn't report it after it has read the size.
 qint64 PixelsOf(const QImageReader& reader, const QByteArray& format, const QSize& full) {
   if (format == "ico" || format == "cur") return PixelsOfIcon(*reader.device());
   const bool bDeep = QImage::toPixelFormat(reader.imageFormat()).bitsPerPixel() > 32;
@@ -48,20 +48,20 @@ QLabel* CreateTextLabel(const TablePreview& preview) {
   return pLabel;
 }
 
-/// A picture as the label shows it: as it is up to 700 wide, else scaled into a size. Null for what is no
-/// picture, or one too large.
+/// Returns a picture as the label shows it: unscaled up to a width of 700, else scaled to fit a size. Null if
+/// the file isn't a picture or is too large.
 QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
   Result<OpenedFile> opened = OpenBackupFile(ToNarrow(qstrPath));
   QFile file;
   if (!opened || !file.open(opened->descriptor.Release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
-    return QPixmap();                   // also the empty path of a row that has no record
+    return QPixmap();  // also for the empty path of a row without a record
   QImageReader::setAllocationLimit(0);  // the limits above hold
   QImageReader reader(&file);
   reader.setDecideFormatFromContent(true);
   if (!reader.canRead()) return QPixmap();
   const QByteArray format = reader.format();
   const QSize full = reader.size();
-  // A drawing has no bound: it is a program of a kind, names other files and may take any time.
+  // SVG isn't shown: it may refer to other files and take unbounded time to render.
   if (!full.isValid() || format.startsWith("svg")) return QPixmap();
   const bool bScales = format == "jpeg" && full.width() > kWidestUnscaled;
   const qint64 nPixels = PixelsOf(reader, format, full);
@@ -78,7 +78,7 @@ QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
 QString preview_text::Contact(const QVariant& hidden) {
   const auto person = hidden.value<__PERSON_CONTENT__>();
   std::string strText = person.strName + "\n" + person.strPhone;
-  // A person with a company shows the phone once more in its place.
+  // Deliberate: a contact with a company shows the phone number again in its place.
   if (!person.strCompany.empty()) strText += "\n" + person.strPhone;
   for (const std::string* pText : {&person.strAddress, &person.strUrl, &person.strEmail}) {
     if (!pText->empty()) strText += "\n" + *pText;
@@ -109,7 +109,7 @@ void DRUI::AddPreview(const TablePreview& preview, QBoxLayout* pLayout, QTableWi
     pLayout->addWidget(pTable);
     return;
   }
-  // What stands beside a table is kept current and stays out of sight: the table takes the width.
+  // Previews beside a table are updated but hidden; the table takes the full width.
   pLayout->addWidget(pTable);
   pLayout->addWidget(pPreview);
   pPreview->setVisible(false);
@@ -140,8 +140,8 @@ void DRUI::ShowMessages(const TablePreview& preview, const QVariant& hidden) {
 }
 
 void DRUI::ShowChat(const TablePreview& preview, const QVariant& hidden) {
-  // The view of the messages is cleared and not that of the chats, so that each chat adds to those before.
-  // And each bubble holds all texts up to its own.
+  // Deliberate: clears the view of messages rather than that of chats, so chats accumulate, and each bubble
+  // contains all texts up to its own.
   m_pMessageWebView->Clear();
   const auto it = m_records.m_mapWhatsApp.find(hidden.toUInt());
   if (it == m_records.m_mapWhatsApp.end()) return;
@@ -200,7 +200,7 @@ void DRUI::whatsappMessAttachTableItemSelectChanged() {
 
 void DRUI::appPhotosTableItemSelectChanged() {
   const QList<QTableWidgetItem*> selected = m_pAppPhotosTable->selectedItems();
-  if (!selected.isEmpty()) m_pCurrentAppItem = selected.first();  // the table of videos doesn't keep it
+  if (!selected.isEmpty()) m_pCurrentAppItem = selected.first();  // the video table doesn't do this
   ShowSelected(m_pAppPhotosTable);
 }
 

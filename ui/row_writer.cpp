@@ -22,7 +22,7 @@ RowWriter::~RowWriter() {
 
 void RowWriter::SetRowCount(size_t nRows) {
   m_pTable->setRowCount(static_cast<int>(nRows));
-  // The view knows its rows now; it needn't hear of each cell that gets its content.
+  // The view knows the row count; it needs no signal for each cell.
   m_pTable->model()->blockSignals(true);
 }
 

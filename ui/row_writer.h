@@ -4,18 +4,18 @@
 #include <QStringList>
 #include <QTableWidget>
 
-/// Writes rows into a table from the top. The view hears of them all at once, when the writer goes.
+/// Writes rows into a table from the top. The view is notified once, on destruction.
 class RowWriter {
  public:
-  /// A row to write. Text of the cells, from the left.
+  /// A row to write.
   struct Row {
     QStringList cells;
-    QVariant hidden;        ///< goes into Qt::UserRole of column 0
-    bool bDeleted = false;  ///< the look and icon of a deleted record
-    bool bTicked = false;   ///< gives the row a tick box, ticked
+    QVariant hidden;        ///< stored in Qt::UserRole of column 0
+    bool bDeleted = false;  ///< shown with the style and icon of a deleted record
+    bool bTicked = false;   ///< adds a ticked check box
   };
 
-  /// @param pszIcon resource of the icon of column 0; null for none.
+  /// @param pszIcon resource path of the icon in column 0; null for none.
   RowWriter(QTableWidget* pTable, const char* pszIcon);
   ~RowWriter();
   RowWriter(const RowWriter&) = delete;
@@ -23,7 +23,7 @@ class RowWriter {
 
   void SetRowCount(size_t nRows);
   void Add(const Row& row);
-  /// Leaves the next row blank.
+  /// Skips a row, leaving it blank.
   void AddBlank() { ++m_nRow; }
 
  private:

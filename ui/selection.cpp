@@ -1,5 +1,5 @@
-// The ticks: from a row to the maps and its node, from a node to its rows, and what the line says of them.
-// The maps outlive a scan; row numbers of an earlier one that the last didn't tick stay in them.
+// Ticks: from a row to the maps and its node, from a node to its rows, and the text of the selection line.
+// The maps outlive a scan; row numbers of an earlier scan that the latest didn't tick stay in them.
 
 #include <QSignalBlocker>
 
@@ -11,9 +11,9 @@
 namespace {
 
 constexpr qint64 kTextCategoryBytes =
-    0x100000;  // what a category without sizes stands for, however much is ticked
+    0x100000;  // nominal size of a category without sizes, however much is ticked
 
-/// True when a row of a table has one of the given states. Goes no further than the first.
+/// Returns true if any row of a table has one of the given states.
 bool HasRowIn(const QTableWidget* pTable, std::initializer_list<int> states) {
   for (int nRow = 0; nRow < pTable->rowCount(); ++nRow) {
     const QTableWidgetItem* pItem = pTable->item(nRow, 0);
@@ -25,7 +25,7 @@ bool HasRowIn(const QTableWidget* pTable, std::initializer_list<int> states) {
   return false;
 }
 
-/// Calls visit for each row that has a cell, with the view told once at the end.
+/// Calls visit for each row that has a cell; the view is updated once at the end.
 template <typename Visit>
 void ForEachRow(QTableWidget* pTable, Visit visit) {
   {
@@ -37,7 +37,7 @@ void ForEachRow(QTableWidget* pTable, Visit visit) {
   pTable->viewport()->update();
 }
 
-/// What the map holds for a row: its bytes, or the row again where rows have none.
+/// The value stored for a row: its size in bytes, or the row number for categories without sizes.
 U32 SelectionValue(const TableSpec& spec, int nRow, const QTableWidgetItem* pItem) {
   return spec.pfnSize ? spec.pfnSize(pItem->data(Qt::UserRole)) : static_cast<U32>(nRow);
 }
@@ -68,7 +68,7 @@ void DRUI::tableItemPress(int nRow, int nColumn, QTableWidget* pTable, Selection
   switch (pItem->checkState()) {
     case Qt::Unchecked:
       if (!spec.IsAppTable())
-        tableMap.erase(static_cast<U32>(nRow));  // an app's map comes empty from the caller
+        tableMap.erase(static_cast<U32>(nRow));  // the caller passes an empty map for an app
       if (!m_pCurrentTreeItem) return;
       SetNodeState(HasRowIn(pTable, {Qt::Checked, Qt::PartiallyChecked}) ? Qt::PartiallyChecked
                                                                          : Qt::Unchecked);
@@ -129,9 +129,8 @@ void DRUI::PressAppTable(CategoryNumber nNumber, int nRow, int nColumn) {
   QTableWidget* pTable = this->*spec.pTable;
   m_pCurrentAppItem = pTable->item(nRow, nColumn);
   m_strPressedApp = m_pCurrentAppItem ? m_pCurrentAppItem->text() : QString();
-  // The app's entry is replaced whatever the press did: that empties an app on untick and fills it on tick.
-  // It also empties one whose row is partly ticked, and a press on the second column makes an empty entry
-  // called "Folder".
+  // Deliberate: the app's entry is replaced on every press. Unticking empties it and ticking fills it, but a
+  // press on a partly ticked row also empties it, and one on the second column adds an empty entry "Folder".
   SelectionMap selection;
   tableItemPress(nRow, nColumn, pTable, selection);
   (this->*spec.pAppSelection)[m_strPressedApp] = std::move(selection);
@@ -147,7 +146,7 @@ void DRUI::appVideosTableItemPress(int nRow, int nColumn) {
 
 void DRUI::appsTableItemPress(int nRow, int nColumn) {
   const TableSpec& spec = TableSpec::Of(m_nPressedCategory);
-  if (!spec.IsAppTable()) return;  // the list opens through an app table alone
+  if (!spec.IsAppTable()) return;  // the list is opened only from an app table
   SelectionMap& selection = (this->*spec.pAppSelection)[m_strPressedApp];
   tableAppsItemPress(nRow, nColumn, m_pAppsTable, selection, this->*spec.pTable);
   RefreshSelectFileInfo();
@@ -157,7 +156,7 @@ void DRUI::tableAppsItemPress(int nRow, int nColumn, QTableWidget* pTable, Selec
                               QTableWidget* pAppParentTable) {
   const QTableWidgetItem* pItem = nColumn == 0 ? pTable->item(nRow, nColumn) : nullptr;
   if (!pItem) return;
-  int nWhole = Qt::Unchecked;  // the state of app and node when all below them agree
+  int nWhole = Qt::Unchecked;  // state of app and node if all their children agree
   switch (pItem->checkState()) {
     case Qt::Unchecked:
       tableMap.erase(static_cast<U32>(nRow));
@@ -196,8 +195,8 @@ void DRUI::ApplyNodeState(const TableSpec& spec, QTreeWidgetItem* pItem) {
     case Qt::Unchecked:
       ForEachRow(pTable, [&](int nRow, QTableWidgetItem* pCell) {
         pCell->setCheckState(Qt::Unchecked);
-        // For WhatsApp the key of the chat is taken out and not the row, so that entries stay behind and are
-        // counted.
+        // Deliberate: for WhatsApp the chat's key is removed rather than the row, so entries remain and
+        // count.
         const bool bByChat = spec.nNumber == kWhatsApp;
         selection.erase(bByChat ? pCell->data(Qt::UserRole).toUInt() : static_cast<U32>(nRow));
       });
@@ -297,7 +296,7 @@ void DRUI::RefreshSelectFileInfo() {
     }
   }
   SetMainButtonEnabled(m_pRecoveryButton, nBytes != 0);
-  // The singular stands for nothing at all; one item is "files" too.
+  // Deliberate: the singular is used for zero only; one item is "files", too.
   const std::string strSize = GetFileSizeString(nBytes);
   const int nFiles = static_cast<int>(nCount);
   m_pSelectInfoLabel->setText(nFiles == 0

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// A main button in its three states.
+/// Style sheet of a main button in its three states.
 QString ButtonStyle(const char* pszColour, const char* pszText, const char* pszShape) {
   return QString(
              "QPushButton{background-color:%1;%2%3}"
@@ -17,7 +17,7 @@ QString ButtonStyle(const char* pszColour, const char* pszText, const char* pszS
 constexpr char kRoundShape[] = "border-radius:15px;border:2px groove white;border-style:outset;";
 constexpr char kDialogShape[] = "border-radius:10px;border:2px groove white;border-style:outset;";
 
-/// A weight from 0 to 99 on the toolkit's scale from 1 to 1000.
+/// Converts a weight from 0 to 99 to Qt's scale from 1 to 1000.
 QFont::Weight FontWeight(int nWeight) {
   if (nWeight >= 87) return QFont::Black;
   return nWeight >= 75 ? QFont::Bold : QFont::Normal;

@@ -1,4 +1,4 @@
-// What stands in the rows of each table. Rows of deleted records come first, in their own look.
+// Fills the tables. Deleted records come first, in a style of their own.
 
 #include "common/format.h"
 #include "common/text.h"
@@ -25,7 +25,7 @@ void AddApps(RowWriter& writer, const AppFileMap& apps) {
   }
 }
 
-/// The rows of deleted records, then those of live ones, each group in the order of the list.
+/// Adds the rows of deleted records, then those of live ones, each group in list order.
 template <typename List, typename IsDeleted, typename AddRow>
 void AddSplit(RowWriter& writer, const List& list, IsDeleted isDeleted, AddRow addRow) {
   writer.SetRowCount(list.size());
@@ -41,7 +41,7 @@ bool IsDeletedRecord(const Record& record) {
   return record.nDeleted != 0;
 }
 
-/// A conversation is deleted as soon as one of its records is.
+/// A conversation counts as deleted if any of its records is.
 template <typename Conversation>
 bool IsDeletedConversation(const Conversation& conversation) {
   for (const auto& record : conversation.second) {
@@ -50,7 +50,7 @@ bool IsDeletedConversation(const Conversation& conversation) {
   return false;
 }
 
-/// A row for each conversation, which shows its first record.
+/// Adds a row for each conversation, showing its first record.
 template <typename Map, typename Cells>
 void AddConversations(RowWriter& writer, const Map& conversations, Cells cells) {
   using Conversation = typename Map::value_type;
@@ -63,7 +63,7 @@ void AddConversations(RowWriter& writer, const Map& conversations, Cells cells) 
 }
 
 QString CallLength(const __CALLHISTORY__& call, bool bDeleted) {
-  // A deleted call shows its time even when that is nought.
+  // A deleted call shows its time even if that is 0.
   if (call.nDuration != 0 || bDeleted) return FromNarrow(GetTimeStringA(call.nDuration));
   return call.nAnswered == 0 ? "Canceled" : "Missed";
 }
@@ -116,7 +116,7 @@ void table_fill::WhatsApp(RowWriter& writer, const BackupRecords& records) {
 void table_fill::Contacts(RowWriter& writer, const BackupRecords& records) {
   AddSplit(writer, records.m_vecContact, IsDeletedRecord<__PERSON_CONTENT__>,
            [&](const __PERSON_CONTENT__& person, bool bDeleted) {
-             // The last cell of a deleted person holds the address instead of the home page.
+             // Deliberate: the last cell of a deleted contact is the address rather than the home page.
              const std::string& strLast = bDeleted ? person.strAddress : person.strUrl;
              writer.Add({{FromNarrow(person.strName), FromNarrow(person.strCompany),
                           FromNarrow(person.strPhone), FromNarrow(person.strEmail), FromNarrow(strLast)},

@@ -1,6 +1,6 @@
 #include "ui/urls.h"
 
-// All below a domain that is reserved for documentation, until the pages have a home.
+// In a domain reserved for documentation (RFC 2606), as the pages have no address yet.
 CURLConfig::CURLConfig()
     : m_urls{"https://orvandel.example/", "https://orvandel.example/help.html",
              "https://orvandel.example/about.html", "https://orvandel.example/support.html",

@@ -1,15 +1,15 @@
 #pragma once
 #include <array>
 
-/// The addresses of the web pages that the program opens.
+/// URLs of the web pages that the program opens.
 class CURLConfig {
  public:
   enum Slot { kProduct, kOnlineHelp, kAbout, kSupport, kFurther, kSlotCount };
 
-  /// The one instance, made at first use.
+  /// The singleton, created on first use.
   static CURLConfig* GetInstance();
 
-  /// An address as terminated ASCII.
+  /// URL as null-terminated ASCII.
   const char* GetUrl(Slot slot) const { return m_urls[slot]; }
 
  private:

@@ -15,7 +15,7 @@ namespace {
 constexpr int kWidth = 1000;
 constexpr int kHeight = 680;
 
-/// Makes the folders above a folder that are missing, for their owner to write and all to enter.
+/// Creates the missing parents of a folder with mode 0755.
 void MakeParents(const std::string& strFolder) {
   const size_t nEnd = strFolder.find_last_not_of('/');
   for (size_t i = strFolder.find('/', 1); i < nEnd; i = strFolder.find('/', i + 1))
@@ -37,7 +37,7 @@ DRUI::DRUI(QWidget* pParent, Qt::WindowFlags flags)
 }
 
 DRUI::~DRUI() {
-  // Before anything that its last lines could still reach.
+  // First, since its pending output could still reach other members.
   DropDecryptProcess();
 }
 
@@ -56,10 +56,10 @@ void DRUI::Init() {
   pLayout->setContentsMargins(0, 0, 0, 0);
   pLayout->addLayout(m_pScreenStack);
   m_ui.centralWidget->setLayout(pLayout);
-  // Folders that exist already are no error; what needs them fails on its own terms.
+  // Errors are ignored: the folders may exist, and whatever needs them reports its own error.
   const std::string strWorkFolder = WorkFolder();
 #ifndef Q_OS_MACOS
-  // Only there are they part of the system.
+  // On macOS the parents are part of the system.
   MakeParents(strWorkFolder);
 #endif
   mkdir(strWorkFolder.c_str(), 0777);

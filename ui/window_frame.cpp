@@ -1,4 +1,4 @@
-// What both screens share: top bar, gap and foot, the buttons, and moving the window.
+// Shared by both screens: top bar, gap and footer, the buttons, and dragging the window.
 
 #include <QDesktopServices>
 #include <QHBoxLayout>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kWindowWidth = 1000;
 
-/// A rectangle from its top left to its bottom right corner, both included.
+/// A rectangle from its top left to its bottom right corner, both inclusive.
 QRect Corners(int nLeft, int nTop, int nRight, int nBottom) {
   return QRect(QPoint(nLeft, nTop), QPoint(nRight, nBottom));
 }
@@ -30,7 +30,7 @@ void SetTextColour(QLabel* pLabel, Qt::GlobalColor colour) {
 struct MenuEntry {
   const char* pszText;
   const char* pszIcon;
-  void (DRUI::*pfnSlot)();  // null for one that does nothing
+  void (DRUI::*pfnSlot)();  // null if the button does nothing
 };
 constexpr MenuEntry kMenu[] = {
     {"Help", ":/image/help.png", &DRUI::btnHelpSlot},
@@ -103,7 +103,7 @@ QPushButton* DRUI::CreateActionButton(const QString& qstrText, const QRect& rect
 
 void DRUI::SetMainButtonEnabled(QPushButton* pButton, bool bEnabled) {
   if (!pButton) return;
-  // A new style sheet costs far more than a look at the old one.
+  // Setting a style sheet costs far more than comparing it.
   const QString& qstrStyle = bEnabled ? Layout2_main_button_style : main_button_style_no_file;
   if (pButton->styleSheet() != qstrStyle) pButton->setStyleSheet(qstrStyle);
   pButton->setEnabled(bEnabled);
