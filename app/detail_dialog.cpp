@@ -34,7 +34,7 @@ CDetail::CDetail(QDialog*, Qt::WindowFlags flags) : QDialog(nullptr, flags) {
   m_pTable->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   m_pTable->verticalHeader()->setMinimumSectionSize(kRowHeight);
   m_pTable->verticalHeader()->setDefaultSectionSize(kRowHeight);
-  // A long path is cut in its middle, so that the file's name is seen.
+  // Long paths are elided in the middle, so that the file name stays visible.
   m_pTable->setWordWrap(false);
   m_pTable->setTextElideMode(Qt::ElideMiddle);
   m_pTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -64,7 +64,7 @@ void CDetail::AddTableItem(const QString& qstrName, int nStatus) {
   pName->setToolTip(qstrName);
   m_pTable->setItem(nRow, 0, pName);
   m_pTable->setItem(nRow, 1, pStatus);
-  // One line break behind the title now, where the first text has two.
+  // One line break after the title; the initial text has two.
   m_pTextLabel->setText(
       QString::asprintf("  Recovery Detail\n  Sucess:%d Failed:%d\n", m_nSuccess, m_nFailed));
 }

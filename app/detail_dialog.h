@@ -12,7 +12,7 @@ class CDetail : public QDialog {
  public:
   explicit CDetail(QDialog* pParent = nullptr, Qt::WindowFlags flags = {});
 
-  /// Adds a row. @param nStatus 0 for success; anything else stands in red.
+  /// Adds a row. @param nStatus 0 for success; anything else is shown as failed, in red.
   void AddTableItem(const QString& qstrName, int nStatus);
 
  public slots:

@@ -2,9 +2,9 @@
 #include <QLabel>
 #include <QPushButton>
 
-/// The dark band at the head of a dialog with its white text.
-/// @param pText receives the label of the text. @param nTextHeight its height.
+/// Creates the dark heading band of a dialog, with white text.
+/// @param pText receives the text label. @param nTextHeight its height in pixels.
 QLabel* CreateHeadBand(int nMinimumHeight, int nTextHeight, QLabel*& pText);
 
-/// A button in the look of the dialogs.
+/// Creates a button in dialog style.
 QPushButton* CreateDialogButton(const QString& qstrText, QWidget* pParent);

@@ -8,10 +8,10 @@
 
 namespace {
 
-constexpr int kSecondStageArguments = 2;  // the program and one argument of any value
+constexpr int kSecondStageArguments = 2;  // the program name and one argument of any value
 
 void ShowWindow() {
-  // The page of the chat views is found by its name alone.
+  // The page of the chat views is opened by a relative path.
   QDir::setCurrent(QCoreApplication::applicationDirPath());
   DRUI window;
   window.setVisible(true);
@@ -22,7 +22,7 @@ void ShowWindow() {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  QApplication::setQuitOnLastWindowClosed(false);  // only the window's own close ends the run
+  QApplication::setQuitOnLastWindowClosed(false);  // the window quits explicitly
   qInstallMessageHandler(customMessageHandler);
   inner_initUnicodeMap("UTF-8");
   if (argc == kSecondStageArguments)

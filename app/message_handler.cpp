@@ -3,5 +3,5 @@
 void customMessageHandler(QtMsgType nType, const QMessageLogContext&, const QString& qstrMessage) {
   if (nType != QtDebugMsg) return;
   const QString qstrText = QString("Debug: %1").arg(qstrMessage);
-  Q_UNUSED(qstrText);  // formed and dropped
+  Q_UNUSED(qstrText);  // discarded
 }

@@ -2,5 +2,5 @@
 #include <QString>
 #include <QtGlobal>
 
-/// Takes every diagnostic of Qt and drops it: the program writes no log, on purpose.
+/// Message handler that discards all Qt diagnostics. Deliberate: the program writes no log.
 void customMessageHandler(QtMsgType nType, const QMessageLogContext& context, const QString& qstrMessage);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr double kSmallestText = 8;  // points
 
-/// Takes a smaller font where letters are too wide for a label's place: where a point has more pixels, say.
+/// Shrinks the font until the text fits its label, for instance on displays with more pixels per point.
 void ShrinkToFit(QLabel* pLabel) {
   QFont font = pLabel->font();
   const auto fits = [&] {

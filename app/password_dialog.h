@@ -4,8 +4,8 @@
 
 #include "ui_dialog.h"
 
-/// Asks for the password of an encrypted backup, shown as it is typed. On the stack of who asks. Main thread
-/// only.
+/// Asks for the password of an encrypted backup; the input is not masked. Created on the caller's stack.
+/// Main thread only.
 class CPasswordUI : public QDialog {
   Q_OBJECT
 

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The first stage: runs this program once more with administrator rights and the single argument "start".
-/// Shows nothing itself and doesn't wait; a user who refuses sees the program go away. Needs a
-/// QCoreApplication. relaunch_macos.cpp does it by Authorization Services, relaunch_other.cpp for systems
-/// without.
+/// First stage: starts this program again with administrator rights and the single argument "start".
+/// Shows no window and doesn't wait; if the user declines, the program exits silently. Requires a
+/// QCoreApplication. relaunch_macos.cpp uses Authorization Services; relaunch_other.cpp is for systems
+/// without them.
 void RelaunchWithRights();

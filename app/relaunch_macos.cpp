@@ -4,7 +4,7 @@
 
 #include "app/relaunch.h"
 
-// The call that runs a tool is long out of favour with its makers and still the one that needs no signed
+// AuthorizationExecuteWithPrivileges has been deprecated since 10.7, but its replacements require a signed
 // helper.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
@@ -16,7 +16,7 @@ void RelaunchWithRights() {
     return;
   AuthorizationItem item = {"system.privilege.admin", 0, nullptr, 0};
   AuthorizationRights rights = {1, &item};
-  // The system asks for the password here.
+  // The system's password prompt appears here.
   const AuthorizationFlags flags =
       kAuthorizationFlagInteractionAllowed | kAuthorizationFlagExtendRights | kAuthorizationFlagPreAuthorize;
   if (AuthorizationCopyRights(authorization, &rights, nullptr, flags, nullptr) == errAuthorizationSuccess) {

@@ -10,5 +10,5 @@ void RelaunchWithRights() {
   if (geteuid() == 0)
     QProcess::startDetached(qstrProgram, {"start"});
   else
-    QProcess::startDetached("pkexec", {qstrProgram, "start"});  // a refusal, or no pkexec, ends silently
+    QProcess::startDetached("pkexec", {qstrProgram, "start"});  // fails silently if declined or not installed
 }

@@ -1,7 +1,6 @@
-// Runs the window through a real scan of one backup and leaves a picture of each screen, page and dialog in a
-// folder:
+// Drives the window through a real scan of one backup and saves a picture of each screen, page and dialog:
 //   orvandel-screenshots BACKUP_ROOT FOLDER
-// Everything is done by clicks, as a user would.
+// All input is simulated clicks and keys.
 
 #include <QApplication>
 #include <QDir>
@@ -39,7 +38,7 @@ void Click(QWidget* pWidget, const QPoint& place) {
   QTest::mouseClick(pWidget, Qt::LeftButton, Qt::NoModifier, place);
 }
 
-/// Takes a picture of the modal dialog that a click brings up, once it stands, and closes it.
+/// Saves a picture of the modal dialog that a click opens, and closes it.
 void SaveNextDialog(const QString& qstrName, const char* pszButton) {
   QTimer::singleShot(300, [=] {
     QWidget* pDialog = QApplication::activeModalWidget();
@@ -73,7 +72,7 @@ void UntickFirstFile(DRUI& window) {
   Click(pTable->viewport(), QPoint(cell.left() + 12, cell.center().y()));
 }
 
-/// Types a folder into the folder dialog on top.
+/// Types a folder into the active folder dialog.
 void ChooseFolder(const QString& qstrFolder) {
   QWidget* pDialog = QApplication::activeModalWidget();
   Save(pDialog, "folder-dialog");
@@ -84,7 +83,7 @@ void ChooseFolder(const QString& qstrFolder) {
   QTest::keyClick(pEdit, Qt::Key_Return);
 }
 
-/// Recovers all that is ticked, with a look at the dialog on the way, at its end, and at the list of files.
+/// Recovers everything ticked; saves the progress dialog during and after the recovery, and the file list.
 void SaveRecovery(DRUI& window) {
   const QTemporaryDir destination;
   QTimer::singleShot(300, [&] { ChooseFolder(destination.path()); });
