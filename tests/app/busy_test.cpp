@@ -74,7 +74,7 @@ class BusyCheck : public EncryptedTest {
   std::optional<Qt::CursorShape> m_during;
 };
 
-TEST_F(BusyCheck, PaintsThePasswordAwayAndShowsTheWaitCursorWhileTheToolChecks) {
+TEST_F(BusyCheck, HidesThePasswordDialogAndShowsTheWaitCursorWhileTheToolChecks) {
   WriteTool(kAccept, "exit");
   const std::string strBackup = WriteSealedBackup("one");
   Open();
@@ -89,7 +89,7 @@ TEST_F(BusyCheck, PaintsThePasswordAwayAndShowsTheWaitCursorWhileTheToolChecks) 
   EXPECT_EQ(std::nullopt, CursorOverAll());
 }
 
-TEST_F(BusyCheck, RestoresTheCursorBeforeItTellsOfAWrongPassword) {
+TEST_F(BusyCheck, RestoresTheCursorBeforeReportingAWrongPassword) {
   WriteTool(kRefuse);
   const std::string strBackup = WriteSealedBackup("one");
   Open();
@@ -111,7 +111,7 @@ TEST_F(BusyCheck, RestoresTheCursorBeforeItTellsOfAWrongPassword) {
   EXPECT_EQ(std::nullopt, CursorOverAll());
 }
 
-TEST_F(BusyCheck, RestoresTheCursorWhereTheToolIsMissing) {
+TEST_F(BusyCheck, RestoresTheCursorIfTheToolIsMissing) {
   RemoveTool();
   const std::string strBackup = WriteSealedBackup("one");
   Open();
@@ -124,7 +124,7 @@ TEST_F(BusyCheck, RestoresTheCursorWhereTheToolIsMissing) {
 
 class BusyWait : public WindowTest {};
 
-TEST_F(BusyWait, PaintsTheQuestionAwayAndShowsTheWaitCursorWhileTheWorkerEnds) {
+TEST_F(BusyWait, HidesTheQuestionAndShowsTheWaitCursorWhileTheWorkerEnds) {
   Open();
   SCANUI dialog;
   dialog.InitSlot(&Window(), SCANUI::kScan);

@@ -51,7 +51,7 @@ TEST_F(CancelTest, DuringAManifestWalkKeepsWhatTheWalkHasFound) {
   EXPECT_EQ(0, cancel.Bar());
 }
 
-TEST_F(CancelTest, DuringAStoreStepReadsTheStoresAndStopsTheWalksBehindThem) {
+TEST_F(CancelTest, DuringAStoreStepReadsTheStoresAndStopsTheWalksAfterThem) {
   WriteSmallBackup(BackupPath("one"), BackupBuilder::Layout::Db);
   Open();
   ScanCancel cancel(Window(), kAmidMessages);
@@ -70,7 +70,7 @@ TEST_F(CancelTest, DuringAStoreStepReadsTheStoresAndStopsTheWalksBehindThem) {
   EXPECT_EQ(0, cancel.Bar());
 }
 
-TEST_F(CancelTest, BeforeTheMessagesThrowsThemAway) {
+TEST_F(CancelTest, BeforeTheMessagesDiscardsThem) {
   WriteSmallBackup(BackupPath("one"), BackupBuilder::Layout::Db);
   Open();
   ScanCancel cancel(Window(), kManifestRead);

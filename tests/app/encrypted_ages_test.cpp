@@ -232,7 +232,7 @@ TEST_P(EncryptedAges, RecoveryWritesWhatItWritesForThePlainBackup) {
   EXPECT_EQ(expected.size(), files.size());
 }
 
-TEST_P(EncryptedAges, BackupStaysAsItWasButForTheManifestOfTheTool) {
+TEST_P(EncryptedAges, BackupIsUnchangedButForTheManifestOfTheTool) {
   auto before = TreeState(Encrypted());
 
   ScanEncrypted();

@@ -70,7 +70,7 @@ class EncryptedCancel : public EncryptedTest {
   std::thread m_sign;
 };
 
-TEST_F(EncryptedCancel, CountThatIsServedAfterItKillsTheTool) {
+TEST_F(EncryptedCancel, CountHandledAfterItKillsTheTool) {
   ModalSteps steps;
   BeginScan(steps, WritePhoto(1) + "echo Count:1\n" + kAwaitSign + "echo Count:2; exec sleep 60");
   const auto start = std::chrono::steady_clock::now();
@@ -115,7 +115,7 @@ TEST_F(EncryptedCancel, ConfirmedInTheDialogLetsTheToolRunToItsEnd) {
   EXPECT_EQ(nullptr, QApplication::activeModalWidget());
 }
 
-TEST_F(EncryptedCancel, WrongPasswordIsNotHeardWhileTheWindowWaits) {
+TEST_F(EncryptedCancel, WrongPasswordIsIgnoredWhileTheWindowWaits) {
   ModalSteps steps;
   BeginScan(steps, "echo Count:1\n" + std::string(kAwaitSign) +
                        "echo 'Wrong password'; sleep 0.3; echo ended >\"$dir/ended\"");

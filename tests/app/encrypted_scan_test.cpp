@@ -67,12 +67,12 @@ TEST_F(EncryptedScan, CountAboveTheTotalGivesEleven) {
                        Says("Count:99999999999999999999")));
 }
 
-TEST_F(EncryptedScan, OnlyTheDigitsRightBehindTheWordCount) {
+TEST_F(EncryptedScan, OnlyTheDigitsDirectlyAfterTheWordCount) {
   EXPECT_EQ(std::vector<int>({6, 8, 1, 3}), ProgressOf(Says("files 3, Count:5 of 9") + Says("Count:7,9") +
                                                        Says("Count:") + Says("Count:2 Count:9")));
 }
 
-TEST_F(EncryptedScan, NumbersBelowNoughtEndNeitherProgramNorDialog) {
+TEST_F(EncryptedScan, NegativeNumbersEndNeitherProgramNorDialog) {
   const std::vector<int> values =
       ProgressOf(Says("Count:-99999999999999999999") + Says("Count:-922337203685477580") + Says("Count:5"));
 
@@ -82,7 +82,7 @@ TEST_F(EncryptedScan, NumbersBelowNoughtEndNeitherProgramNorDialog) {
   EXPECT_EQ(6, values[2]);
 }
 
-TEST_F(EncryptedScan, OtherLinesArePassedOver) {
+TEST_F(EncryptedScan, OtherLinesAreIgnored) {
   EXPECT_EQ(std::vector<int>({2, 3}),
             ProgressOf(Says("hello") + Says("count:9") + Says("Count 9") + Says("") + Says("Count:1") +
                        Says("wrong password") + Says("Count:2")));
@@ -121,7 +121,7 @@ TEST_F(EncryptedScan, BarShowsTheCounts) {
   EXPECT_EQ("  Current Process: 6%\n  Scanning takes a while, please wait...\n", strText);
 }
 
-TEST_F(EncryptedScan, HundredThousandLinesAreAllObeyed) {
+TEST_F(EncryptedScan, HundredThousandLinesAreAllProcessed) {
   const std::vector<int> values = ProgressOf("seq -f Count:%.0f 100000\n");
 
   ASSERT_EQ(100000u, values.size());
@@ -158,7 +158,7 @@ TEST_F(EncryptedScan, SecondScanBeginsWithAnEmptyFolder) {
   EXPECT_EQ(Calls()[1], Calls()[2]);
 }
 
-TEST_F(EncryptedScan, TakesTheProcessOfTheCheckAwayBeforeTheToolRuns) {
+TEST_F(EncryptedScan, RemovesTheProcessOfTheCheckBeforeTheToolRuns) {
   WriteTool(kAccept, Says("Count:1"));
   const std::string strBackup = WriteSealedBackup("one");
   Open();
@@ -172,7 +172,7 @@ TEST_F(EncryptedScan, TakesTheProcessOfTheCheckAwayBeforeTheToolRuns) {
   EXPECT_THAT(processes, testing::Each(nullptr));
 }
 
-TEST_F(EncryptedScan, WrongPasswordEndsItWithAllAtNoughtAndNoMessage) {
+TEST_F(EncryptedScan, WrongPasswordEndsItWithAllCountsZeroAndNoMessage) {
   OpenAndSelect(WritePhoto(1) + Says("Count:1") + Says("Wrong password") + "exec sleep 60");
 
   EXPECT_EQ(kZeroLabels, Labels());
@@ -204,7 +204,7 @@ TEST_F(EncryptedScan, AfterAWrongPasswordTheNextScanBeginsAnew) {
   EXPECT_EQ(0, WindowAccess::DecryptStatus(Window()));
 }
 
-TEST_F(EncryptedScan, CrashOfTheToolLeavesWhatStandsInTheFolder) {
+TEST_F(EncryptedScan, CrashOfTheToolKeepsTheFilesInTheFolder) {
   for (const char* pszEnd : {"kill -SEGV $$", "kill -KILL $$", "exit 1"}) {
     OpenAndSelect(WritePhoto(1) + Says("Count:3") + pszEnd);
     ExpectPhotos(1);
@@ -265,7 +265,7 @@ TEST_F(EncryptedScan, RowOfTheListWithoutACountLeavesTheBarAlone) {
   ExpectPhotos(1);
 }
 
-TEST_F(EncryptedScan, RowOfTheListTakesPasswordAndCountThatStandFromBefore) {
+TEST_F(EncryptedScan, RowOfTheListUsesTheEarlierPasswordAndCount) {
   WriteTool(kAccept, WritePhoto(1) + Says("Count:1"));
   const std::string strOther = m_folder.Path("other");
   std::filesystem::rename(WriteSealedBackup("other", 20), strOther);

@@ -201,7 +201,7 @@ TEST_F(EncryptedSelect, CancelledPasswordKeepsTheRecordAndScansNothing) {
   }
 }
 
-TEST_F(EncryptedSelect, BoxesStandAThirdInFromTheWindow) {
+TEST_F(EncryptedSelect, BoxesAreAThirdInFromTheWindow) {
   WriteTool(kRefuse);
   const std::string strFolder = m_folder.MakeFolder("no backup");
   const std::string strBackup = WriteSealedBackup("one");
@@ -290,12 +290,12 @@ TEST_F(EncryptedSelect, CountAnywhereInALineIsAProof) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, kSoon);
 }
 
-TEST_F(EncryptedSelect, OtherLinesArePassedOver) {
+TEST_F(EncryptedSelect, OtherLinesAreIgnored) {
   WriteTool("echo hello; echo; echo 'wrong password'; echo 'count:1'; echo 'Wrong password'");
   SelectAndBeRefused();
 }
 
-TEST_F(EncryptedSelect, ToolThatSaysNeitherHasAccepted) {
+TEST_F(EncryptedSelect, ToolThatPrintsNeitherAccepts) {
   WriteTool("echo hello; echo 'wrong Password'; exit 3");
   SelectAndPass();
 }
@@ -333,7 +333,7 @@ struct PasswordCase {
   std::vector<std::string> arguments;
 };
 
-TEST_F(EncryptedSelect, PasswordIsTakenApartAsPartOfACommand) {
+TEST_F(EncryptedSelect, PasswordIsSplitAsPartOfACommand) {
   // Blanks part it, double quotes hold together and go, three of them stand for one. Nothing else is special.
   const std::vector<PasswordCase> cases = {
       {"geh heim", {"geh", "heim"}},  {" a  b ", {"a", "b"}}, {"\"geh heim\"", {"geh heim"}},
@@ -357,7 +357,7 @@ TEST_F(EncryptedSelect, PasswordIsTakenApartAsPartOfACommand) {
   }
 }
 
-TEST_F(EncryptedSelect, NextCheckTakesTheProcessOfTheLastOneAway) {
+TEST_F(EncryptedSelect, NextCheckRemovesTheProcessOfTheLastOne) {
   WriteTool("if [ \"$3\" = right ]; then " + std::string(kAccept) + "; else " + kRefuse + "; fi");
   const std::string strBackup = WriteSealedBackup("one");
   Open();

@@ -64,7 +64,7 @@ TEST_F(PasswordDialog, HasThreeBandsFromTopToBottom) {
     EXPECT_EQ(500, pBand->width());
 }
 
-TEST_F(PasswordDialog, TellsInBlackWhatItWants) {
+TEST_F(PasswordDialog, PromptIsBlackAndWraps) {
   QLabel* pText = Label(kText);
 
   EXPECT_EQ(QRect(20, 30, 460, 25), pText->geometry());

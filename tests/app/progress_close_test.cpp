@@ -74,7 +74,7 @@ TEST_F(ProgressClose, ARightClickAnywhereAsks) {
   }
 }
 
-TEST_F(ProgressClose, ConfirmedWithTheScanFinishedClosesAtOnceWithTheBarAtNought) {
+TEST_F(ProgressClose, ConfirmedWithTheScanFinishedClosesAtOnceWithTheBarAtZero) {
   OpenDialog(1);
   m_pDialog->ScanProcessCallBackSlot(80);
   Window().m_bScanFinished = true;

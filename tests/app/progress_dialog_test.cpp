@@ -47,7 +47,7 @@ constexpr KindCase kKinds[] = {
     {4, "  Recovering \n  Recover iTunes backup files to folder", ""},
 };
 
-TEST_F(ProgressDialog, TellsItsKindInHeadAndText) {
+TEST_F(ProgressDialog, ShowsItsKindInHeadingAndText) {
   for (const KindCase& one : kKinds) {
     OpenDialog(one.nKind);
 
@@ -133,7 +133,7 @@ TEST_F(ProgressDialog, AScanValueOfAHundredOrMoreFinishesTheDialog) {
   }
 }
 
-TEST_F(ProgressDialog, HearsTheSignalsOfTheWindow) {
+TEST_F(ProgressDialog, IsConnectedToTheSignalsOfTheWindow) {
   OpenDialog(4);
 
   emit Window().ScanProcessCallBack(12);

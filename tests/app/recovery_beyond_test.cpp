@@ -20,7 +20,7 @@ class RecoveryBeyond : public RecoveryTest, public testing::WithParamInterface<R
   }
 };
 
-TEST_P(RecoveryBeyond, ATickBeyondTheEndOfItsListIsPassedOverAndStays) {
+TEST_P(RecoveryBeyond, ATickBeyondTheEndOfItsListIsSkippedAndStays) {
   const RecoveryStep& step = GetParam();
   AddFilesAndTicksBeyond();
   const auto ticks = Ticks();

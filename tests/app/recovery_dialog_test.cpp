@@ -77,7 +77,7 @@ TEST_F(RecoveryDialog, AsksForAFolderAlone) {
   EXPECT_EQ(&Window(), pParent);
 }
 
-TEST_F(RecoveryDialog, AFolderCanBeClickedTogether) {
+TEST_F(RecoveryDialog, AFolderCanBeChosenByClicks) {
   AddFiles(1);
   ModalSteps steps;
   steps.Then("QFileDialog", [&](QWidget* pDialog) {
@@ -107,7 +107,7 @@ TEST_F(RecoveryDialog, TheRecoveryButtonBeginsIt) {
   EXPECT_EQ(Names({"Camera Roll/0"}), FilesBelow(Out()));
 }
 
-TEST_F(RecoveryDialog, TellsWhatItDoesAndStaysUntilItIsClosed) {
+TEST_F(RecoveryDialog, ShowsWhatItDoesAndStaysUntilItIsClosed) {
   AddFiles(3);
   ReportRecorder recorder(Window(), 1);
   std::string strHead, strButton, strTitle;

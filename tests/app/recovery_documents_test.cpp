@@ -155,7 +155,7 @@ TEST_F(RecoveryDocuments, AMessageRowBeyondTheChatsKeepsTheChatBefore) {
             Texts());
 }
 
-TEST_F(RecoveryDocuments, ChatsThatAreGoneAreLeftOut) {
+TEST_F(RecoveryDocuments, ChatsThatAreGoneAreSkipped) {
   AddDocuments();
   Records().m_mapWhatsApp.erase(4);
   Records().m_mapWhatsApp[6].clear();
@@ -210,7 +210,7 @@ TEST_P(RecoveryPages, HoldTheTickedRowsInTheirOrder) {
   EXPECT_EQ(Expected(), recorder.All());
 }
 
-TEST_P(RecoveryPages, DeletedRecordsStandInFrontAsInTheTable) {
+TEST_P(RecoveryPages, DeletedRecordsComeFirstAsInTheTable) {
   OpenDataScreen();  // its tables are empty
   AddRecords();
   Records().m_vecContact[2].nDeleted = 1;
@@ -223,7 +223,7 @@ TEST_P(RecoveryPages, DeletedRecordsStandInFrontAsInTheTable) {
   EXPECT_EQ(Names({"Cem", "Ann", "Bob", "Dan"}), Rows());
 }
 
-TEST_P(RecoveryPages, RowsWithoutACellAreLeftOut) {
+TEST_P(RecoveryPages, RowsWithoutACellAreSkipped) {
   delete Table(GetParam().pszTable)->takeItem(2, 0);
   Ticked() = {{0, 0}, {2, 2}, {3, 3}, {4, 4}, {1000, 1000}};
 
@@ -291,7 +291,7 @@ class RecoveryStores : public RecoveryDocuments {
   std::string m_strContacts;
 };
 
-TEST_F(RecoveryStores, CopiesOfTheStoresStandBesideTheDocuments) {
+TEST_F(RecoveryStores, CopiesOfTheStoresAreBesideTheDocuments) {
   Recover();
 
   const Names written = Written();

@@ -64,7 +64,7 @@ TEST_F(RecoveryFiles, CopiesTheTickedFilesOfTickedApps) {
   EXPECT_EQ(6u, FilesBelow(Out()).size());
 }
 
-TEST_F(RecoveryFiles, AFolderOfAnAppHasTheNameThatTheRecordTells) {
+TEST_F(RecoveryFiles, AFolderOfAnAppHasTheNameInTheRecord) {
   AddAppFile(2, "Key", "a.jpg", "bytes", "Name");
 
   Recover();
@@ -161,7 +161,7 @@ TEST_F(RecoveryFiles, CopiesMayBeReadAndWrittenByAll) {
   }
 }
 
-TEST_F(RecoveryFiles, FilesOfAllSizesComeWhole) {
+TEST_F(RecoveryFiles, FilesOfAllSizesAreComplete) {
   std::string strLarge(5000001, '\0');
   for (size_t i = 0; i < strLarge.size(); ++i) strLarge[i] = static_cast<char>(i * i >> 7);
   AddFile(0, "large", strLarge);
@@ -211,7 +211,7 @@ TEST_F(RecoveryFiles, ACopyWithoutASourceIsReportedAsDone) {
   EXPECT_EQ(Names({"Camera Roll/there.jpg"}), FilesBelow(Out()));
 }
 
-TEST_F(RecoveryFiles, ANameThatAFailedCopyLeftFreeGoesToTheNext) {
+TEST_F(RecoveryFiles, ANameThatAFailedCopyLeftFreeIsUsedByTheNext) {
   AddFile(0, "a.jpg", "");
   AddFile(0, "a.jpg", "two");
   AddFile(0, "a.jpg", "");
@@ -249,7 +249,7 @@ TEST_F(RecoveryFiles, AFileInPlaceOfAFolderFailsItsCategoryAlone) {
   EXPECT_EQ("in the way", Content("/Camera Roll"));
 }
 
-TEST_F(RecoveryFiles, ADestinationThatTakesNothingIsReportedAsDone) {
+TEST_F(RecoveryFiles, AnUnwritableDestinationIsReportedAsDone) {
   const std::string strOut = "/proc/self";  // nothing can be made there, not even by the super-user
   AddFile(0, "a.jpg");
   AddDocuments();

@@ -55,7 +55,7 @@ TEST_F(RecoveryReports, NothingTickedGivesSixMarksAndTheEnd) {
   EXPECT_EQ(std::vector<std::string>(), NamesIn(Out()));
 }
 
-TEST_F(RecoveryReports, BarOfNothingStandsAtEachMark) {
+TEST_F(RecoveryReports, BarOfAnEmptyRecoveryStopsAtEachMark) {
   EXPECT_EQ(std::vector<int>({21, 41, 51, 71, 81, 91, 100}), BarOfRecovery());
 }
 
@@ -85,7 +85,7 @@ TEST_F(RecoveryReports, BarStepsBackBetweenAMarkAndTheNextCategory) {
   EXPECT_EQ(expected, BarOfRecovery());
 }
 
-TEST_F(RecoveryReports, ShowsTheDestinationOfTheFileInHand) {
+TEST_F(RecoveryReports, ShowsTheDestinationOfTheCurrentFile) {
   AddFile(0, "a.jpg");
   AddFile(0, "b.jpg");
   ReportRecorder recorder(Window(), 2);
@@ -243,7 +243,7 @@ std::string NumberedName(int nNumber) {
   return std::string(4 - strNumber.size(), '0') + strNumber;
 }
 
-TEST_P(RecoveryCounts, EachRowTellsItsShareOfTheCategory) {
+TEST_P(RecoveryCounts, EachRowReportsItsShareOfTheCategory) {
   const auto& [step, nCount] = GetParam();
   Reports expected;
   for (int i = 1; i <= nCount; ++i) {
@@ -276,7 +276,7 @@ INSTANTIATE_TEST_SUITE_P(Steps, RecoveryCounts,
                            return std::get<0>(info.param).pszName + std::to_string(std::get<1>(info.param));
                          });
 
-TEST_F(RecoveryReports, FirstOfAThousandRowsTellsTwo) {
+TEST_F(RecoveryReports, FirstOfAThousandRowsReportsTwo) {
   for (int i = 0; i < 1000; ++i) AddFile(0, std::to_string(i), "");
   ReportRecorder recorder(Window());
 

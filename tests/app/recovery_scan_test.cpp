@@ -75,7 +75,7 @@ TEST_F(RecoveryOfScan, AllOfItIsWhatTheCommandLineWrites) {
   ExpectSameFiles(expected, RecoveredFiles(Out()));
 }
 
-TEST_F(RecoveryOfScan, BackupStaysAsItWasThroughScanPreviewOfEachRowAndRecovery) {
+TEST_F(RecoveryOfScan, BackupIsUnchangedThroughScanPreviewOfEachRowAndRecovery) {
   int nRows = 0;
   for (int nCategory = 0; nCategory < 11; ++nCategory) {
     ClickNode(nCategory);

@@ -49,7 +49,7 @@ TEST_F(RelaunchOnMac, RunsNothingWhenTheUserRefuses) {
   }
 }
 
-TEST_F(RelaunchOnMac, GivesTheRightsBackWhenTheProgramDoesNotRun) {
+TEST_F(RelaunchOnMac, ReleasesTheRightsWhenTheProgramDoesNotRun) {
   AuthorizationDouble::Instance().executeStatus = -60031;
 
   RelaunchWithRights();

@@ -71,7 +71,7 @@ TEST_F(ScanResult, IsThatOfTheWalkUnlessTheParserEndsIt) {
   }
 }
 
-TEST_F(ScanResult, WithoutAParserIsMinusOneAndTheTreeStaysAtNought) {
+TEST_F(ScanResult, WithoutAParserIsMinusOneAndTheTreeStaysAtZero) {
   OpenOverSmallBackup();
   WindowAccess::ParserMaker(Window()) = [](CIphoneBackupFile&) { return nullptr; };
   std::vector<int> reports;
@@ -97,7 +97,7 @@ TEST_F(ScanResult, OfAWrongPasswordThatTheParserReportsIsMinus110) {
   EXPECT_EQ(kZeroLabels, Labels());
 }
 
-TEST_F(ScanResult, OfAWrongPasswordThatTheToolReportsIsNought) {
+TEST_F(ScanResult, OfAWrongPasswordThatTheToolReportsIsZero) {
   WriteTool("exit", "echo 'Wrong password'; exec sleep 60");
   const std::string strBackup = WriteSealedBackup("one");
   Open();
@@ -115,7 +115,7 @@ TEST_F(ScanResult, OfAWrongPasswordThatTheToolReportsIsNought) {
   EXPECT_EQ(kZeroLabels, Labels());
 }
 
-TEST_F(ScanResult, OfAStepThatAsksToStopIsTwoWithTheNodesBehindItAtNought) {
+TEST_F(ScanResult, OfAStepThatAsksToStopIsTwoWithTheNodesAfterItAtZero) {
   OpenOverSmallBackup();
   StandIn model;
   model.contacts = [](std::vector<__PERSON_CONTENT__>&) { return 2; };

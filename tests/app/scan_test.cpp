@@ -91,7 +91,7 @@ TEST_F(ScanTest, EndsOnTheCameraPageWithTheLineAndNoSelectedNode) {
   EXPECT_EQ(Layout2_main_button_style, pRecovery->styleSheet());
 }
 
-TEST_F(ScanTest, OfAnEmptyBackupLeavesEverythingAtNought) {
+TEST_F(ScanTest, OfAnEmptyBackupLeavesEverythingAtZero) {
   WriteEmptyBackup("one");
   Open();
 
@@ -118,7 +118,7 @@ TEST_F(ScanTest, WithoutAManifestFindsTheStoresByName) {
       Labels());
 }
 
-TEST_F(ScanTest, ShowsTheDataScreenAtNoughtBehindTheDialog) {
+TEST_F(ScanTest, ShowsTheDataScreenAtZeroBehindTheDialog) {
   WriteSmallBackup(BackupPath("one"), BackupBuilder::Layout::Db);
   Open();
   std::vector<std::string> labels;
@@ -170,7 +170,7 @@ TEST_F(ScanTest, ReportsRiseToAHundred) {
   EXPECT_FALSE(Window().m_bCancelScan);
 }
 
-TEST_F(ScanTest, LeavesTheBackupAsItWas) {
+TEST_F(ScanTest, LeavesTheBackupUnchanged) {
   WriteSmallBackup(BackupPath("one"), BackupBuilder::Layout::Db);
   const auto before = TreeOf(BackupPath("one"));
   Open();
@@ -181,7 +181,7 @@ TEST_F(ScanTest, LeavesTheBackupAsItWas) {
   EXPECT_EQ(before, TreeOf(BackupPath("one")));
 }
 
-TEST_F(ScanTest, HomeAndNoLeavesTheDataScreenAsItWas) {
+TEST_F(ScanTest, HomeAndNoLeavesTheDataScreenUnchanged) {
   OpenAndScan();
   ClickNode(6);
   const std::vector<std::string> labels = Labels();

@@ -20,7 +20,7 @@ void Note(void* pContext, int& nResult) {
   nResult = 87;
 }
 
-TEST(Thread, RunsItsFunctionOnceWithContextAndResultNought) {
+TEST(Thread, RunsItsFunctionOnceWithContextAndResultZero) {
   Seen seen;
   CMyThread thread;
   QSignalSpy reports(&thread, &CMyThread::ProcessCallBack);

@@ -44,7 +44,7 @@ TEST(RefusedThread, OneThatEndsAtOnceCountsAsStarted) {
 
 class RefusedScan : public WindowTest {};
 
-TEST_F(RefusedScan, TellsTheUserAndLeavesTheHomeScreenFitForAnother) {
+TEST_F(RefusedScan, InformsTheUserAndAllowsAnotherScan) {
   WriteSmallBackup(BackupPath("one"), BackupBuilder::Layout::Db);
   Open();
   WindowAccess::RefuseWorkers(Window(), true);
@@ -65,7 +65,7 @@ TEST_F(RefusedScan, TellsTheUserAndLeavesTheHomeScreenFitForAnother) {
 
 class RefusedRecovery : public RecoveryTest {};
 
-TEST_F(RefusedRecovery, TellsTheUserAndLeavesTheDataScreenFitForAnother) {
+TEST_F(RefusedRecovery, InformsTheUserAndAllowsAnotherRecovery) {
   AddFile(0, "one");
   WindowAccess::RefuseWorkers(Window(), true);
   ExpectQtWarning(kWarning);

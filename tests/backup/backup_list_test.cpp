@@ -27,7 +27,7 @@ class BackupList : public testing::Test {
 
 }  // namespace
 
-TEST_F(BackupList, FoldersBelowTheRootComeInReverseOfTheListing) {
+TEST_F(BackupList, FoldersAreInReverseOrderOfTheListing) {
   m_folder.MakeFolder("backups/b");
   m_folder.MakeFolder("backups/A");
   m_folder.Write("backups/file", "");
@@ -50,7 +50,7 @@ TEST_F(BackupList, MissingRootGivesNoBackups) {
   EXPECT_FALSE(Exists(m_folder.Path("missing")));
 }
 
-TEST_F(BackupList, EachReadableBackupGivesARecordBehindThoseThere) {
+TEST_F(BackupList, EachReadableBackupAppendsARecord) {
   WriteInfo("b", Pair("Display Name", "second"));
   WriteInfo("A", Pair("Display Name", "first"));
   m_folder.MakeFolder("backups/without");

@@ -125,7 +125,7 @@ INSTANTIATE_TEST_SUITE_P(
                     CategoryCase{kWhatsAppAttachments, "WhatsApp Attachments", "/WhatsApp Attachments/", 19}),
     [](const auto& info) { return "Number" + std::to_string(info.param.nNumber); });
 
-TEST_F(CategoryWalk, AsksInTheFixedOrderAndTellsOfEachCategory) {
+TEST_F(CategoryWalk, RunsTheStepsInTheFixedOrderAndReportsEachCategory) {
   const int nStatus = Walk();
 
   EXPECT_EQ(0, nStatus);
@@ -137,7 +137,7 @@ TEST_F(CategoryWalk, AsksInTheFixedOrderAndTellsOfEachCategory) {
                           "WhatsApp(0)", "WhatsApp Attachments(8)"));
 }
 
-TEST_F(CategoryWalk, NeedsNobodyToTell) {
+TEST_F(CategoryWalk, WorksWithoutACallback) {
   const int nStatus = WalkCategories(m_parser, m_records, nullptr);
 
   EXPECT_EQ(0, nStatus);

@@ -71,7 +71,7 @@ class PaddedLength : public testing::TestWithParam<int> {};
 
 }  // namespace
 
-TEST_P(KnownDigest, IsAsItAlwaysWas) {
+TEST_P(KnownDigest, HasItsFixedValue) {
   const std::string strDigest = Digest(GetParam().pszText);
 
   EXPECT_EQ(GetParam().pszDigest, strDigest);
@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
         DigestCase{"TopBitsAcrossTwoWords", "caf\xC3\xA9", "8575421cbdc6889cd955ec656555e6a2eb73ee12"}),
     [](const testing::TestParamInfo<DigestCase>& info) { return info.param.pszName; });
 
-TEST(Digest, TopBitsBehindALetterLeaveTheStandard) {
+TEST(Digest, TopBitsAfterALetterDeviateFromTheStandard) {
   const std::string strText = "a\xC3\xA9";
 
   const std::string strDigest = Digest(strText);
@@ -191,7 +191,7 @@ TEST(Digest, NullTextLeavesTheOutputAlone) {
   EXPECT_EQ(std::string(40, '#'), strOutput);
 }
 
-TEST(Digest, NullOutputIsPassedOver) {
+TEST(Digest, NullOutputIsIgnored) {
   char* pszResult = SHA1(Bytes("abc"), nullptr, 40);
 
   EXPECT_EQ(nullptr, pszResult);

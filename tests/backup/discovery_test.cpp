@@ -142,7 +142,7 @@ TEST_F(FolderWalk, NamesBeyondAsciiComeInTheEncodingOfTheLocale) {
   EXPECT_THAT(files, ElementsAre(Path("B/inner.txt"), Path("B/caf\xC3\xA9.txt")));
 }
 
-TEST_P(Probe, TellsWhetherTheBackupIsEncrypted) {
+TEST_P(Probe, DetectsWhetherTheBackupIsEncrypted) {
   TemporaryFolder folder;
   for (const std::string& strFile : GetParam().files) {
     const size_t nEqual = strFile.find('=');

@@ -26,7 +26,7 @@ ChildStatus ScanWithoutAFolder(const std::string& strRoot) {
 
 }  // namespace
 
-TEST(EmptyFolderOfDecryptedFiles, IsNeverEmptied) {
+TEST(EmptyFolderOfDecryptedFiles, IsNeverTakenForTheRootFolder) {
   TemporaryFolder root;
   root.Write("precious", "mine");
   root.MakeFolder("backup");

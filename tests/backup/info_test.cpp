@@ -103,7 +103,7 @@ TEST_F(BackupFacts, MissingFileFailsAndLeavesTheRecordAlone) {
   EXPECT_TRUE(m_info.bEncrypted);
 }
 
-TEST_F(BackupFacts, PathStaysAsGiven) {
+TEST_F(BackupFacts, PathIsStoredAsGiven) {
   m_folder.Write("Info.plist", "");
 
   const Problem problem = ReadBackupInfo(m_folder.Path() + "/", m_info);
@@ -112,7 +112,7 @@ TEST_F(BackupFacts, PathStaysAsGiven) {
   EXPECT_EQ(m_folder.Path() + "/", m_info.strBackupPath);
 }
 
-TEST_F(BackupFacts, WhatTheFileDoesNotTellStaysAsItWas) {
+TEST_F(BackupFacts, MissingValuesAreLeftUnchanged) {
   m_info.strDisplayName = "name";
   m_info.strLastBackupDate = "date";
   m_info.strPhoneNumber = "number";
@@ -129,7 +129,7 @@ TEST_F(BackupFacts, WhatTheFileDoesNotTellStaysAsItWas) {
   EXPECT_TRUE(m_info.bProductVersionAbove11);
 }
 
-TEST_F(BackupFacts, EncryptionIsJudgedAnewForEveryBackup) {
+TEST_F(BackupFacts, EncryptionIsDeterminedForEachBackup) {
   m_info.bEncrypted = true;
 
   Read("");
@@ -137,7 +137,7 @@ TEST_F(BackupFacts, EncryptionIsJudgedAnewForEveryBackup) {
   EXPECT_FALSE(m_info.bEncrypted);
 }
 
-TEST_F(BackupFacts, BinaryFileTellsOnlyPathAndEncryption) {
+TEST_F(BackupFacts, BinaryFileYieldsOnlyPathAndEncryption) {
   m_folder.Write(kProbe, "");
 
   const int nStatus = Read("bplist00\xD1\x01\x02\\Display Name_\x10\x03Phone Number\0\0\n\x08"s);
@@ -148,7 +148,7 @@ TEST_F(BackupFacts, BinaryFileTellsOnlyPathAndEncryption) {
   EXPECT_TRUE(m_info.bEncrypted);
 }
 
-TEST_P(BackupDate, IsWrittenWithABlankAndNoZone) {
+TEST_P(BackupDate, HasASpaceAndNoTimeZone) {
   Read(Pair("Last Backup Date", GetParam().strValue));
 
   EXPECT_EQ(GetParam().strExpected, m_info.strLastBackupDate);
@@ -184,7 +184,7 @@ INSTANTIATE_TEST_SUITE_P(
                     VersionCase{"Empty", "", false}, VersionCase{"Words", "twelve", false}),
     [](const testing::TestParamInfo<VersionCase>& info) { return info.param.pszName; });
 
-TEST_F(BackupFacts, SerialNumberEndsTheReading) {
+TEST_F(BackupFacts, ReadingEndsAtTheSerialNumber) {
   Read(Pair("Serial Number", Text("F2L")) + Pair("Display Name", Text("too late")) +
        Pair("Serial Number", Text("second")));
 
@@ -192,7 +192,7 @@ TEST_F(BackupFacts, SerialNumberEndsTheReading) {
   EXPECT_EQ("", m_info.strDisplayName);
 }
 
-TEST_F(BackupFacts, SerialNumberWithoutATagEndsTheReadingToo) {
+TEST_F(BackupFacts, ReadingEndsAtASerialNumberWithoutATagToo) {
   Read(Pair("Serial Number", "<data>F2L</data>") + Pair("Display Name", Text("too late")));
 
   EXPECT_EQ("", m_info.strSerialNumber);
@@ -226,7 +226,7 @@ TEST_F(BackupFacts, KeyOnTheLastLineHasNoValue) {
   EXPECT_EQ("", m_info.strDisplayName);
 }
 
-TEST_F(BackupFacts, LineEndsOfWindowsAreFine) {
+TEST_F(BackupFacts, WindowsLineEndsAreAccepted) {
   Read(
       "<key>Display Name</key>\r\n<string>Anna</string>\r\n<key>Phone "
       "Number</key>\r\n<string>1</string>\r\n");
@@ -235,7 +235,7 @@ TEST_F(BackupFacts, LineEndsOfWindowsAreFine) {
   EXPECT_EQ("1", m_info.strPhoneNumber);
 }
 
-TEST_F(BackupFacts, ValueWithoutTheOpeningTagLeavesTheFieldAsItWas) {
+TEST_F(BackupFacts, ValueWithoutTheOpeningTagLeavesTheFieldUnchanged) {
   m_info.strDisplayName = "name";
   m_info.strPhoneNumber = "number";
   m_info.strLastBackupDate = "date";
@@ -262,7 +262,7 @@ TEST_F(BackupFacts, ValueIsCutWhereALineOf2047BytesEnds) {
   EXPECT_EQ("F2L", m_info.strSerialNumber);
 }
 
-TEST_F(BackupFacts, EntitiesStayAsTheyAreWritten) {
+TEST_F(BackupFacts, EntitiesAreNotDecoded) {
   Read(Pair("Display Name", Text("Tom &amp; Anna")));
 
   EXPECT_EQ("Tom &amp; Anna", m_info.strDisplayName);

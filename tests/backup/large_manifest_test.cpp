@@ -41,7 +41,7 @@ manifest_bytes::Entry LongEntry(const std::string& strPath) {
 
 }  // namespace
 
-TEST(LargeManifest, ThatIsNoneIsRefusedBeforeItIsRead) {
+TEST(LargeManifest, WithoutTheMagicIsRefusedBeforeItIsRead) {
   TemporaryFolder folder;
   const std::string strPath = folder.Write("Manifest.mbdb", "");
   ASSERT_EQ(0, truncate(strPath.c_str(), kHuge));

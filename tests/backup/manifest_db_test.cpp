@@ -85,7 +85,7 @@ class DatabaseManifestName : public DatabaseManifest, public testing::WithParamI
 
 }  // namespace
 
-TEST_F(DatabaseManifest, IdentifierIsTakenAsItStands) {
+TEST_F(DatabaseManifest, IdentifierIsUsedVerbatim) {
   Write({{"0123", "HomeDomain", "Library/SMS/sms.db"}});
 
   const int nStatus = Read();

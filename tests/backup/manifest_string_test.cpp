@@ -127,7 +127,7 @@ TEST_P(ManifestField, OfAPathIsReadByItsLength) {
   EXPECT_THAT(names, Expected("Domain-" + GetParam().strValue));
 }
 
-TEST_P(ManifestField, OfEachOtherKindIsPassedOverByItsLength) {
+TEST_P(ManifestField, OfEachOtherKindIsSkippedByItsLength) {
   for (size_t nField = 2; nField < 5; ++nField) {
     std::vector<std::string> fields = {Text("Domain"), Text("path"), kNoString, kNoString, kNoString};
     fields[nField] = GetParam().strData;
@@ -138,7 +138,7 @@ TEST_P(ManifestField, OfEachOtherKindIsPassedOverByItsLength) {
   }
 }
 
-TEST_P(ManifestField, OfAPropertyIsPassedOverByItsLength) {
+TEST_P(ManifestField, OfAPropertyIsSkippedByItsLength) {
   const std::vector<std::string> names =
       Names({Text("Domain"), Text("path"), kNoString, kNoString, kNoString},
             GetParam().strData + Text("value") + Text("name") + GetParam().strData, 2);

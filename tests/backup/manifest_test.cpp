@@ -70,14 +70,14 @@ class ManifestMagic : public BinaryManifest, public testing::WithParamInterface<
 
 }  // namespace
 
-TEST_F(BinaryManifest, HeaderAloneGivesNoEntries) {
+TEST_F(BinaryManifest, HeaderOnlyGivesNoEntries) {
   const int nStatus = Read(kHeader);
 
   EXPECT_EQ(0, nStatus);
   EXPECT_THAT(m_entries, IsEmpty());
 }
 
-TEST_F(BinaryManifest, BytesBehindTheMagicMayBeAnything) {
+TEST_F(BinaryManifest, BytesAfterTheMagicAreIgnored) {
   const int nStatus = Read("mbdb\xFF\xFE" + Bytes({"HomeDomain", "a"}));
 
   EXPECT_EQ(0, nStatus);
@@ -130,7 +130,7 @@ TEST_F(BinaryManifest, EntryIsNamedByDomainAndPathAndIdentifiedByTheirDigest) {
   EXPECT_EQ("31bb7ba8914766d4ba40d6dfb6113c8b614be442", m_entries[0].strFileId);
 }
 
-TEST_F(BinaryManifest, EntriesGoBehindThoseAlreadyThereInFileOrder) {
+TEST_F(BinaryManifest, EntriesAreAppendedInFileOrder) {
   m_entries = {{"CameraRollDomain-old", "id"}};
 
   Read(kHeader + Bytes({"HomeDomain", "z"}) + Bytes({"AppDomain", "a"}) + Bytes({"HomeDomain", "b"}));
@@ -225,7 +225,7 @@ TEST_F(BinaryManifest, PropertiesOfADirectoryAreSkippedToo) {
   EXPECT_THAT(Names(), ElementsAre("HomeDomain-next"));
 }
 
-TEST_F(BinaryManifest, LinkHashAndKeyAreSkippedAndDecideNothing) {
+TEST_F(BinaryManifest, LinkHashAndKeyAreSkipped) {
   Entry entry{"HomeDomain", "a"};
   entry.strLink = "/private/var/elsewhere";
   entry.strHash = std::string(20, '\x0A');
@@ -269,7 +269,7 @@ TEST_F(BinaryManifest, NamesBeyondAsciiKeepTheirBytesInAnyLocale) {
 
 // The device keeps such a file under the standard SHA-1; the catalogue entry names no file, and that is
 // wanted.
-TEST_F(BinaryManifest, IdentifierOfANameBeyondAsciiIsNotTheStandardOne) {
+TEST_F(BinaryManifest, IdentifierOfANonAsciiNameIsNotTheStandardOne) {
   const std::string strName = "HomeDomain-caf\xC3\xA9.txt";
 
   Read(kHeader + Bytes({"HomeDomain", "caf\xC3\xA9.txt"}));
@@ -279,7 +279,7 @@ TEST_F(BinaryManifest, IdentifierOfANameBeyondAsciiIsNotTheStandardOne) {
   EXPECT_NE(StandardSha1(strName), m_entries[0].strFileId);
 }
 
-TEST_F(BinaryManifest, IdentifierOfANameWithAZeroByteEndsThere) {
+TEST_F(BinaryManifest, IdentifierOfANameCoversItUpToAZeroByte) {
   Read(kHeader + Bytes({"HomeDomain", "a\0b"s}));
 
   ASSERT_EQ(1u, m_entries.size());
@@ -287,7 +287,7 @@ TEST_F(BinaryManifest, IdentifierOfANameWithAZeroByteEndsThere) {
   EXPECT_EQ(StandardSha1("HomeDomain-a"), m_entries[0].strFileId);
 }
 
-TEST_F(BinaryManifest, FileCutAtAnyByteKeepsTheWholeEntries) {
+TEST_F(BinaryManifest, TruncatedFileKeepsTheCompleteEntries) {
   Entry first{"HomeDomain", "first"};
   first.properties = {{"name", "value"}};
   Entry second{"HomeDomain", "second"};
@@ -310,7 +310,7 @@ TEST_F(BinaryManifest, FileCutAtAnyByteKeepsTheWholeEntries) {
   }
 }
 
-TEST_F(BinaryManifest, RubbishBehindTheEntriesIsLeftOut) {
+TEST_F(BinaryManifest, GarbageAfterTheEntriesIsIgnored) {
   const int nStatus = Read(kHeader + Bytes({"HomeDomain", "a"}) + std::string(30, '\xFE'));
 
   EXPECT_EQ(0, nStatus);

@@ -69,14 +69,14 @@ TEST_F(Parser, IsMadeForALocalBackup) {
   EXPECT_TRUE(std::has_virtual_destructor<IPhoneRecoveryParse>::value);
 }
 
-TEST_F(Parser, IsNotMadeForAnyOtherKind) {
+TEST_F(Parser, IsNotCreatedForAnyOtherKind) {
   const std::unique_ptr<IPhoneRecoveryParse> pParser(
       CIphoneRecoveryFactory::getInstance()->CreateRecoveryParse(&m_session, static_cast<RECOVERY_TYPE>(0)));
 
   EXPECT_EQ(nullptr, pParser);
 }
 
-TEST_F(Parser, EachOneIsNewAndTheFactoryIsOne) {
+TEST_F(Parser, FactoryIsASingletonAndCreatesNewParsers) {
   const std::unique_ptr<IPhoneRecoveryParse> pOther(
       CIphoneRecoveryFactory::getInstance()->CreateRecoveryParse(&m_session, RECOVERY_TYPE_LOCAL_BACKUP));
 
@@ -84,7 +84,7 @@ TEST_F(Parser, EachOneIsNewAndTheFactoryIsOne) {
   EXPECT_EQ(CIphoneRecoveryFactory::getInstance(), CIphoneRecoveryFactory::getInstance());
 }
 
-TEST_F(Parser, TellsNothingAboutEncryption) {
+TEST_F(Parser, IsEncryptLeavesItsArgumentUnchanged) {
   const __BACK_FILE_INFO__ info = InfoOf(m_folder.Path("backup"), true);
   m_session.Init(&info);
   bool bYes = true;

@@ -327,7 +327,7 @@ TEST_P(SessionStores, CopyOfTheContactsStoreIsEqualAndOpenToAll) {
   EXPECT_TRUE(ReadFile(ToNarrow(PlaceOf(store_places::contacts()))) == ReadFile(strCopy));
 }
 
-TEST_P(SessionStores, CopyOfAMissingStoreMakesNothingAndSucceeds) {
+TEST_P(SessionStores, CopyOfAMissingStoreCreatesNothingAndSucceeds) {
   Open();
   const std::string strOut = m_folder.MakeFolder("out");
 

@@ -163,7 +163,7 @@ TEST_F(Session, BinaryManifestThatIsNoneGives87) {
   EXPECT_THAT(session.GetManifest(), IsEmpty());
 }
 
-TEST_F(Session, MissingBackupFolderGives87AndIsNotMade) {
+TEST_F(Session, MissingBackupFolderGives87AndIsNotCreated) {
   CIphoneBackupFile session;
 
   const int nStatus = Open(session, "missing");

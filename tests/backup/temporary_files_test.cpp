@@ -29,7 +29,7 @@ class TemporaryFileName : public TemporaryFiles, public testing::WithParamInterf
 
 }  // namespace
 
-TEST_F(TemporaryFiles, DecryptedFilesOfAnEarlierRunAreGoneWithANewSession) {
+TEST_F(TemporaryFiles, DecryptedFilesOfAnEarlierRunAreRemovedByANewSession) {
   m_folder.Write(m_strDecrypted + "/31bb7ba8914766d4ba40d6dfb6113c8b614be442", "secret");
   m_folder.Write(m_strDecrypted + "/J\xC3\xBCrgen", "secret");
 
@@ -75,7 +75,7 @@ TEST_F(TemporaryFiles, OtherFilesOfTheWorkFolderStay) {
   EXPECT_THAT(NamesIn(m_folder.Path("work")), testing::SizeIs(4));
 }
 
-TEST_F(TemporaryFiles, MissingWorkFolderIsNoMatterAndIsNotMade) {
+TEST_F(TemporaryFiles, MissingWorkFolderIsIgnoredAndNotCreated) {
   SetPlaces(m_folder.Path("backups"), m_folder.Path("missing"));
   CIphoneBackupFile session;
 

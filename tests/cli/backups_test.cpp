@@ -61,7 +61,7 @@ TEST_F(BackupsCommand, SaysWhichBackupIsEncrypted) {
                                           "locked\t2016-05-01 09:12:33\tF2\tencrypted\t" + Path("b")));
 }
 
-TEST_F(BackupsCommand, MissingFieldComesFromTheNeighbourBelow) {
+TEST_F(BackupsCommand, MissingFieldIsTakenFromTheNextBackup) {
   BackupBuilder::Info bare = InfoOf("upper", "F1");
   bare.lastBackupDate = QString();
   bare.serialNumber = QString();
@@ -114,7 +114,7 @@ TEST_F(BackupsCommand, JsonWithoutBackupsIsAnEmptyArray) {
   EXPECT_THAT(result.strErr, HasSubstr("no backups below " + Root()));
 }
 
-TEST_F(BackupsCommand, FolderThatIsABackupIsPointedOut) {
+TEST_F(BackupsCommand, FolderThatIsABackupIsReported) {
   WriteInfo("a", InfoOf("name", "F1"));
 
   const CommandResult result = RunCommand({"backups", Path("a")});
@@ -123,7 +123,7 @@ TEST_F(BackupsCommand, FolderThatIsABackupIsPointedOut) {
   EXPECT_THAT(result.strErr, HasSubstr(Path("a") + " is a backup itself"));
 }
 
-TEST_F(BackupsCommand, MissingFolderEndsWithTwo) {
+TEST_F(BackupsCommand, MissingFolderExitsWithTwo) {
   const CommandResult result = RunCommand({"backups", m_folder.Path("missing")});
 
   EXPECT_EQ(2, result.nExitStatus);

@@ -281,7 +281,7 @@ std::string NameOf(const testing::TestParamInfo<Row>& info) {
 
 }  // namespace
 
-TEST_P(DamagedBackup, IsComplainedOfAndTheRestIsRead) {
+TEST_P(DamagedBackup, IsReportedAndTheRestIsRead) {
   const CommandResult result = RunCommand({"scan", Backup()});
 
   EXPECT_EQ(GetParam().ScanStatus(), result.nExitStatus);
@@ -296,7 +296,7 @@ TEST_P(DamagedBackup, IsComplainedOfAndTheRestIsRead) {
   for (const std::string& strCount : GetParam().counts) EXPECT_THAT(result.Lines(), Contains(strCount));
 }
 
-TEST_P(DamagedBackup, GivesWholeJson) {
+TEST_P(DamagedBackup, JsonIsComplete) {
   const CommandResult result = RunCommand({"scan", Backup(), "--json", "--manifest"});
 
   EXPECT_EQ(GetParam().ScanStatus(), result.nExitStatus);
@@ -315,7 +315,7 @@ TEST_P(DamagedBackup, ListsWhatCouldNotBeReadInTheJson) {
   EXPECT_EQ(GetParam().ScanStatus() == 4, result.Object().contains("failed"));
 }
 
-TEST_P(DamagedBackup, GivesUpTheFilesThatAreWhole) {
+TEST_P(DamagedBackup, IntactFilesAreRecovered) {
   const auto before = TreeOf(Backup());
   const bool bLoses = GetParam().pszLostFile != nullptr;
 
@@ -339,7 +339,7 @@ TEST_P(DamagedBackup, GivesUpTheFilesThatAreWhole) {
 
 INSTANTIATE_TEST_SUITE_P(Kinds, DamagedBackup, testing::ValuesIn(Damages()), NameOf<Damage>);
 
-TEST_P(NotABackup, EndsWithTwoAndNamesTheFolder) {
+TEST_P(NotABackup, ExitsWithTwoAndNamesTheFolder) {
   TemporaryFolder folder;
   GetParam().make(folder);
 

@@ -40,7 +40,7 @@ class HostileApp : public RecoverDestination, public testing::WithParamInterface
 
 }  // namespace
 
-TEST_P(DestinationInBackup, IsRefusedAndNothingIsMade) {
+TEST_P(DestinationInBackup, IsRefusedAndNothingIsCreated) {
   WriteSmallBackup(Backup(), Layout::Db);
   std::filesystem::create_directory_symlink(Backup(), m_folder.Path("link"));
   const auto before = TreeOf(Backup());
@@ -81,7 +81,7 @@ TEST_F(RecoverDestination, MayHaveANameThatBeginsLikeTheBackups) {
 }
 
 // A link that the user's destination already holds leads the copies into the backup just as well.
-TEST_F(RecoverDestination, ThatHoldsALinkIntoTheBackupLeavesTheBackupAsItWas) {
+TEST_F(RecoverDestination, ThatHoldsALinkIntoTheBackupLeavesTheBackupUnchanged) {
   WriteSmallBackup(Backup(), Layout::Db);
   m_folder.MakeFolder("out");
   std::filesystem::create_directory_symlink(Backup(), Out() + "/Camera Roll");
@@ -92,7 +92,7 @@ TEST_F(RecoverDestination, ThatHoldsALinkIntoTheBackupLeavesTheBackupAsItWas) {
   EXPECT_TRUE(before == TreeOf(Backup()));
 }
 
-TEST_F(RecoverDestination, ThatIsAFileEndsWithFour) {
+TEST_F(RecoverDestination, ThatIsAFileExitsWithFour) {
   WriteSmallBackup(Backup(), Layout::Db);
   m_folder.Write("out", "mine");
 
@@ -103,7 +103,7 @@ TEST_F(RecoverDestination, ThatIsAFileEndsWithFour) {
   EXPECT_EQ("mine", ReadFile(Out()));
 }
 
-TEST_F(RecoverDestination, BelowAFileEndsWithFour) {
+TEST_F(RecoverDestination, BelowAFileExitsWithFour) {
   WriteSmallBackup(Backup(), Layout::Db);
   m_folder.Write("out", "mine");
 
@@ -164,7 +164,7 @@ TEST_F(RecoverDestination, ThatIsReadOnlyFailsEachFile) {
   EXPECT_THAT(lines, Each(StartsWith("Failed\t" + Out() + "/")));
 }
 
-TEST_F(RecoverDestination, ThatIsReadOnlyIsGivenAsTheReason) {
+TEST_F(RecoverDestination, ThatIsReadOnlyIsReportedAsTheReason) {
   WriteSmallBackup(Backup(), Layout::Db);
   m_folder.MakeFolder("out");
   if (!MayMount(Out())) GTEST_SKIP() << "this system lets nobody mount a read-only folder";
@@ -174,7 +174,7 @@ TEST_F(RecoverDestination, ThatIsReadOnlyIsGivenAsTheReason) {
   EXPECT_THAT(result.strOut, HasSubstr("Read-only file system"));
 }
 
-TEST_F(RecoverDestination, ThatGetsFullKeepsTheFilesThatAreWholeAlone) {
+TEST_F(RecoverDestination, ThatGetsFullKeepsOnlyCompleteFiles) {
   const QByteArray bytes = sample_media::jpeg(1).leftJustified(20000, '\0');
   WritePhotos(Backup(), 8, bytes);
   m_folder.MakeFolder("out");
@@ -194,7 +194,7 @@ TEST_F(RecoverDestination, ThatGetsFullKeepsTheFilesThatAreWholeAlone) {
                                             std::to_string(8 - kept.size()) + " failed, "));
 }
 
-TEST_F(RecoverDestination, ThatGetsFullIsGivenAsTheReason) {
+TEST_F(RecoverDestination, ThatGetsFullIsReportedAsTheReason) {
   WritePhotos(Backup(), 8, sample_media::jpeg(1).leftJustified(20000, '\0'));
   m_folder.MakeFolder("out");
   if (!MayMount(Out())) GTEST_SKIP() << "this system lets nobody mount a small file system";

@@ -130,7 +130,7 @@ INSTANTIATE_TEST_SUITE_P(
                     HostilePlace{"PipeInPlaceOfTheNotes", Target::Notes, Kind::Pipe}),
     [](const auto& info) { return std::string(info.param.pszName); });
 
-TEST(LinkInABackup, NeverBringsOutAnotherFile) {
+TEST(LinkInABackup, NeverExposesAnotherFile) {
   TemporaryFolder folder;
   const SmallBackup small = WriteSmallBackup(folder.Path("backup"), Layout::Db);
   const std::string strSecret =

@@ -44,7 +44,7 @@ std::map<std::string, std::string> FilesWithBytes(const std::string& strFolder) 
 
 }  // namespace
 
-TEST_P(OddBackupPath, ScansAsAPlainOne) {
+TEST_P(OddBackupPath, ScansLikeAPlainPath) {
   const CommandResult plain = RunCommand({"scan", Plain()});
 
   const CommandResult odd = RunCommand({"scan", Odd()});
@@ -56,7 +56,7 @@ TEST_P(OddBackupPath, ScansAsAPlainOne) {
   EXPECT_EQ(plain.strOut, odd.strOut);
 }
 
-TEST_P(OddBackupPath, GivesUpTheFilesOfAPlainOne) {
+TEST_P(OddBackupPath, FilesAreRecoveredAsFromAPlainPath) {
   RunCommand(RecoverFiles(Plain(), m_folder.Path("out/plain")));
 
   const CommandResult odd = RunCommand(RecoverFiles(Odd(), m_folder.Path("out/odd")));
@@ -68,7 +68,7 @@ TEST_P(OddBackupPath, GivesUpTheFilesOfAPlainOne) {
   EXPECT_TRUE(FilesWithBytes(m_folder.Path("out/plain")) == files);
 }
 
-TEST_P(OddBackupPath, GivesUpItsDocuments) {
+TEST_P(OddBackupPath, DocumentsAreRecovered) {
   const CommandResult odd =
       RunCommand({"recover", Odd(), m_folder.Path("out"), "--only", "Message,Contacts"});
 

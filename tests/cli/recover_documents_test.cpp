@@ -90,7 +90,7 @@ TEST_P(DocumentsOfLayout, ComeAfterTheFilesInTheirOrder) {
   EXPECT_EQ(15u, result.Lines().size());
 }
 
-TEST_P(DocumentsOfLayout, AreToldUnderTheirRealPaths) {
+TEST_P(DocumentsOfLayout, AreReportedUnderTheirRealPaths) {
   WriteSmallBackup(Backup(), GetParam());
 
   const CommandResult result = RunCommand({"recover", Backup(), Out()});

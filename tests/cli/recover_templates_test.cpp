@@ -107,7 +107,7 @@ TEST_P(ProgramOfLayout, WritesWhatTheBackupHolds) {
 INSTANTIATE_TEST_SUITE_P(Layouts, ProgramOfLayout, testing::Values(Layout::Mbdb, Layout::Db),
                          [](const auto& info) { return info.param == Layout::Db ? "Db" : "Mbdb"; });
 
-TEST_P(TemplateBeside, WithoutTheContentTokenEndsWithFourAndWritesNothing) {
+TEST_P(TemplateBeside, WithoutTheContentTokenExitsWithFourAndWritesNothing) {
   CopyProgram(true);
   const std::string strTemplate =
       m_folder.Write(std::string("program/template/") + GetParam() + ".html", "<html>{|title|}</html>");
@@ -121,7 +121,7 @@ TEST_P(TemplateBeside, WithoutTheContentTokenEndsWithFourAndWritesNothing) {
   EXPECT_THAT(FilesBelow(Out()), IsEmpty());
 }
 
-TEST_P(TemplateBeside, ThatIsMissingEndsWithFourAndNothingIsWritten) {
+TEST_P(TemplateBeside, ThatIsMissingExitsWithFourAndNothingIsWritten) {
   CopyProgram(true);
   const std::string strTemplate = m_folder.Path(std::string("program/template/") + GetParam() + ".html");
   fs::remove(strTemplate);

@@ -105,7 +105,7 @@ TEST_P(RecoverOfLayout, CopiesTheSameFilesInTheSameOrderWithoutOnly) {
   EXPECT_EQ(expected, found);
 }
 
-TEST_P(RecoverOfLayout, LeavesTheBackupAsItWas) {
+TEST_P(RecoverOfLayout, LeavesTheBackupUnchanged) {
   DemoOptions options;
   options.layout = GetParam();
   writeDemoBackup(QString::fromStdString(Backup()), options);
@@ -285,7 +285,7 @@ TEST_F(RecoverCommand, NamesKeepTheirCharactersInALocaleWithoutEncoding) {
   EXPECT_TRUE(bytes.toStdString() == ReadFile(strTarget));
 }
 
-TEST_F(RecoverCommand, EncryptedBackupEndsWithThreeAndMakesNothing) {
+TEST_F(RecoverCommand, EncryptedBackupExitsWithThreeAndCreatesNothing) {
   WriteSmallBackup(Backup(), Layout::Db);
   WriteFile(StorePathIn(Backup(), Layout::Db, store_places::contacts()), "cipher text");
 
@@ -296,7 +296,7 @@ TEST_F(RecoverCommand, EncryptedBackupEndsWithThreeAndMakesNothing) {
   EXPECT_FALSE(Exists(Out()));
 }
 
-TEST_F(RecoverCommand, FolderThatIsNoBackupEndsWithTwoAndMakesNothing) {
+TEST_F(RecoverCommand, FolderThatIsNoBackupExitsWithTwoAndCreatesNothing) {
   m_folder.MakeFolder("backup");
 
   const CommandResult result = RunCommand(RecoverFiles(Backup(), Out()));

@@ -54,7 +54,7 @@ TEST_P(ScanCommand, CountsTheElevenCategoriesInOrder) {
   EXPECT_THAT(result.strErr, IsEmpty());
 }
 
-TEST_P(ScanCommand, JsonTellsTheBackupAndItsManifest) {
+TEST_P(ScanCommand, JsonDescribesTheBackupAndItsManifest) {
   WriteSmallBackup(Backup(), GetParam());
 
   const QJsonObject json = RunCommand({"scan", Backup(), "--json"}).Object();
@@ -71,7 +71,7 @@ TEST_P(ScanCommand, JsonTellsTheBackupAndItsManifest) {
             JsonText(json["counts"]));
 }
 
-TEST_P(ScanCommand, JsonTellsEachFile) {
+TEST_P(ScanCommand, JsonListsEachFile) {
   const SmallBackup small = WriteSmallBackup(Backup(), GetParam());
 
   const QJsonObject json = RunCommand({"scan", Backup(), "--json"}).Object();
@@ -85,7 +85,7 @@ TEST_P(ScanCommand, JsonTellsEachFile) {
   EXPECT_EQ("[" + FileJson(small.files[6]) + "]", JsonText(json["messageAttachments"]));
 }
 
-TEST_P(ScanCommand, JsonTellsEachRecordOfTheStores) {
+TEST_P(ScanCommand, JsonListsEachRecordOfTheStores) {
   WriteSmallBackup(Backup(), GetParam());
   // Calls find names only in the columns of the newer layout.
   const std::string strCaller = GetParam() == Layout::Db ? "ÄnneBerger" : "";
@@ -108,7 +108,7 @@ TEST_P(ScanCommand, JsonTellsEachRecordOfTheStores) {
   EXPECT_EQ("[]", JsonText(json["whatsapp"]));
 }
 
-TEST_P(ScanCommand, JsonTellsTheManifestOnDemand) {
+TEST_P(ScanCommand, JsonListsTheManifestOnDemand) {
   const SmallBackup small = WriteSmallBackup(Backup(), GetParam());
 
   const QJsonObject without = RunCommand({"scan", Backup(), "--json"}).Object();
@@ -154,7 +154,7 @@ TEST_P(ScanCommand, CountsOfADemoBackupAgreeWithItsLists) {
   EXPECT_THAT(text.Lines(), ElementsAreArray(lines));
 }
 
-TEST_P(ScanCommand, LeavesTheBackupAsItWas) {
+TEST_P(ScanCommand, LeavesTheBackupUnchanged) {
   DemoOptions options;
   options.layout = GetParam();
   writeDemoBackup(QString::fromStdString(Backup()), options);
@@ -168,7 +168,7 @@ TEST_P(ScanCommand, LeavesTheBackupAsItWas) {
 
 INSTANTIATE_TEST_SUITE_P(Layouts, ScanCommand, testing::Values(Layout::Mbdb, Layout::Db), NameOf);
 
-TEST(ScanJson, TellsANote) {
+TEST(ScanJson, ContainsTheNote) {
   TemporaryFolder folder;
   WriteSmallBackup(folder.Path("backup"), Layout::Db);
 
@@ -189,7 +189,7 @@ TEST(ScanText, StaysUtf8InALocaleWithoutEncoding) {
   EXPECT_EQ(expected.strOut, result.strOut);
 }
 
-TEST(ScanCommandAlone, EncryptedBackupEndsWithThree) {
+TEST(ScanCommandAlone, EncryptedBackupExitsWithThree) {
   TemporaryFolder folder;
   const std::string strBackup = folder.Path("backup");
   WriteSmallBackup(strBackup, Layout::Db);

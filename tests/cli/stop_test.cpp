@@ -149,7 +149,7 @@ TEST_F(LongRecovery, SourceThatGoesAwayIsGivenAsTheReason) {
   EXPECT_THAT(result.Line(kPhotos - 2), HasSubstr("No such file or directory"));
 }
 
-TEST(ReaderOfTheLines, ThatGoesAwayIsAFailedWrite) {
+TEST(ReaderOfTheLines, ThatClosesThePipeCausesAFailedWrite) {
   TemporaryFolder folder;
   WritePhotos(folder.Path("backup"), kPhotos, sample_media::jpeg(1, 64, 48).leftJustified(1024, '\0'));
   QProcess process;
@@ -165,7 +165,7 @@ TEST(ReaderOfTheLines, ThatGoesAwayIsAFailedWrite) {
   EXPECT_EQ(static_cast<size_t>(kPhotos), FilesBelow(folder.Path("out")).size());
 }
 
-TEST(Progress, IsDrawnOnATerminalAndTakenAway) {
+TEST(Progress, IsDrawnOnATerminalAndErased) {
   TemporaryFolder folder;
   writeDemoBackup(QString::fromStdString(folder.Path("backup")), {});
   Terminal terminal;
@@ -180,7 +180,7 @@ TEST(Progress, IsDrawnOnATerminalAndTakenAway) {
   EXPECT_THAT(result.strOut, Not(HasSubstr("%")));
 }
 
-TEST(Progress, NeverGoesBack) {
+TEST(Progress, NeverDecreases) {
   TemporaryFolder folder;
   writeDemoBackup(QString::fromStdString(folder.Path("backup")), {});
   Terminal terminal;
@@ -214,7 +214,7 @@ TEST(Progress, IsShownWhileFilesAreCopied) {
   EXPECT_THAT(strReceived, HasSubstr("100%"));
 }
 
-TEST(Progress, IsLeftOutWhenQuiet) {
+TEST(Progress, IsNotShownWhenQuiet) {
   TemporaryFolder folder;
   WriteSmallBackup(folder.Path("backup"), BackupBuilder::Layout::Db);
   for (const std::vector<std::string>& arguments :

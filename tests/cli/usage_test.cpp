@@ -53,7 +53,7 @@ CommandResult RunIntoFullDevice(const std::vector<std::string>& arguments) {
 
 }  // namespace
 
-TEST_P(UsageIsWrong, EndsWithOneAndALine) {
+TEST_P(UsageIsWrong, ExitsWithOneAndALine) {
   const CommandResult result = RunCommand(GetParam().arguments);
 
   EXPECT_EQ(1, result.nExitStatus);

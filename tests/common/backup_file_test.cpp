@@ -102,7 +102,7 @@ TEST_P(BackupFile, IsOpenedOnlyWhenItIsARegularFile) {
   }
 }
 
-TEST_P(BackupFile, TellsItsSizeOnlyWhenItIsARegularFile) {
+TEST_P(BackupFile, HasASizeOnlyWhenItIsARegularFile) {
   // Names beyond Latin-1's reach aren't found by the size at all.
   if (Path().find('\xC3') != std::string::npos) GTEST_SKIP() << "not found by its size";
   long long nSize = -1;
@@ -126,7 +126,7 @@ TEST_P(BackupFile, IsCopiedOnlyWhenItIsARegularFile) {
 INSTANTIATE_TEST_SUITE_P(Places, BackupFile, testing::ValuesIn(kPlaces),
                          [](const auto& info) { return std::string(info.param.pszName); });
 
-TEST(CopyOfABackupFile, LeavesWhatIsInTheWayUntouched) {
+TEST(CopyOfABackupFile, LeavesAnExistingFileUnchanged) {
   TemporaryFolder folder;
   const std::string strSource = folder.Write("source", "new");
   const std::string strTarget = folder.Write("target", "old");

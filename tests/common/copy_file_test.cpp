@@ -34,7 +34,7 @@ class CopyFile : public testing::Test {
   std::string m_strTarget;
 };
 
-TEST_F(CopyFile, HoldsWhatTheSourceHolds) {
+TEST_F(CopyFile, HasTheContentOfTheSource) {
   std::string strContent(3'000'001, 'x');
   for (size_t i = 0; i < strContent.size(); ++i) strContent[i] = static_cast<char>(i * 7 + i / 251);
   WriteSource(strContent);
@@ -53,7 +53,7 @@ TEST_F(CopyFile, AnEmptySourceGivesAnEmptyFile) {
   EXPECT_EQ("", Content(m_strTarget));
 }
 
-TEST_F(CopyFile, HasItsRightsWhateverTheMask) {
+TEST_F(CopyFile, HasItsModeRegardlessOfTheUmask) {
   WriteSource("x");
   const mode_t nOldMask = umask(077);
 
@@ -65,7 +65,7 @@ TEST_F(CopyFile, HasItsRightsWhateverTheMask) {
   EXPECT_EQ(0777u, info.st_mode & 07777);
 }
 
-TEST_F(CopyFile, WhatSeemsEmptyToTheSystemIsReadToItsEnd) {
+TEST_F(CopyFile, SourceWithReportedSizeZeroIsReadToItsEnd) {
   // The system reports a size of zero.
   const Problem problem = Copy("/proc/self/status");
 
@@ -73,7 +73,7 @@ TEST_F(CopyFile, WhatSeemsEmptyToTheSystemIsReadToItsEnd) {
   EXPECT_NE(std::string::npos, Content(m_strTarget).find("Pid:"));
 }
 
-TEST_F(CopyFile, NothingIsWrittenOverWhatStandsThere) {
+TEST_F(CopyFile, ExistingFileIsNotOverwritten) {
   WriteSource("new");
   std::ofstream(m_strTarget) << "old";
 
@@ -84,7 +84,7 @@ TEST_F(CopyFile, NothingIsWrittenOverWhatStandsThere) {
   EXPECT_EQ("old", Content(m_strTarget));
 }
 
-TEST_F(CopyFile, NorThroughALinkThatLeadsNowhere) {
+TEST_F(CopyFile, DanglingLinkAsDestinationIsNotFollowed) {
   WriteSource("new");
   const std::string strElsewhere = m_folder.Path("elsewhere");
   ASSERT_EQ(0, symlink(strElsewhere.c_str(), m_strTarget.c_str()));
@@ -95,7 +95,7 @@ TEST_F(CopyFile, NorThroughALinkThatLeadsNowhere) {
   EXPECT_NE(0, lstat(strElsewhere.c_str(), &info));
 }
 
-TEST_F(CopyFile, WithoutASourceNothingIsMade) {
+TEST_F(CopyFile, MissingSourceCreatesNothing) {
   const Problem problem = Copy(m_strSource);
 
   EXPECT_EQ(Problem::Step::Open, problem.step);
@@ -103,7 +103,7 @@ TEST_F(CopyFile, WithoutASourceNothingIsMade) {
   EXPECT_FALSE(TargetExists());
 }
 
-TEST_F(CopyFile, AFolderOrAPipeIsNoSource) {
+TEST_F(CopyFile, FolderOrFifoAsSourceIsRefused) {
   const std::string strPipe = m_folder.Path("pipe");
   ASSERT_EQ(0, mkfifo(strPipe.c_str(), 0600));
 
@@ -112,7 +112,7 @@ TEST_F(CopyFile, AFolderOrAPipeIsNoSource) {
   EXPECT_FALSE(TargetExists());
 }
 
-TEST_F(CopyFile, ACopyThatBreaksOffLeavesNothing) {
+TEST_F(CopyFile, FailedCopyLeavesNoFile) {
   WriteSource(std::string(2'000'000, 'x'));
   // The system allows this process no larger files for a moment.
   const auto oldHandler = signal(SIGXFSZ, SIG_IGN);

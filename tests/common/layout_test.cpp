@@ -87,7 +87,7 @@ INSTANTIATE_TEST_SUITE_P(Stores, StoreIdentifier,
                                                    "2b2b0084a1bc3a5ac8c27afdf14afb42c61a19ca"}),
                          [](const testing::TestParamInfo<StoreCase>& info) { return info.param.pszName; });
 
-TEST(Layout, IdentifierThatLeadsElsewhereHasNoPlace) {
+TEST(Layout, IdentifierThatIsNotAFileNameHasNoPath) {
   const BackupLayout layout{"/backup", false, true};
 
   EXPECT_EQ(QString(), layout.PathOf("../secret/file"));

@@ -158,7 +158,7 @@ TEST(FreeFileName, NameWithoutADotGetsTheNumberAtItsEnd) {
   EXPECT_EQ(folder.Path("some.folder/note(1)"), strFree);
 }
 
-TEST(FreeFileName, NumberStandsBeforeTheLastExtensionOnly) {
+TEST(FreeFileName, NumberIsInsertedBeforeTheLastExtensionOnly) {
   TemporaryFolder folder;
   folder.Write("a.tar.gz", "");
 
@@ -167,7 +167,7 @@ TEST(FreeFileName, NumberStandsBeforeTheLastExtensionOnly) {
   EXPECT_EQ(folder.Path("a.tar(1).gz"), strFree);
 }
 
-TEST(FreeFileName, FolderOfThatNameTakesThePathToo) {
+TEST(FreeFileName, FolderOfThatNameOccupiesThePathToo) {
   TemporaryFolder folder;
   folder.MakeFolder("Photos");
 
@@ -212,7 +212,7 @@ TEST(FreeNames, FirstIsThePathItself) {
   EXPECT_EQ(folder.Path("a.txt"), strFree);
 }
 
-TEST(FreeNames, GoOnBehindTheNumberThatWasTakenLast) {
+TEST(FreeNames, ContinueAfterTheLastNumberUsed) {
   TemporaryFolder folder;
   folder.Write("a.txt", "");
   folder.Write("a(1).txt", "");

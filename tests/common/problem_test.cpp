@@ -37,7 +37,7 @@ TEST_F(Problems, HandlerGetsFileAndReason) {
   EXPECT_THAT(g_told, ElementsAre("/a/b: is bad"));
 }
 
-TEST_F(Problems, NothingIsToldBeforeAndAfterTheHandler) {
+TEST_F(Problems, NothingIsReportedBeforeAndAfterTheHandler) {
   ReportProblem("/before", "");
   SetProblemHandler(Tell);
   ReportProblem("/between", "is bad");
@@ -56,7 +56,7 @@ TEST_F(Problems, LaterHandlerTakesThePlaceOfTheEarlier) {
   EXPECT_THAT(g_told, ElementsAre("/a! is bad"));
 }
 
-TEST_F(Problems, AreToldOnTheThreadThatMeetsThem) {
+TEST_F(Problems, AreReportedOnTheThreadThatDetectsThem) {
   static std::thread::id told;
   SetProblemHandler([](const std::string&, const std::string&) { told = std::this_thread::get_id(); });
 

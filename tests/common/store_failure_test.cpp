@@ -63,7 +63,7 @@ TEST_P(StoreThatIsNone, GivesNoRowsAndIsReportedUnderItsPath) {
   EXPECT_NE("", m_problems.Problems()[0].strReason);
 }
 
-TEST_P(StoreThatIsNone, IsPassedOverInSilenceWhenThatIsExpected) {
+TEST_P(StoreThatIsNone, IsSkippedSilentlyWhenThatIsExpected) {
   const std::string strPath = GetParam().pfnMake(m_folder);
 
   const int nRows = Rows(strPath, StoreQuery::Failure::Expected);

@@ -167,7 +167,7 @@ TEST_F(HostileStore, CutWithinItsLastPageIsReportedAndReadAsFarAsItGoes) {
   EXPECT_THAT(m_problems.Problems()[0].strReason, HasSubstr("cut short"));
 }
 
-TEST_F(HostileStore, LeadsToNoOtherFile) {
+TEST_F(HostileStore, CannotAttachAnotherFile) {
   const std::string strPath = MakeStore({"create table people (name)"});
 
   const int nRows = Rows(strPath, "attach 'other.db' as other");

@@ -57,7 +57,7 @@ TEST_F(Store, RowsComeInTheOrderOfTheStatement) {
   EXPECT_THAT(texts, ElementsAre("Bo", "Ann"));
 }
 
-TEST_F(Store, ColumnsComeAsTextOrNumber) {
+TEST_F(Store, ColumnsAreReadAsTextOrNumber) {
   const std::string strPath = MakeStore("a.db");
 
   StoreQuery query(
@@ -95,7 +95,7 @@ TEST_F(Store, NullIsEmptyAsTextAndZeroAsNumber) {
   EXPECT_EQ(0, query.Integer(0));
 }
 
-TEST_F(Store, ThereIsNothingBehindTheLastRow) {
+TEST_F(Store, NothingFollowsTheLastRow) {
   const std::string strPath = MakeStore("a.db");
   StoreQuery query(strPath, kNames);
 
@@ -104,7 +104,7 @@ TEST_F(Store, ThereIsNothingBehindTheLastRow) {
   EXPECT_THAT(answers, ElementsAre(true, true, false, false));
 }
 
-TEST_F(Store, StatementWithoutRowsStillTellsItsColumns) {
+TEST_F(Store, StatementWithoutRowsStillHasColumns) {
   const std::string strPath = MakeStore("a.db");
   StoreQuery query(strPath, "select * from people where 0");
 
@@ -114,14 +114,14 @@ TEST_F(Store, StatementWithoutRowsStillTellsItsColumns) {
   EXPECT_EQ(2, query.ColumnCount());
 }
 
-TEST_F(Store, MissingFileGivesNoRowsAndIsNotMade) {
+TEST_F(Store, MissingFileGivesNoRowsAndIsNotCreated) {
   const std::vector<std::string> texts = Read(m_folder.Path("missing.db"));
 
   EXPECT_THAT(texts, IsEmpty());
   EXPECT_THAT(NamesIn(m_folder.Path()), IsEmpty());
 }
 
-TEST_F(Store, MissingFolderGivesNoRowsAndIsNotMade) {
+TEST_F(Store, MissingFolderGivesNoRowsAndIsNotCreated) {
   const std::vector<std::string> texts = Read(m_folder.Path("missing/a.db"));
 
   EXPECT_THAT(texts, IsEmpty());

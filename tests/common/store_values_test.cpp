@@ -95,7 +95,7 @@ class StoreValue : public testing::TestWithParam<Value> {
 
 }  // namespace
 
-TEST_P(StoreValue, ComesAsItsTextAndItsNumber) {
+TEST_P(StoreValue, IsReadAsTextAndAsNumber) {
   StoreQuery query(MakeStore("UTF-8"), "select x from t");
 
   ASSERT_TRUE(query.Next());
@@ -105,7 +105,7 @@ TEST_P(StoreValue, ComesAsItsTextAndItsNumber) {
   EXPECT_EQ(GetParam().nInteger, query.Integer(0));
 }
 
-TEST_P(StoreValue, ComesInAnotherLocaleByTheSameRoad) {
+TEST_P(StoreValue, IsConvertedTheSameWayInAnotherLocale) {
   const std::string strPath = MakeStore("UTF-8");
   LocaleCodec codec("ISO-8859-1");
   StoreQuery query(strPath, "select x from t");

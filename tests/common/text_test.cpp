@@ -67,7 +67,7 @@ TEST(Text, WhatTheLocaleLacksIsReplacedAndTheRestKept) {
   EXPECT_EQ("1 ? net", strNarrow);
 }
 
-TEST(Text, WideTextComesBackWhole) {
+TEST(Text, WideTextSurvivesARoundTrip) {
   const QString qstrText = QString::fromUtf8(kWhale);
 
   const std::u16string wstrText = ToWide(qstrText);
@@ -137,7 +137,7 @@ TEST(Text, LatinOneConversionIgnoresTheLocale) {
   EXPECT_EQ(4, nLength);
 }
 
-TEST(Text, LatinOneConversionPutsAQuestionMarkForWhatItLacks) {
+TEST(Text, LatinOneConversionReplacesOtherCharactersByAQuestionMark) {
   std::string strText;
 
   const int nLength = inner_uni2str(strText, u"1 \u20AC net");

@@ -48,7 +48,7 @@ ArchivedFile ReadBytes(const QByteArray& bytes) {
 
 }  // namespace
 
-TEST(ArchivedFile, GivesSizeAndKey) {
+TEST(ArchivedFile, ReturnsSizeAndKey) {
   const ArchivedFile file = Record().Read();
 
   EXPECT_EQ(kKey, KeyOf(file));
@@ -56,7 +56,7 @@ TEST(ArchivedFile, GivesSizeAndKey) {
   EXPECT_TRUE(file.bWhole);
 }
 
-TEST(ArchivedFile, GivesAKeyThatIsReferredToOnceMore) {
+TEST(ArchivedFile, ReturnsAKeyWhoseDataIsAReference) {
   const ArchivedFile file =
       ReadBytes(BackupKeys::record(0x81A4, 5'000'000'000, QByteArray(kKey.data(), 44), true));
 
@@ -64,14 +64,14 @@ TEST(ArchivedFile, GivesAKeyThatIsReferredToOnceMore) {
   EXPECT_EQ(5'000'000'000u, file.nSize);
 }
 
-TEST(ArchivedFile, GivesAKeyThatStandsInTheRecordItself) {
+TEST(ArchivedFile, ReturnsAKeyStoredInline) {
   const Record record;
   plist_dict_set_item(record.Object(1), "EncryptionKey", plist_new_data(kKey.data(), kKey.size()));
 
   EXPECT_EQ(kKey, KeyOf(record.Read()));
 }
 
-TEST(ArchivedFile, WithoutAKeyIsInPlain) {
+TEST(ArchivedFile, WithoutAKeyIsNotEncrypted) {
   const ArchivedFile file = ReadBytes(BackupKeys::record(0x81A4, 77, {}, false));
 
   EXPECT_EQ("", KeyOf(file));
@@ -79,7 +79,7 @@ TEST(ArchivedFile, WithoutAKeyIsInPlain) {
   EXPECT_TRUE(file.bWhole);
 }
 
-TEST(ArchivedFile, WithTheArchiversNothingAsKeyIsInPlain) {
+TEST(ArchivedFile, WithANullKeyIsNotEncrypted) {
   const Record record;
   plist_dict_set_item(record.Object(1), "EncryptionKey", plist_new_uid(0));
 
@@ -89,7 +89,7 @@ TEST(ArchivedFile, WithTheArchiversNothingAsKeyIsInPlain) {
   EXPECT_TRUE(file.bWhole);
 }
 
-TEST(ArchivedFile, GivesNothingForWhatIsNoRecord) {
+TEST(ArchivedFile, ReturnsNothingForInvalidRecords) {
   const std::vector<QByteArray> inputs = {
       "",
       "b",
@@ -114,7 +114,7 @@ TEST(ArchivedFile, GivesNothingForWhatIsNoRecord) {
   EXPECT_EQ("", KeyOf(ReadArchivedFile(nullptr, 0)));
 }
 
-TEST(ArchivedFile, SurvivesBeingCutAnywhere) {
+TEST(ArchivedFile, SurvivesTruncationAnywhere) {
   const QByteArray whole = BackupKeys::record(0x81A4, 77, QByteArray(kKey.data(), 44), true);
   for (int nSize = 0; nSize < whole.size(); ++nSize) {
     // A copy of the exact length, so that a sanitizer finds one byte too far.
@@ -124,7 +124,7 @@ TEST(ArchivedFile, SurvivesBeingCutAnywhere) {
   }
 }
 
-TEST(ArchivedFile, SurvivesReferencesToNowhere) {
+TEST(ArchivedFile, SurvivesDanglingReferences) {
   for (const uint64_t nPlace : {uint64_t{5}, uint64_t{0xFFFFFFFF}}) {
     const Record record;
     plist_dict_set_item(record.Object(1), "EncryptionKey", plist_new_uid(nPlace));
@@ -137,7 +137,7 @@ TEST(ArchivedFile, SurvivesReferencesToNowhere) {
   }
 }
 
-TEST(ArchivedFile, SurvivesReferencesInACircle) {
+TEST(ArchivedFile, SurvivesCyclicReferences) {
   const Record record;
   plist_dict_set_item(record.Object(3), "NS.data", plist_new_uid(3));
   EXPECT_EQ("", KeyOf(record.Read()));
@@ -149,7 +149,7 @@ TEST(ArchivedFile, SurvivesReferencesInACircle) {
   EXPECT_EQ(UINT64_MAX, record.Read().nSize);
 }
 
-TEST(ArchivedFile, SurvivesValuesOfAnotherKind) {
+TEST(ArchivedFile, SurvivesValuesOfTheWrongType) {
   for (const char* pszKind : {"string", "number", "array"}) {
     const auto value = [&] {
       if (std::string(pszKind) == "string") return plist_new_string("text");
@@ -165,7 +165,7 @@ TEST(ArchivedFile, SurvivesValuesOfAnotherKind) {
   }
 }
 
-TEST(ArchivedFile, TellsNoSizeThatIsNoNumber) {
+TEST(ArchivedFile, HasNoSizeIfItIsNotANumber) {
   const Record record;
   plist_dict_set_item(record.Object(1), "Size", plist_new_string("77"));
 

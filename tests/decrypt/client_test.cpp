@@ -161,7 +161,7 @@ TEST(RejectedPassword, IsFoundAnywhereInALine) {
   EXPECT_FALSE(RejectsPassword("wrong password\n"));
 }
 
-TEST(ToolPercent, RunsFromNoughtToTheShareOfTheTool) {
+TEST(ToolPercent, RunsFromZeroToTheShareOfTheTool) {
   constexpr qint64 kMost = std::numeric_limits<qint64>::max(), kLeast = std::numeric_limits<qint64>::min();
 
   EXPECT_EQ(0, ToolPercent(0, 20));

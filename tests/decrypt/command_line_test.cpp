@@ -220,7 +220,7 @@ TEST_P(EncryptedCommandOfAge, RecoversAsThePlainBackup) {
   EXPECT_EQ(expected.size(), files.size());
 }
 
-TEST_P(EncryptedCommandOfAge, LeavesTheBackupAsItWas) {
+TEST_P(EncryptedCommandOfAge, LeavesTheBackupUnchanged) {
   Write(GetParam());
   const auto before = TreeState(Backup());
 
@@ -229,7 +229,7 @@ TEST_P(EncryptedCommandOfAge, LeavesTheBackupAsItWas) {
   EXPECT_EQ(before, TreeState(Backup()));
 }
 
-TEST_F(EncryptedCommand, TakesThePasswordWithoutItsLineEnd) {
+TEST_F(EncryptedCommand, ReadsThePasswordWithoutItsLineEnd) {
   Write(kBackupAges[1]);
   for (const char* pszEnd : {"", "\n", "\r\n", "\nanother line\n"}) {
     const std::string strInput = kPassword + std::string(pszEnd);
@@ -313,7 +313,7 @@ TEST_F(EncryptedCommand, StopsAtThePromptByASignal) {
   EXPECT_EQ(130, run.Finish());
 }
 
-TEST_F(EncryptedCommand, KeepsItsFolderPrivateAndTakesItAway) {
+TEST_F(EncryptedCommand, KeepsItsFolderPrivateAndRemovesIt) {
   Write(kBackupAges[2]);
   const StandIn standIn(std::string(kTellFolder) + "exec \"" + ToolPath() + "\" \"$@\"\n");
   QProcess process;
@@ -330,7 +330,7 @@ TEST_F(EncryptedCommand, KeepsItsFolderPrivateAndTakesItAway) {
   EXPECT_FALSE(Exists(standIn.Told("folder") + "/.."));
 }
 
-TEST_F(EncryptedCommand, TakesItsFolderAwayWhenItIsStopped) {
+TEST_F(EncryptedCommand, RemovesItsFolderWhenItIsStopped) {
   Write(kBackupAges[2]);
   for (const int nSignal : {SIGINT, SIGTERM}) {
     const StandIn standIn("echo plain >\"$4/file\"; echo plain >\"$4/Manifest.db-decypted\"\n" +

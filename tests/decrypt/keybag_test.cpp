@@ -153,7 +153,7 @@ TEST(Keybag, ThatAsksForMoreRoundsThanAnyDeviceIsDamaged) {
   EXPECT_NO_THROW(Keybag{ToBytes(Head(FromHexText(kNewSalt), 100000000) + strClass)});
 }
 
-TEST(Keybag, GivesKeysOfEachClassUnderThePassword) {
+TEST(Keybag, UnwrapsKeysOfEachClassUnderThePassword) {
   Keybag keybag(ToBytes(WholeKeybag()));
 
   ASSERT_TRUE(keybag.Unlock(SecretOf("secret")));
@@ -162,14 +162,14 @@ TEST(Keybag, GivesKeysOfEachClassUnderThePassword) {
   EXPECT_EQ(TextOfBytes(SomeKey(99)), FileKeyOf(keybag, 3, SomeKey(3)));
 }
 
-TEST(Keybag, KnowsAWrongPassword) {
+TEST(Keybag, RejectsAWrongPassword) {
   Keybag keybag(ToBytes(WholeKeybag()));
 
   for (const char* pszPassword : {"Secret", "secret ", "secre", "x"})
     EXPECT_FALSE(keybag.Unlock(SecretOf(pszPassword))) << pszPassword;
 }
 
-TEST(Keybag, PassesOverTagsThatItDoesNotKnow) {
+TEST(Keybag, SkipsUnknownTags) {
   Keybag keybag(ToBytes(Item("NEW1", "value") + Head() + Item("SIGN", std::string(64, 'x')) +
                         ClassOf(1, WrappedUnderSecret(SomeKey(1))) + Item("PBKY", std::string(32, 'p'))));
 
@@ -236,7 +236,7 @@ TEST(FileKey, IsRefusedWhenAnyByteOfItIsDamaged) {
   }
 }
 
-TEST_P(DamagedKeybag, SaysWhatIsWrongWithIt) {
+TEST_P(DamagedKeybag, IsReportedWithTheReason) {
   const std::string strReason = ReasonOf([] { Keybag(ToBytes(GetParam().bytes())); });
 
   EXPECT_THAT(strReason, StartsWith("the keybag is damaged: "));

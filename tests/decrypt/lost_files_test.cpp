@@ -63,7 +63,7 @@ TEST_P(LostFile, CountsAsFailedByNameInARecovery) {
   EXPECT_THAT(result.LastLine(), Not(StartsWith("0 recovered")));
 }
 
-TEST_P(LostFile, EndsAScanWithFourAndIsNamed) {
+TEST_P(LostFile, EndsAScanWithStatusFourAndIsNamed) {
   fs::resize_file(PathOf(kMessageStore), 100);
 
   const CommandResult result = Run({"scan", Backup()});
@@ -85,7 +85,7 @@ TEST_P(LostFile, IsListedInTheJsonOfAScan) {
   EXPECT_EQ("HomeDomain-Library/SMS/sms.db", lost[0].toObject()["name"].toString());
 }
 
-TEST_P(LostFile, ThatTheBackupLacksIsPassedOverAsInAPlainBackup) {
+TEST_P(LostFile, MissingInTheBackupIsSkippedAsInAPlainBackup) {
   fs::remove(PathOf(kMessageStore));
 
   const CommandResult result = Run({"scan", Backup()});
@@ -94,7 +94,7 @@ TEST_P(LostFile, ThatTheBackupLacksIsPassedOverAsInAPlainBackup) {
   EXPECT_THAT(result.Lines(), Contains("Message(0)"));
 }
 
-TEST_P(LostFile, BehindALinkThatLeadsNowhereCountsAsFailed) {
+TEST_P(LostFile, BehindADanglingLinkCountsAsFailed) {
   if (GetParam().layout != BackupBuilder::Layout::Db) GTEST_SKIP() << "has no folders inside";
   const fs::path shard = fs::path(PathOf(kMessageStore)).parent_path();
   fs::remove_all(shard);
@@ -107,7 +107,7 @@ TEST_P(LostFile, BehindALinkThatLeadsNowhereCountsAsFailed) {
                                              HasSubstr("is a symbolic link"))));
 }
 
-TEST_P(LostFile, ThatTellsWhetherTheBackupIsEncryptedLeavesItsManifestListToTellIt) {
+TEST_P(LostFile, WithoutTheContactsStoreManifestPlistDecidesWhetherItIsEncrypted) {
   for (const bool bLink : {true, false}) {
     fs::remove(PathOf(kContactsStore));
     if (bLink) fs::create_symlink(m_folder.Path("nowhere"), PathOf(kContactsStore));
@@ -131,7 +131,7 @@ TEST_P(LostFile, IsNamedInABackupWhosePathHasALineFeed) {
   EXPECT_THAT(result.LastLine(), HasSubstr(" recovered, 1 failed, "));
 }
 
-TEST_P(LostFile, OfWhichThereAreTooManyForTheRoomIsRefusedBeforeAnythingIsWritten) {
+TEST_P(LostFile, BackupWithoutEnoughSpaceIsRefusedBeforeAnythingIsWritten) {
   if (!MayMount("/var/tmp")) GTEST_SKIP() << "no file system may be mounted here";
 
   const CommandResult result =
@@ -145,7 +145,7 @@ TEST_P(LostFile, OfWhichThereAreTooManyForTheRoomIsRefusedBeforeAnythingIsWritte
   EXPECT_EQ("", result.strOut);
 }
 
-TEST_P(LostFile, OfATooSmallRoomIsNamedWhenForced) {
+TEST_P(LostFile, ForLackOfSpaceIsNamedWhenForced) {
   if (!MayMount("/var/tmp")) GTEST_SKIP() << "no file system may be mounted here";
 
   const CommandResult result =
@@ -223,7 +223,7 @@ const Command kCommands[] = {
 
 }  // namespace
 
-TEST_P(CommandOnABackup, LeavesItAsItIs) {
+TEST_P(CommandOnABackup, LeavesItUnchanged) {
   TemporaryFolder folder;
   const std::string strBackup = folder.Path("backups/backup");
   DemoOptions options;

@@ -120,7 +120,7 @@ TEST_F(DecryptToolOutput, WritesNothingOutsideOfItsFolder) {
   EXPECT_EQ("untouched", ReadFile(m_folder.Path("victim")));
 }
 
-TEST_P(DecryptToolOutputOfAge, LeavesTheBackupAsItWas) {
+TEST_P(DecryptToolOutputOfAge, LeavesTheBackupUnchanged) {
   WriteEncryptedBackup(Backup(), GetParam());
   const auto before = TreeState(Backup());
 
@@ -136,7 +136,7 @@ TEST_P(DecryptToolOutputOfAge, LeavesTheBackupAsItWas) {
   EXPECT_EQ(before, after);
 }
 
-TEST_P(DecryptToolOutputOfAge, LeavesTheBackupAloneWhenItIsToldTo) {
+TEST_P(DecryptToolOutputOfAge, LeavesTheBackupAloneWhenAskedTo) {
   WriteEncryptedBackup(Backup(), GetParam());
   WriteFile(Backup() + "/Manifest.db-decypted", "of another run");
   const auto before = TreeState(Backup());

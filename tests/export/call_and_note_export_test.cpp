@@ -113,7 +113,7 @@ TEST_F(CallAndNoteExport, NothingIsEscaped) {
       ReadFile(CallPath()));
 }
 
-TEST_F(CallAndNoteExport, FoldersAreMadeWithTheFirstRow) {
+TEST_F(CallAndNoteExport, FoldersAreCreatedWithTheFirstRow) {
   Begin();
 
   Add(Note("Milk", "two"));
@@ -124,7 +124,7 @@ TEST_F(CallAndNoteExport, FoldersAreMadeWithTheFirstRow) {
   EXPECT_THAT(m_told, IsEmpty());
 }
 
-TEST_F(CallAndNoteExport, FolderThatIsGoneIsMadeAgain) {
+TEST_F(CallAndNoteExport, RemovedFolderIsRecreated) {
   Begin();
   Add(Note("Milk", "two"));
   std::filesystem::remove_all(Out());
@@ -175,7 +175,7 @@ TEST_F(CallAndNoteExport, StatusOfAPageThatCanNotBeOpenedIsTheSystemsErrorNumber
   EXPECT_THAT(Failed(), ElementsAre(NotesPath(), CallPath()));
 }
 
-TEST_F(CallAndNoteExport, PageOnAFullDiskIsToldAsFailedWithTheReason) {
+TEST_F(CallAndNoteExport, PageOnAFullDiskIsReportedAsFailedWithTheReason) {
   if (!Exists("/dev/full")) GTEST_SKIP() << "no full device here";
   Begin();
   m_folder.MakeFolder("out/Notes");

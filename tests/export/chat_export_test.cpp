@@ -136,7 +136,7 @@ TEST_F(ChatExport, PageHasTheRowsAndClassesOfMessages) {
       ReadFile(Document(".html")));
 }
 
-TEST_F(ChatExport, DocumentsAreToldInTheOrderTextCsvPage) {
+TEST_F(ChatExport, DocumentsAreReportedInTheOrderTextCsvPage) {
   Begin();
 
   Recover({ChatMessage(kReceived, "hello")});

@@ -77,7 +77,7 @@ TEST_F(Destinations, FolderIsMadeWithItsParents) {
   EXPECT_TRUE(fs::is_directory(m_folder.Path("out/a/b/c")));
 }
 
-TEST_F(Destinations, RootIsMadeByItsFirstFolderAlone) {
+TEST_F(Destinations, RootIsCreatedOnlyWithItsFirstFolder) {
   EXPECT_FALSE(Exists(m_folder.Path("out")));
   EXPECT_EQ(m_folder.Path("out"), ToNarrow(m_destination.Root()));
 
@@ -95,7 +95,7 @@ TEST_F(Destinations, FolderThatIsThereKeepsItsContent) {
   EXPECT_EQ("mine", ReadFile(strFile));
 }
 
-TEST_F(Destinations, FolderThatWentIsMadeAgain) {
+TEST_F(Destinations, RemovedFolderIsRecreated) {
   MakeFolder("/a/");
   fs::remove_all(m_folder.Path("out"));
 
@@ -126,7 +126,7 @@ TEST_F(Destinations, FolderThatCouldNotBeMadeMayBeMadeLater) {
   EXPECT_EQ("", Reason());
 }
 
-TEST_P(DestinationStep, ThatLeadsUpIsRefusedEachTimeAndNothingIsMade) {
+TEST_P(DestinationStep, ThatLeadsUpIsRefusedEachTimeAndNothingIsCreated) {
   for (int i = 0; i < 2; ++i) {
     EXPECT_FALSE(MakeFolder(GetParam()));
     EXPECT_THAT(Reason(), HasSubstr("out of the destination"));
@@ -140,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(Paths, DestinationStep,
                                          "/a/./../", "/a//../", "/../out/"),
                          [](const auto& info) { return "Path" + std::to_string(info.index); });
 
-TEST_P(DestinationName, WithDotsIsNoStep) {
+TEST_P(DestinationName, WithDotsIsNotAParentStep) {
   const bool bAllowed = MakeFolder(GetParam());
 
   EXPECT_TRUE(bAllowed);
@@ -199,7 +199,7 @@ TEST_F(Destinations, LinkToALinkIntoTheBackupIsRefused) {
   EXPECT_FALSE(MakeFolder("/Link/new/"));
 }
 
-TEST_F(Destinations, DanglingLinkIntoTheBackupMakesNothingThere) {
+TEST_F(Destinations, DanglingLinkIntoTheBackupCreatesNothingThere) {
   Link(m_folder.Path("backup/new"), "out/Link");
 
   MakeFolder("/Link/a/");
@@ -216,7 +216,7 @@ TEST_F(Destinations, BackupThatIsNamedByALinkIsProtectedToo) {
   EXPECT_TRUE(MakeFolder("/a/"));
 }
 
-TEST_F(Destinations, RootWithinTheBackupIsRefusedWhollyAndNotMade) {
+TEST_F(Destinations, RootWithinTheBackupIsRefusedWhollyAndNotCreated) {
   m_destination = Destination(FromNarrow(m_folder.Path("backup/out")), FromNarrow(m_folder.Path("backup")));
 
   EXPECT_FALSE(MakeFolder("/a/"));
@@ -224,7 +224,7 @@ TEST_F(Destinations, RootWithinTheBackupIsRefusedWhollyAndNotMade) {
   EXPECT_FALSE(Exists(m_folder.Path("backup/out")));
 }
 
-TEST_F(Destinations, RootWithStepsIsNoNameOfTheBackup) {
+TEST_F(Destinations, RootWithParentStepsOutOfTheBackupIsAccepted) {
   m_destination =
       Destination(FromNarrow(m_folder.Path("backup/../out")), FromNarrow(m_folder.Path("backup")));
 
@@ -241,7 +241,7 @@ TEST_F(Destinations, RootWithAStepBehindALinkIntoTheBackupIsRefused) {
   EXPECT_THAT(NamesIn(m_folder.Path("backup")), ElementsAre("sub"));
 }
 
-TEST_F(Destinations, WithoutABackupNothingButStepsIsRefused) {
+TEST_F(Destinations, WithoutABackupOnlyParentStepsAreRefused) {
   for (const char* pszBackup : {"", "/nonexistent/backup"}) {
     m_destination = Destination(FromNarrow(m_folder.Path("out")), pszBackup);
 

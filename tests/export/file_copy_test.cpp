@@ -85,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(Names, TakenFileName,
                                                    "\xE5\xB1\xB1(2).JPG"}),
                          [](const auto& info) { return "Case" + std::to_string(info.index); });
 
-TEST_F(FileCopy, NamesThatWereThereBeforeArePassedOver) {
+TEST_F(FileCopy, NamesThatWereThereBeforeAreSkipped) {
   for (const char* pszName : {"a.JPG", "a(1).JPG", "a(3).JPG"})
     m_folder.Write(std::string("out/Camera Roll/") + pszName, "old");
 
@@ -106,7 +106,7 @@ TEST_F(FileCopy, AnotherRecoveryIntoTheFolderGoesOnCounting) {
   EXPECT_THAT(NamesIn(Roll()), ElementsAre("a(1).JPG", "a.JPG"));
 }
 
-TEST_F(FileCopy, AFolderThatGoesMeanwhileIsMadeAgain) {
+TEST_F(FileCopy, AFolderRemovedMeanwhileIsRecreated) {
   Copy("a.JPG", "first");
   std::filesystem::remove_all(m_folder.Path("out"));
 
@@ -115,7 +115,7 @@ TEST_F(FileCopy, AFolderThatGoesMeanwhileIsMadeAgain) {
   EXPECT_THAT(NamesIn(Roll()), ElementsAre("b.JPG"));
 }
 
-TEST_F(FileCopy, WhereItCannotBeMadeAgainTheReasonIsTold) {
+TEST_F(FileCopy, AFolderThatCannotBeRecreatedFailsWithTheReason) {
   Copy("a.JPG", "first");
   std::filesystem::remove_all(m_folder.Path("out"));
   m_folder.Write("out", "a file in its place");
@@ -144,7 +144,7 @@ TEST_F(FileCopy, MissingSourceFailsWithItsReasonAndThePathThatWasWanted) {
   EXPECT_FALSE(Exists(Roll("a.JPG")));
 }
 
-TEST_F(FileCopy, FailedCopyDoesNotTakeItsName) {
+TEST_F(FileCopy, FailedCopyDoesNotReserveItsName) {
   m_copier.Copy("/Camera Roll/", "a.JPG", ToWide(FromNarrow(m_folder.Path("missing"))));
 
   const WrittenFile result = Copy("a.JPG", "picture");
@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(Folders, FolderOutside,
                          testing::Values("/../", "/App Photos/../../x/", "/App Photos/../", "/../../"),
                          [](const auto& info) { return "Case" + std::to_string(info.index); });
 
-TEST_F(FileCopy, DotsWithinAFolderNameAreNoWayOut) {
+TEST_F(FileCopy, DotsWithinAFolderNameAreNotParentSteps) {
   const WrittenFile result = Copy("a.JPG", "picture", "/App Photos/..example../");
 
   EXPECT_TRUE(result.Succeeded());

@@ -106,7 +106,7 @@ TEST_F(MessageExport, PageHasARowOfTheDateAndARowOfTheTextForEachMessage) {
       ReadFile(Document(".html")));
 }
 
-TEST_F(MessageExport, TextFileIsToldFirstAndThenThePage) {
+TEST_F(MessageExport, TextFileIsReportedBeforeThePage) {
   Begin();
 
   Recover({Message(kReceived, "hello")});
@@ -298,7 +298,7 @@ TEST_F(MessageExport, FoldersOfAnEarlierRunStay) {
   EXPECT_EQ(2u, NamesIn(Out() + "/Message").size());
 }
 
-TEST_F(MessageExport, NobodyNeedsToListen) {
+TEST_F(MessageExport, WorksWithoutACallback) {
   Begin();
   m_recovery.SetWrittenFileHandler({});
 

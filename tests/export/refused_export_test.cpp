@@ -134,7 +134,7 @@ INSTANTIATE_TEST_SUITE_P(Names, NameWithStep,
                                          NameCase{"WithAnEmptyStep", "a//../../../x", "+1"}),
                          NameOfCase);
 
-TEST_P(NameWithSlash, LandsInASubFolderOrFailsAndNothingElseBreaks) {
+TEST_P(NameWithSlash, IsWrittenToASubFolderOrFailsWithoutAffectingOthers) {
   Begin();
   const auto before = Outside();
 
@@ -162,7 +162,7 @@ INSTANTIATE_TEST_SUITE_P(Names, NameWithSlash,
                                          NameCase{"DotStep", "./A", ""}),
                          NameOfCase);
 
-TEST_F(RefusedExport, NameOfADotIsNoStep) {
+TEST_F(RefusedExport, NameOfASingleDotIsNotAParentStep) {
   Begin();
 
   RecoverMessage(".", "");
@@ -171,7 +171,7 @@ TEST_F(RefusedExport, NameOfADotIsNoStep) {
                                      Out() + "/Message/.-" + Stamp() + "/..html"));
 }
 
-TEST_F(RefusedExport, DocumentsOfAConversationThatFailsAreToldOneByOne) {
+TEST_F(RefusedExport, DocumentsOfAFailedConversationAreReportedOneByOne) {
   m_folder.Write("out/Message", "mine");
   Begin();
 
@@ -212,7 +212,7 @@ INSTANTIATE_TEST_SUITE_P(Folders, CategoryFolder,
                          testing::Values("Message", "Contacts", "CallHistory", "Notes", "WhatsApp Message"),
                          NameOfFolder);
 
-TEST_F(RefusedExport, ContactsStoreIsToldAsRefusedBesideItsPage) {
+TEST_F(RefusedExport, ContactsStoreIsReportedAsRefusedBesideItsPage) {
   MakeStores();
   m_folder.MakeFolder("out");
   fs::create_directory_symlink(m_folder.Path("backup"), Out() + "/Contacts");
@@ -223,7 +223,7 @@ TEST_F(RefusedExport, ContactsStoreIsToldAsRefusedBesideItsPage) {
   EXPECT_THAT(Failed(), ElementsAreArray(DocumentsIn("Contacts")));
 }
 
-TEST_F(RefusedExport, ContactsStoreIsToldAsFailedBesideItsPage) {
+TEST_F(RefusedExport, ContactsStoreIsReportedAsFailedBesideItsPage) {
   MakeStores();
   m_folder.Write("out/Contacts", "mine");
   const ProblemRecorder recorder;
@@ -304,7 +304,7 @@ TEST_F(RefusedExport, DestinationBelowAFileFailsEachDocument) {
   EXPECT_THAT(categories, ElementsAre("CallHistory", "Contacts", "Message", "Notes", "WhatsApp Message"));
 }
 
-TEST_F(RefusedExport, EachDocumentIsToldUnderItsRealPath) {
+TEST_F(RefusedExport, EachDocumentIsReportedUnderItsRealPath) {
   MakeStores();
   Begin();
 

@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(
                               &CIphoneBackupFile::RecoveryPersonContacts}),
     [](const auto& info) { return std::string(info.param.pszName); });
 
-TEST_F(StoresOfRecovery, StandBesideTheirDocumentsUnderTheirOwnNames) {
+TEST_F(StoresOfRecovery, AreBesideTheirDocumentsUnderTheirOwnNames) {
   MakeStores();
   Begin();
   const auto before = TreeState(m_folder.Path("backup"));
@@ -194,7 +194,7 @@ TEST_F(StoresOfRecovery, OldMessageStoreStaysWhenTheNewOneCanNotBeRead) {
   EXPECT_THAT(NamesIn(Out() + "/Message"), ElementsAre("sms.db"));
 }
 
-TEST_F(StoresOfRecovery, OldMessageStoreGoesEvenIfTheBackupHasNone) {
+TEST_F(StoresOfRecovery, OldMessageStoreIsRemovedEvenIfTheBackupHasNone) {
   m_folder.Write("out/Message/sms.db", "of another backup");
   Begin();
 
@@ -218,7 +218,7 @@ TEST_F(StoresOfRecovery, LinkInPlaceOfTheCopyIsReplacedAndNotFollowed) {
   EXPECT_EQ(before, TreeState(m_folder.Path("backup")));
 }
 
-TEST_F(StoresOfRecovery, FolderInPlaceOfTheMessageStoreIsToldAsAFailure) {
+TEST_F(StoresOfRecovery, FolderInPlaceOfTheMessageStoreIsReportedAsAFailure) {
   MakeStores();
   m_folder.MakeFolder("out/Message/sms.db");
   Begin();
@@ -230,7 +230,7 @@ TEST_F(StoresOfRecovery, FolderInPlaceOfTheMessageStoreIsToldAsAFailure) {
   EXPECT_THAT(Failed(), ElementsAre(MessagePath()));
 }
 
-TEST_F(StoresOfRecovery, FolderInPlaceOfTheContactsStoreIsToldAsAFailure) {
+TEST_F(StoresOfRecovery, FolderInPlaceOfTheContactsStoreIsReportedAsAFailure) {
   MakeStores();
   Begin();
   m_folder.MakeFolder("out/Contacts/" + Stamp() + "/Contacts.db");
@@ -242,7 +242,7 @@ TEST_F(StoresOfRecovery, FolderInPlaceOfTheContactsStoreIsToldAsAFailure) {
   EXPECT_THAT(Failed(), ElementsAre(ContactsPath()));
 }
 
-TEST_F(StoresOfRecovery, StoreThatGoesAfterItWasReadIsReportedAsAFailure) {
+TEST_F(StoresOfRecovery, StoreRemovedAfterItWasReadIsReportedAsAFailure) {
   Begin();
   RecoverConversation();
   const __PERSON_CONTENT__ person;

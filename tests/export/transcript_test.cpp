@@ -182,7 +182,7 @@ TEST_F(Transcript, OfAChatWithoutMessagesIsAnEmptyFileWithoutACall) {
   EXPECT_THAT(m_log.percentages, IsEmpty());
 }
 
-TEST_F(Transcript, ThatCanNotBeOpenedIsToldOnceWithItsStatus) {
+TEST_F(Transcript, ThatCanNotBeOpenedIsReportedOnceWithItsStatus) {
   m_wstrPath = Ansi2Unicode(m_folder.Path("missing/chat.txt").c_str());
 
   const int nStatus = Write({ChatMessage(kSent, "hello")}, &TranscriptLog::Receive);

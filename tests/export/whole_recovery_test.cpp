@@ -74,7 +74,7 @@ class WholeRecovery : public RecoveryTest, public testing::WithParamInterface<La
 
 }  // namespace
 
-TEST_P(WholeRecovery, LeavesTheBackupAsItWas) {
+TEST_P(WholeRecovery, LeavesTheBackupUnchanged) {
   Scan();
   const auto before = TreeState(Backup());
 
@@ -84,7 +84,7 @@ TEST_P(WholeRecovery, LeavesTheBackupAsItWas) {
   EXPECT_EQ(before, TreeState(Backup()));
 }
 
-TEST_P(WholeRecovery, WritesOrTellsTwoDocumentsForEachConversationAndOneOfEachOtherKind) {
+TEST_P(WholeRecovery, WritesOrReportsTwoDocumentsForEachConversationAndOneOfEachOtherKind) {
   Scan();
 
   Recover();

@@ -71,7 +71,7 @@ class AppFileKind : public testing::TestWithParam<KindCase> {};
 
 }  // namespace
 
-TEST_F(AppFiles, FileComesWithAppNameSizeAndPath) {
+TEST_F(AppFiles, FileHasAppNameSizeAndPath) {
   m_layout.bHasManifestDb = true;
   Add(kSnap + "a.b.jpeg", m_jpeg);
 
@@ -96,7 +96,7 @@ TEST_F(AppFiles, OtherDomainsAreNoAppFiles) {
   EXPECT_THAT(Column(m_files, &_IPHONE_APP_FILE_INFO_::strAppName), ElementsAre("example.Odd"));
 }
 
-TEST_F(AppFiles, UnknownShortAndMissingFilesStayOutAndAreCounted) {
+TEST_F(AppFiles, UnknownShortAndMissingFilesAreSkippedButCounted) {
   Add(kSnap + "unknown.jpg", sample_media::unknown(1));
   Add(kSnap + "short.jpg", m_jpeg.left(511));
   AddEntry(kSnap + "missing.jpg");
@@ -129,7 +129,7 @@ TEST_F(AppFiles, FilesAreSortedByName) {
   EXPECT_THAT(FileNames(m_whatsApp), ElementsAre("A.JPG", "b.JPG", "Z.JPG"));
 }
 
-TEST_F(AppFiles, WhatsAppFilesGoToTheirOwnList) {
+TEST_F(AppFiles, WhatsAppFilesAreListedSeparately) {
   Add(kWhatsApp + "a.jpeg", m_jpeg);
   Add("AppDomain-com.example.Snap-net.whatsapp.WhatsApp/b.jpg", m_jpeg);
 
@@ -153,7 +153,7 @@ TEST_F(AppFilesBeyondAscii, FileShowsNoSizeAndWhatsAppsIsDropped) {
   EXPECT_THAT(m_whatsApp, IsEmpty());
 }
 
-TEST_F(AppFiles, CancelLeavesWhatWasFoundSorted) {
+TEST_F(AppFiles, CancelKeepsTheFilesFoundSoFarSorted) {
   for (const char* pszName : {"Z.jpg", "A.jpg", "M.jpg"}) Add(kSnap + pszName, m_jpeg);
   m_log.answer = [](size_t nCall, int) { return nCall == 1 ? 6 : 0; };
 
@@ -211,7 +211,7 @@ INSTANTIATE_TEST_SUITE_P(
                     KindCase{"a.icns", false}),
     [](const auto& info) { return "Case" + std::to_string(info.index); });
 
-TEST(AppFileGroups, AddToTheMapsAndCountThisCallAlone) {
+TEST(AppFileGroups, AreAddedToTheMapsAndOnlyThisCallIsCounted) {
   const std::vector<_IPHONE_APP_FILE_INFO_> files = {{1, "Snap", "b.JPG", u""},
                                                      {2, "Radio", "c.WAV", u""},
                                                      {3, "Snap", "a.MOV", u""},

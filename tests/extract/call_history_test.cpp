@@ -70,7 +70,7 @@ class CallDuration : public Calls, public testing::WithParamInterface<DurationCa
 
 }  // namespace
 
-TEST_F(Calls, CallComesAsStored) {
+TEST_F(Calls, CallHasTheStoredValues) {
   Write({{1, 75, "+493012345", double(kNewYear2014) + 3661}});
 
   const int nStatus = Read();
@@ -119,7 +119,7 @@ TEST_F(Calls, NewestComesFirst) {
   EXPECT_THAT(Column(m_calls, &__CALLHISTORY__::strAddress), ElementsAre("new", "middle", "old"));
 }
 
-TEST_F(Calls, TwoCallsOfOneSecondBothCome) {
+TEST_F(Calls, TwoCallsInOneSecondAreBothListed) {
   Write({{1, 1, "a"}, {1, 1, "b"}});
 
   Read();
@@ -127,7 +127,7 @@ TEST_F(Calls, TwoCallsOfOneSecondBothCome) {
   EXPECT_THAT(Column(m_calls, &__CALLHISTORY__::strAddress), UnorderedElementsAre("a", "b"));
 }
 
-TEST_F(Calls, CallsThatWereThereAreSortedWithTheNewOnes) {
+TEST_F(Calls, ExistingCallsAreSortedWithTheNewOnes) {
   Write({{1, 1, "store"}});
   m_calls.resize(2);
   m_calls[0].strDate = "2000-01-01 00:00:00";
@@ -139,7 +139,7 @@ TEST_F(Calls, CallsThatWereThereAreSortedWithTheNewOnes) {
               ElementsAre("2020-01-01 00:00:00", kNewYear2014Text, "2000-01-01 00:00:00"));
 }
 
-TEST_F(Calls, WithheldNumberIsLeftOut) {
+TEST_F(Calls, CallWithAWithheldNumberIsSkipped) {
   Write({{1, 60, QString()}, {1, 60, ""}, {1, 60, "1"}});
 
   Read();
@@ -211,7 +211,7 @@ TEST_F(Calls, ContactsThatAreNoStoreGiveNoNames) {
   EXPECT_THAT(Names(), ElementsAre(""));
 }
 
-TEST_F(Calls, MissingStoresGiveNothingAndAreNotMade) {
+TEST_F(Calls, MissingStoresGiveNothingAndAreNotCreated) {
   const int nStatus = Read();
 
   EXPECT_EQ(0, nStatus);

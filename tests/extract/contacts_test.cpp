@@ -47,7 +47,7 @@ class ContactName : public testing::TestWithParam<NameCase> {};
 
 }  // namespace
 
-TEST_P(Contacts, PersonComesWithAllTheirTexts) {
+TEST_P(Contacts, PersonHasAllTheirTexts) {
   Write({{"Ann", "Lee", "Acme", "+49301\n+49302", "a@example.org\nb@example.org", "Street 1",
           "http://x\nhttp://y"}});
 
@@ -107,7 +107,7 @@ TEST_P(Contacts, SortIgnoresCaseAndGoesByteByByte) {
   EXPECT_THAT(Names(), ElementsAre("ALICE", "bob", "Bobby", "Zed", "\xC3\x84nne"));
 }
 
-TEST_P(Contacts, PeopleWhoWereThereAreSortedWithTheNewOnes) {
+TEST_P(Contacts, ExistingPeopleAreSortedWithTheNewOnes) {
   Write({{"Mo", {}, {}, "1", {}, {}, {}}});
   m_people.resize(2);
   m_people[0].strName = "Zoe";
@@ -118,7 +118,7 @@ TEST_P(Contacts, PeopleWhoWereThereAreSortedWithTheNewOnes) {
   EXPECT_THAT(Names(), ElementsAre("Ann", "Mo", "Zoe"));
 }
 
-TEST_P(Contacts, HighestIdIsNoCount) {
+TEST_P(Contacts, HighestIdIsNotTheNumberOfRows) {
   Write({{"Ann", {}, {}, "1", {}, {}, {}}, {"Bo", {}, {}, "1", {}, {}, {}}});
   {
     // The last row has not the highest id.
@@ -152,7 +152,7 @@ TEST_P(Contacts, LayoutOfTheOtherKindGivesNoRowsAndNoHighestId) {
   EXPECT_EQ(0u, m_nMaxId);
 }
 
-TEST_P(Contacts, MissingStoreGivesNobodyAndIsNotMade) {
+TEST_P(Contacts, MissingStoreGivesNobodyAndIsNotCreated) {
   const int nStatus = Read();
 
   EXPECT_EQ(0, nStatus);
@@ -191,7 +191,7 @@ TEST_P(Contacts, StoreWithoutTheTableGivesNobody) {
   EXPECT_EQ(0u, m_nMaxId);
 }
 
-TEST_P(Contacts, ProductVersionDecidesNothing) {
+TEST_P(Contacts, ProductVersionIsIgnored) {
   Write({{"Ann", {}, {}, "1", {}, {}, {}}});
   CIPhoneContacts reader;
   reader.bNewContactsLayout = GetParam();

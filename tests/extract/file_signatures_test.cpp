@@ -65,7 +65,7 @@ TEST_P(TypeTest, AcceptsItsHead) {
   EXPECT_EQ(GetParam().nType, nOfShortest) << "length " << GetParam().nWholeSize;
 }
 
-TEST_P(TypeTest, RefusesOneByteLessThanItsFigure) {
+TEST_P(TypeTest, RefusesOneByteLessThanItsMinimumLength) {
   const std::string strHead = Whole(GetParam());
 
   const int nAnswer = GetParam().pfnTest(strHead.data(), GetParam().nFigure - 1);
@@ -113,7 +113,7 @@ TEST_P(TypeTest, AcceptsEachByteThatKeepsTheConditions) {
   }
 }
 
-TEST_P(TypeTest, ReadsNothingBehindAnyLength) {
+TEST_P(TypeTest, ReadsNothingBeyondAnyLength) {
   const std::string strHead = Whole(GetParam());
 
   for (uint32_t nLength = 0; nLength <= 512; ++nLength) {
@@ -145,7 +145,7 @@ TEST(MpegType, SecondMarkMustEndWithinTheFirst32Bytes) {
   }
 }
 
-TEST(MpegType, MarksOfTheTwoKindsDoNotMix) {
+TEST(MpegType, MarksOfTheTwoKindsAreNotCombined) {
   const std::string strSequence("\0\0\1\xB3\0\0\1\xBB\0\0\0\0\0\0\0\0", 16);
   const std::string strPack("\0\0\1\xBA\0\0\1\xB8\0\0\0\0\0\0\0\0", 16);
 
@@ -183,7 +183,7 @@ TEST(IconType, CountsTooLargeForTheHeadAreRefused) {
   }
 }
 
-TEST_P(ProgramType, IsToldByItsFlags) {
+TEST_P(ProgramType, IsDeterminedByItsFlags) {
   const int nAnswer = JudgeProgram(Head(GetParam().nOffset, GetParam().nFlags));
 
   EXPECT_EQ(GetParam().nType, nAnswer);

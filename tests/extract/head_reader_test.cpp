@@ -150,7 +150,7 @@ class ReadAheadCancel : public ReadAhead, public testing::WithParamInterface<siz
 
 }  // namespace
 
-TEST_F(ReadAhead, CameraWalkComesToWhatOpeningOneFileAfterTheOtherDoes) {
+TEST_F(ReadAhead, CameraWalkGivesTheSameAsSequentialReading) {
   Expected expected = OneByOne(IsCamera, 12, 2 * 11);
   const std::vector<std::string> streamNames = OneByOne(IsStream, 12, 2 * 11).names;
   Collect();
@@ -171,7 +171,7 @@ TEST_F(ReadAhead, CameraWalkComesToWhatOpeningOneFileAfterTheOtherDoes) {
     EXPECT_EQ(std::filesystem::file_size(Unicode2Ansi(file.wstrFilePath.c_str())), file.uFileSize);
 }
 
-TEST_F(ReadAhead, AttachmentWalkComesToTheSame) {
+TEST_F(ReadAhead, AttachmentWalkGivesTheSameAsSequentialReading) {
   Expected expected = OneByOne(IsAttachment, 40, 11);
   Collect();
 
@@ -251,7 +251,7 @@ TEST_F(ReadAhead, WalkMayEndAtAnyEntry) {
   }
 }
 
-TEST_F(ReadAhead, StopLeavesTheWalkItsFiles) {
+TEST_F(ReadAhead, StopFlagDoesNotEndTheWalk) {
   const Expected expected = OneByOne(IsCamera, 12, 2 * 11);
   std::atomic<bool> bStop{false};
   SetStopFlag(&bStop);

@@ -69,7 +69,7 @@ class MediaName : public testing::TestWithParam<NameCase> {};
 
 }  // namespace
 
-TEST_F(Media, CameraFileComesWithNameSizeAndPath) {
+TEST_F(Media, CameraFileHasNameSizeAndPath) {
   Add(kRoll + "IMG_0001.JPG", m_jpeg);
 
   const int nAnswer = WalkCamera();
@@ -106,7 +106,7 @@ TEST_F(Media, CameraRollIsSortedAndPhotoStreamIsNot) {
   EXPECT_THAT(FileNames(m_stream), ElementsAre("Z.JPG", "A.JPG", "M.JPG"));
 }
 
-TEST_F(Media, CameraNameStaysAsItStands) {
+TEST_F(Media, CameraNameIsUnchanged) {
   Add(kRoll + "a.JPG", sample_media::png(1, 64, 48));
   Add(kRoll + "b", m_jpeg);
 
@@ -128,7 +128,7 @@ TEST_F(Media, NameTestFindsItsTextAnywhere) {
   EXPECT_THAT(FileNames(m_attachments), ElementsAre("c.JPG"));
 }
 
-TEST_F(Media, NameOfBothIsACameraFile) {
+TEST_F(Media, NameThatMatchesBothIsACameraFile) {
   Add(kStream + kRoll + "a.JPG", m_jpeg);
 
   WalkCamera();
@@ -137,7 +137,7 @@ TEST_F(Media, NameOfBothIsACameraFile) {
   EXPECT_THAT(m_stream, IsEmpty());
 }
 
-TEST_F(Media, UnknownShortEmptyAndMissingFilesStayOut) {
+TEST_F(Media, UnknownShortEmptyAndMissingFilesAreSkipped) {
   for (const std::string& strFolder : {kRoll, kStream, kAttached}) {
     Add(strFolder + "unknown.JPG", sample_media::unknown(1));
     Add(strFolder + "short.JPG", m_jpeg.left(511));
@@ -208,7 +208,7 @@ TEST_F(Media, MissingAttachmentIsNotCounted) {
   EXPECT_THAT(m_log.values, ElementsAre(17));
 }
 
-TEST_F(Media, CancelLeavesWhatWasFoundSorted) {
+TEST_F(Media, CancelKeepsTheFilesFoundSoFarSorted) {
   for (const char* pszName : {"Z.JPG", "A.JPG", "M.JPG"}) Add(kRoll + pszName, m_jpeg);
   for (const char* pszName : {"Z.JPG", "A.JPG", "M.JPG"}) Add(kAttached + pszName, m_jpeg);
   m_log.answer = [](size_t, int nValue) { return nValue >= 15 ? 4 : 0; };
@@ -233,7 +233,7 @@ TEST_F(Media, CancelKeepsTheAttachmentsSoFarSorted) {
   EXPECT_THAT(FileNames(m_attachments), ElementsAre("A.JPG", "Z.JPG"));
 }
 
-TEST_F(Media, PipeInThePlaceOfAFileIsPassedOverWithoutWaiting) {
+TEST_F(Media, FifoInPlaceOfAFileIsSkippedWithoutBlocking) {
   Add(kRoll + "A.JPG", m_jpeg);
   const std::string strPath = ToNarrow(m_layout.PathOf(m_catalogue.back().strFileId));
   ASSERT_EQ(0, unlink(strPath.c_str()));

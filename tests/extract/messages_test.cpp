@@ -81,7 +81,7 @@ class MessageName : public Messages, public testing::WithParamInterface<MatchCas
 
 }  // namespace
 
-TEST_F(Messages, MessageComesAsStored) {
+TEST_F(Messages, MessageHasTheStoredValues) {
   const qint64 nHandle = Store().addHandle("+49301");
   Store().addMessage(nHandle, "hello", kNewYear2014 * kNano, true, {Store().addChat("+49301")});
 
@@ -138,7 +138,7 @@ TEST_F(Messages, OneStoreMayHoldBothFormsOfDate) {
               ElementsAre("2014-01-01 00:01:00", kNewYear2014Text));
 }
 
-TEST_F(Messages, MessageWithoutTextIsLeftOutAndCountsForTheHighestId) {
+TEST_F(Messages, MessageWithoutTextIsSkippedButCountsForTheHighestId) {
   const qint64 nAnn = Store().addHandle("ann");
   Add(nAnn, "hello");
   Add(nAnn, "");
@@ -150,7 +150,7 @@ TEST_F(Messages, MessageWithoutTextIsLeftOutAndCountsForTheHighestId) {
   EXPECT_EQ(3u, m_nMaxId);
 }
 
-TEST_F(Messages, ConversationOfEmptyMessagesIsNone) {
+TEST_F(Messages, EmptyMessagesGiveNoConversation) {
   Add(Store().addHandle("ann"), "");
 
   Read();
@@ -158,7 +158,7 @@ TEST_F(Messages, ConversationOfEmptyMessagesIsNone) {
   EXPECT_THAT(m_messages, IsEmpty());
 }
 
-TEST_F(Messages, MessageWithoutAChatFallsOutAndCountsForNothing) {
+TEST_F(Messages, MessageWithoutAChatIsSkippedAndNotCounted) {
   const qint64 nAnn = Store().addHandle("ann");
   Add(nAnn, "in a chat");
   Store().addMessage(nAnn, "in none", kNewYear2014, false, {});
@@ -169,7 +169,7 @@ TEST_F(Messages, MessageWithoutAChatFallsOutAndCountsForNothing) {
   EXPECT_EQ(1u, m_nMaxId);
 }
 
-TEST_F(Messages, MessageWithoutAHandleFallsOut) {
+TEST_F(Messages, MessageWithoutAHandleIsSkipped) {
   Add(Store().addHandle("ann"), "known");
   Add(0, "own");
   Add(77, "unknown");
@@ -189,7 +189,7 @@ TEST_F(Messages, MessageOfTwoChatsComesTwice) {
   EXPECT_THAT(Texts(1), ElementsAre("hello", "hello"));
 }
 
-TEST_F(Messages, MapThatIsHandedInIsAddedTo) {
+TEST_F(Messages, MessagesAreAddedToTheCallersMap) {
   Add(Store().addHandle("ann"), "hello");
   m_messages[1].resize(1);
   m_messages[5].resize(1);
@@ -278,7 +278,7 @@ TEST_F(Messages, MailAddressOfAContactGivesNoName) {
   EXPECT_EQ("", m_messages[1][0].strContactName);
 }
 
-TEST_F(Messages, ContactsAreReadInTheColumnsThatWereAskedFor) {
+TEST_F(Messages, ContactsAreReadFromTheRequestedColumns) {
   Add(Store().addHandle("+49301"), "hello");
   m_pStore.reset();
   ContactsStore contacts(FromNarrow(ContactsPath()), false);
@@ -305,7 +305,7 @@ TEST_F(Messages, ProgressComesAtAFifthAQuarterAndTheEnd) {
   EXPECT_THAT(m_log.values, ElementsAre(36, 36, 45));
 }
 
-TEST_F(Messages, FirstAnswerThrowsTheMessagesAwayAndTheLastIsTheResult) {
+TEST_F(Messages, FirstAnswerDiscardsTheMessagesAndTheLastIsTheResult) {
   Add(Store().addHandle("ann"), "hello");
   m_messages[5].resize(1);
   m_bReport = true;
@@ -342,7 +342,7 @@ TEST_F(Messages, LaterAnswersKeepTheMessages) {
   EXPECT_THAT(Texts(1), ElementsAre("hello"));
 }
 
-TEST_F(Messages, MissingStoresGiveNothingAndAreNotMade) {
+TEST_F(Messages, MissingStoresGiveNothingAndAreNotCreated) {
   m_bReport = true;
 
   const int nAnswer = Read();

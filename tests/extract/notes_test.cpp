@@ -104,7 +104,7 @@ class NoteDate : public testing::TestWithParam<DateCase> {
 
 }  // namespace
 
-TEST_P(Notes, NoteComesWithTitleAndText) {
+TEST_P(Notes, NoteHasTitleAndText) {
   Write({{kNewYear2014, "Shopping", "Milk"}});
 
   const int nStatus = Read();
@@ -161,7 +161,7 @@ TEST_P(Notes, NewestComesFirst) {
   EXPECT_THAT(Titles(), ElementsAre("new", "middle", "old"));
 }
 
-TEST_P(Notes, NotesThatWereThereAreSortedWithTheNewOnes) {
+TEST_P(Notes, ExistingNotesAreSortedWithTheNewOnes) {
   Write({{kNewYear2014, "store", "x"}});
   m_notes.resize(2);
   m_notes[0].strDate = "2000-01-01 00:00:00";
@@ -173,7 +173,7 @@ TEST_P(Notes, NotesThatWereThereAreSortedWithTheNewOnes) {
               ElementsAre("2020-01-01 00:00:00", kNewYear2014Text, "2000-01-01 00:00:00"));
 }
 
-TEST_P(Notes, MissingStoreGivesNothingAndIsNotMade) {
+TEST_P(Notes, MissingStoreGivesNothingAndIsNotCreated) {
   const int nStatus = Read();
 
   EXPECT_EQ(0, nStatus);
@@ -220,7 +220,7 @@ TEST_P(NoteDate, OfTheFirstStoreIsLocalAndCountsItsDaysFrom1970) {
   EXPECT_EQ(GetParam().pszFirst, strDate);
 }
 
-TEST_P(NoteDate, OfTheSecondStoreIsTrueAndInUtc) {
+TEST_P(NoteDate, OfTheSecondStoreIsCorrectAndInUtc) {
   const std::string strDate = DateOf(kSecond);
 
   EXPECT_EQ(GetParam().pszSecond, strDate);

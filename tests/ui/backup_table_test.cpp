@@ -53,7 +53,7 @@ TEST_F(BackupTable, HasItsColumnsAndLook) {
   EXPECT_EQ(QAbstractItemView::NoEditTriggers, pTable->editTriggers());
 }
 
-TEST_F(BackupTable, OneRecordStandsInTheSingleRow) {
+TEST_F(BackupTable, OneRecordFillsTheSingleRow) {
   WriteEmptyBackup("one", InfoWith("Anna's Phone", "F17ANNA"));
   Open();
 
@@ -68,7 +68,7 @@ TEST_F(BackupTable, OneRecordStandsInTheSingleRow) {
   EXPECT_EQ(Icon(":/image/iPhone.png"), IconOf(pTable->item(0, 0)));
 }
 
-TEST_F(BackupTable, TheSecondRecordOfTheVectorStandsOnTop) {
+TEST_F(BackupTable, TheSecondRecordOfTheVectorIsInTheTopRow) {
   WriteEmptyBackup("a", InfoWith("First Folder", "1"));
   WriteEmptyBackup("b", InfoWith("Second Folder", "2"));
   std::vector<__BACK_FILE_INFO__> backups;
@@ -82,7 +82,7 @@ TEST_F(BackupTable, TheSecondRecordOfTheVectorStandsOnTop) {
   EXPECT_EQ(backups[0].strDisplayName, Backups()->item(1, 0)->text().toStdString());
 }
 
-TEST_F(BackupTable, EachCellHoldsTheRecord) {
+TEST_F(BackupTable, EachCellStoresTheRecord) {
   WriteEmptyBackup("one", InfoWith("Anna's Phone", "F17ANNA"));
   Open();
 
@@ -107,7 +107,7 @@ TEST_F(BackupTable, AnEncryptedBackupShowsTheLock) {
   EXPECT_NE(Icon(":/image/iPhone.png"), IconOf(pItem));
 }
 
-TEST_F(BackupTable, APressOnAnyCellChoosesTheBackupAndWakesScan) {
+TEST_F(BackupTable, APressOnAnyCellSelectsTheBackupAndEnablesScan) {
   WriteEmptyBackup("one", InfoWith("Anna's Phone", "F17ANNA"));
   for (int nColumn = 0; nColumn < 3; ++nColumn) {
     Open();
@@ -120,7 +120,7 @@ TEST_F(BackupTable, APressOnAnyCellChoosesTheBackupAndWakesScan) {
   }
 }
 
-TEST_F(BackupTable, APressBesideTheRowsChoosesNothing) {
+TEST_F(BackupTable, APressOutsideTheRowsSelectsNothing) {
   WriteEmptyBackup("one");
   Open();
 
@@ -133,7 +133,7 @@ TEST_F(BackupTable, APressBesideTheRowsChoosesNothing) {
   EXPECT_EQ(nullptr, WindowAccess::DataScreen(Window()));
 }
 
-TEST_F(BackupTable, ADoubleClickChoosesAndScans) {
+TEST_F(BackupTable, ADoubleClickSelectsAndScans) {
   WriteEmptyBackup("one");
   Open();
   const QPoint place = Backups()->visualItemRect(Backups()->item(0, 1)).center();
@@ -145,7 +145,7 @@ TEST_F(BackupTable, ADoubleClickChoosesAndScans) {
   EXPECT_EQ(WindowAccess::DataScreen(Window()), WindowAccess::ScreenStack(Window())->currentWidget());
 }
 
-TEST_F(BackupTable, ABackupWrittenLaterDoesNotShow) {
+TEST_F(BackupTable, ABackupAddedLaterIsNotListed) {
   WriteEmptyBackup("one");
   Open();
 

@@ -93,7 +93,7 @@ TEST_P(CategoryTables, ShareOneLook) {
   EXPECT_EQ(0, pTable->rowCount());
 }
 
-TEST_P(CategoryTables, TellTheWindowOfPressesAndSelections) {
+TEST_P(CategoryTables, NotifyTheWindowOfPressesAndSelections) {
   OpenDataScreen();
   const std::string strName = GetParam().pszName;
   const bool bApps = strName == "m_pAppPhotosTable" || strName == "m_pAppVideosTable";

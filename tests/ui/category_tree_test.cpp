@@ -12,7 +12,7 @@ class CategoryTree : public WindowTest {
   }
 };
 
-TEST_F(CategoryTree, StandsFlatWithElevenUntickedNodesAtNought) {
+TEST_F(CategoryTree, HasElevenUntickedTopLevelNodesWithCountZero) {
   OpenDataScreen();
 
   const QTreeWidget* pTree = Tree();
@@ -28,7 +28,7 @@ TEST_F(CategoryTree, StandsFlatWithElevenUntickedNodesAtNought) {
   }
 }
 
-TEST_F(CategoryTree, NodesBearTheIconsOfTheirCategories) {
+TEST_F(CategoryTree, NodesHaveTheIconsOfTheirCategories) {
   OpenDataScreen();
   const char* const icons[] = {"photo",   "photostream", "appphoto", "video",    "message",    "messageatta",
                                "contact", "phone",       "note",     "whatsapp", "whatsappatt"};
@@ -53,7 +53,7 @@ TEST_F(CategoryTree, HasItsHeaderStyleAndSize) {
   EXPECT_TRUE(pTree->itemsExpandable());
 }
 
-TEST_F(CategoryTree, ASelectedNodeBringsItsPageUp) {
+TEST_F(CategoryTree, SelectingANodeShowsItsPage) {
   OpenDataScreen();
   const std::vector<std::string> tables = {"m_pCameraTable",    "m_pPhotoStreamTable",   "m_pAppPhotosTable",
                                            "m_pAppVideosTable", "m_pMessageTable",       "m_pMessAttachTable",
@@ -70,7 +70,7 @@ TEST_F(CategoryTree, ASelectedNodeBringsItsPageUp) {
   }
 }
 
-TEST_F(CategoryTree, AppNodesLeaveTheNumberOfTheShownCategory) {
+TEST_F(CategoryTree, AppNodesDoNotChangeTheCurrentCategory) {
   OpenDataScreen();
   std::vector<int> numbers;
 
@@ -95,7 +95,7 @@ TEST_F(CategoryTree, ALabelOfNoCategoryDoesNothing) {
   EXPECT_EQ("cameraPage", strPage);
 }
 
-TEST_F(CategoryTree, LabelsThatHoldOthersFindTheirOwnCategory) {
+TEST_F(CategoryTree, LabelsThatContainOthersMatchTheirOwnCategory) {
   OpenDataScreen();
   struct Case {
     const char* pszLabel;

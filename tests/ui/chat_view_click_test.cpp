@@ -57,7 +57,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 using ChatClicks = ChatHostileTest;
 
-TEST_F(ChatClicks, ReachWhatTheyAreMeantFor) {
+TEST_F(ChatClicks, ReachTheClickedElement) {
   ShowHostile("<input type='checkbox' id='go'>");
 
   ClickGo(Messages());

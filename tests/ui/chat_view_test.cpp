@@ -36,7 +36,7 @@ TEST_F(ChatViewTest, AddsBubblesOfBothSidesInOrder) {
   EXPECT_EQ(Bubbles({Received("one"), Sent("two"), Received("")}), BubblesOf(&view));
 }
 
-TEST_F(ChatViewTest, ATextThatEndsItsStringIsNoReasonToStop) {
+TEST_F(ChatViewTest, ATextThatEndsItsStringDoesNotStopLaterOnes) {
   ChatView view("style.html");
 
   EXPECT_TRUE(view.AddBubble(true, "\""));
@@ -45,7 +45,7 @@ TEST_F(ChatViewTest, ATextThatEndsItsStringIsNoReasonToStop) {
   EXPECT_EQ(Bubbles({Received("next")}), BubblesOf(&view));
 }
 
-TEST_F(ChatViewTest, ClearTakesAllAwayAndKeepsTheBody) {
+TEST_F(ChatViewTest, ClearRemovesAllBubblesAndKeepsTheBody) {
   ChatView view("style.html");
   view.AddBubble(true, "one");
 
@@ -55,7 +55,7 @@ TEST_F(ChatViewTest, ClearTakesAllAwayAndKeepsTheBody) {
   EXPECT_EQ(QVariant(true), Ask(&view, "document.querySelector('body#content')!==null"));
 }
 
-TEST_F(ChatViewTest, EnableTakesTheAttributeAlone) {
+TEST_F(ChatViewTest, EnableRemovesOnlyTheAttribute) {
   ChatView view("style.html");
   ASSERT_EQ("disabled", Ask(&view, "document.body.getAttribute('disabled')").toString());
 

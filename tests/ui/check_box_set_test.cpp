@@ -59,7 +59,7 @@ TEST_F(CheckBoxSet, TheLastOneUntickedUnticksItAndForbidsTheButton) {
   ExpectButton(false);
 }
 
-TEST_F(CheckBoxSet, OneThatIsItselfPartlyTickedIsNeither) {
+TEST_F(CheckBoxSet, PartlyTickedOnesMakeTheBoxForAllPartlyTicked) {
   for (QCheckBox& box : m_six) box.setTristate(true);
 
   for (QCheckBox& box : m_six) box.setCheckState(Qt::PartiallyChecked);

@@ -71,7 +71,7 @@ TEST_F(DataScreen, StartsOnTheCameraPageWithoutASelectedNode) {
   EXPECT_EQ("Select 0 Bytes in 0 file", SelectionLine());
 }
 
-TEST_F(DataScreen, KeepsThePanesBesideTheTablesOutOfSight) {
+TEST_F(DataScreen, HidesThePanesBesideTheTables) {
   OpenDataScreen();
 
   for (const char* pszName : {"m_pMessageWebView", "m_pWhatsappWebView", "m_pContactText", "m_pNoteText"}) {
@@ -79,7 +79,7 @@ TEST_F(DataScreen, KeepsThePanesBesideTheTablesOutOfSight) {
   }
 }
 
-TEST_F(DataScreen, StripBearsHomeRecoveryAndTheLine) {
+TEST_F(DataScreen, StripHasHomeRecoveryAndTheLine) {
   OpenDataScreen();
 
   auto* pHome = Find<QPushButton>("homeButton");
@@ -124,7 +124,7 @@ TEST_F(DataScreen, IsFramedByTopBarAndFoot) {
   EXPECT_EQ("foot", pLayout->itemAt(5)->widget()->objectName());
 }
 
-TEST_F(DataScreen, TreeStandsLeftOfThePages) {
+TEST_F(DataScreen, TreeIsLeftOfThePages) {
   OpenDataScreen();
 
   auto* pMiddle = qobject_cast<QHBoxLayout*>(Screen()->layout()->itemAt(2)->layout());
@@ -134,7 +134,7 @@ TEST_F(DataScreen, TreeStandsLeftOfThePages) {
   EXPECT_EQ(WindowAccess::PageStack(Window()), pMiddle->itemAt(1)->layout()->itemAt(0)->layout());
 }
 
-TEST_F(DataScreen, ASecondOneTakesTheFirstDown) {
+TEST_F(DataScreen, ASecondOneReplacesTheFirst) {
   OpenDataScreen();
   QPointer<QWidget> pFirst = Screen();
   QPointer<QTreeWidget> pFirstTree = WindowAccess::Tree(Window());

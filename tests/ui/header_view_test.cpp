@@ -28,7 +28,7 @@ class HeaderView : public testing::Test {
   CCheckBoxHeaderView* m_pHeader;
 };
 
-TEST_F(HeaderView, AClickOnItsSectionTogglesAndTells) {
+TEST_F(HeaderView, AClickOnItsSectionTogglesAndEmits) {
   QSignalSpy changes(m_pHeader, &CCheckBoxHeaderView::checkStausChange);
 
   ClickAt(150);
@@ -39,7 +39,7 @@ TEST_F(HeaderView, AClickOnItsSectionTogglesAndTells) {
   EXPECT_FALSE(changes[1][0].toBool());
 }
 
-TEST_F(HeaderView, AClickOnAnotherSectionTellsNothing) {
+TEST_F(HeaderView, AClickOnAnotherSectionEmitsNothing) {
   QSignalSpy changes(m_pHeader, &CCheckBoxHeaderView::checkStausChange);
   QSignalSpy presses(m_pHeader, &QHeaderView::sectionPressed);
   m_pHeader->setSectionsClickable(true);

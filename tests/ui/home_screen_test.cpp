@@ -22,7 +22,7 @@ QRect OnWindow(const QWidget* pWidget) {
   return QRect(pWidget->mapTo(pWidget->window(), QPoint(0, 0)), pWidget->size());
 }
 
-TEST_F(HomeScreen, TopBarBearsLogoTitleAndHelpButton) {
+TEST_F(HomeScreen, TopBarHasLogoTitleAndHelpButton) {
   Open();
 
   auto* pBar = Find<QLabel>("topBar");
@@ -54,7 +54,7 @@ TEST_F(HomeScreen, GapLiesBelowTheTopBar) {
   EXPECT_EQ(OnWindow(Find<QLabel>("topBar")).bottom() + 1, OnWindow(pGap).top());
 }
 
-TEST_F(HomeScreen, FootTellsTheVersion) {
+TEST_F(HomeScreen, FooterShowsTheVersion) {
   Open();
 
   auto* pFoot = Find<QLabel>("foot");
@@ -70,7 +70,7 @@ TEST_F(HomeScreen, FootTellsTheVersion) {
   EXPECT_TRUE(pVersion->alignment() & Qt::AlignHCenter);
 }
 
-TEST_F(HomeScreen, TellsWhatToDoInItsLabels) {
+TEST_F(HomeScreen, LabelsHaveTheInstructions) {
   Open();
   struct Case {
     const char* pszText;
@@ -112,7 +112,7 @@ TEST_F(HomeScreen, ColumnKeepsItsMarginsSpacesAndOrder) {
   EXPECT_EQ(679, OnWindow(Find<QLabel>("foot")).bottom());
 }
 
-TEST_F(HomeScreen, SelectHolderBearsTextAndButton) {
+TEST_F(HomeScreen, SelectHolderHasTextAndButton) {
   Open();
 
   auto* pText = Find<QLabel>("selectText");
@@ -145,7 +145,7 @@ TEST_F(HomeScreen, ScanButtonIsGrayBeforeABackupIsPicked) {
   EXPECT_EQ(80, pButton->parentWidget()->minimumHeight());
 }
 
-TEST_F(HomeScreen, ButtonOfAFlatTreeGoesActiveAndOfABranchGray) {
+TEST_F(HomeScreen, ScanIsEnabledForALeafAndDisabledForABranch) {
   Open();
   QTreeWidgetItem leaf;
   QTreeWidgetItem branch;
@@ -166,7 +166,7 @@ TEST_F(HomeScreen, ButtonOfAFlatTreeGoesActiveAndOfABranchGray) {
   EXPECT_EQ(main_button_style_no_file, pButton->styleSheet());
 }
 
-TEST_F(HomeScreen, WithoutBackupsTheTableIsEmptyScanGrayAndSelectAlive) {
+TEST_F(HomeScreen, WithoutBackupsTheTableIsEmptyScanGrayAndSelectEnabled) {
   Open();
   auto* pSelect = Find<QPushButton>("selectButton");
   ModalSteps steps;

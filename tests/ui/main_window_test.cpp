@@ -45,7 +45,7 @@ void ExpectInTheMiddle(const Distances& distances) {
   EXPECT_LE(std::abs(distances.nTop - distances.nBottom), 1) << distances.nTop << ", " << distances.nBottom;
 }
 
-TEST_F(MainWindow, StandsInTheMiddleOfTheDesktopInItsFixedSize) {
+TEST_F(MainWindow, IsCentredOnTheDesktopInItsFixedSize) {
   DRUI window;
 
   window.setVisible(true);
@@ -67,7 +67,7 @@ TEST_F(MainWindow, MovesToTheMiddleOfAScreenThatBeginsAnywhere) {
   }
 }
 
-TEST_F(MainWindow, BearsTitleIconAndSystemFrame) {
+TEST_F(MainWindow, HasTitleIconAndSystemFrame) {
   DRUI& window = Open();
 
   const Qt::WindowFlags flags = window.windowFlags();
@@ -261,7 +261,7 @@ TEST_F(MainWindow, AWorkFolderThatCantBeMadeIsNoError) {
   EXPECT_EQ("a file", ReadFile(m_folder.Path("no")));
 }
 
-TEST_F(MainWindow, TheStepThatBuildsNoFurtherScreenBuildsNone) {
+TEST_F(MainWindow, InitLayout2WidgetBuildsNoScreen) {
   DRUI& window = Open();
   const int nChildren = window.findChildren<QObject*>().size();
 

@@ -124,7 +124,7 @@ TEST_F(MessageBox, OkOfAQuestionAnswersOne) {
   EXPECT_FALSE(m_box.isVisible());
 }
 
-TEST_F(MessageBox, NoRightClickCloseAndEscapeAnswerNought) {
+TEST_F(MessageBox, NoAndRightClickAndCloseAndEscapeAnswerZero) {
   const std::function<void(QWidget*)> ways[] = {
       [](QWidget* pBox) { ClickOn(pBox, "NO"); },
       [](QWidget* pBox) {

@@ -74,7 +74,7 @@ TEST_P(PreviewAppFiles, PreviewsTheFirstFileAndThenTheSelectedOne) {
   EXPECT_EQ(QSize(30, 31), ShownFile());
 }
 
-TEST_P(PreviewAppFiles, TheCaptionStandsEmptyAboveThePicture) {
+TEST_P(PreviewAppFiles, TheCaptionAboveThePictureIsEmpty) {
   OpenFilled();
   ClickNode(Number());
 

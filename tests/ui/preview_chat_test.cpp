@@ -22,7 +22,7 @@ class PreviewMessages : public PreviewTest {
   }
 };
 
-TEST_F(PreviewMessages, ComeNewestOnTopEachOnItsSide) {
+TEST_F(PreviewMessages, AreNewestFirstEachOnItsSide) {
   OpenDataScreen();
   Put(5, {Message(0, "third", "2014-03-03 10:00:00", "Ann"),
           Message(1, "second", "2014-02-02 10:00:00", "Ann"), Message(0, "first", "2014-01-01 10:00:00")});
@@ -34,7 +34,7 @@ TEST_F(PreviewMessages, ComeNewestOnTopEachOnItsSide) {
             BubblesOf(Messages()));
 }
 
-TEST_F(PreviewMessages, AnyNumberButNoughtIsAMessageOfOnesOwn) {
+TEST_F(PreviewMessages, AnyNonZeroFlagIsASentMessage) {
   OpenDataScreen();
   Put(5, {Message(1, "a"), Message(-1, "b"), Message(2, "c"), Message(0, "d")});
 
@@ -44,7 +44,7 @@ TEST_F(PreviewMessages, AnyNumberButNoughtIsAMessageOfOnesOwn) {
             BubblesOf(Messages()));
 }
 
-TEST_F(PreviewMessages, EachConversationTakesThePlaceOfTheOneBefore) {
+TEST_F(PreviewMessages, EachConversationReplacesThePreviousOne) {
   OpenDataScreen();
   Put(1, {Message(0, "one")});
   Put(2, {Message(0, "two"), Message(1, "three")});
@@ -57,7 +57,7 @@ TEST_F(PreviewMessages, EachConversationTakesThePlaceOfTheOneBefore) {
   EXPECT_EQ(Bubbles({Received("<br>one")}), BubblesOf(Messages()));
 }
 
-TEST_F(PreviewMessages, TakeTheAttributeDisabledFromThePage) {
+TEST_F(PreviewMessages, RemoveTheAttributeDisabledFromThePage) {
   OpenDataScreen();
   Put(5, {Message(0, "a")});
   ASSERT_TRUE(Ask(Messages(), "document.querySelector('body#content').hasAttribute('disabled')").toBool());
@@ -68,7 +68,7 @@ TEST_F(PreviewMessages, TakeTheAttributeDisabledFromThePage) {
             Ask(Messages(), "document.querySelector('body#content').hasAttribute('disabled')"));
 }
 
-TEST_F(PreviewMessages, AMissingKeyLeavesTheViewClearedAndOn) {
+TEST_F(PreviewMessages, AMissingKeyLeavesTheViewClearedAndEnabled) {
   OpenDataScreen();
   Put(5, {Message(0, "a")});
   ClickNode(4);
@@ -81,7 +81,7 @@ TEST_F(PreviewMessages, AMissingKeyLeavesTheViewClearedAndOn) {
   EXPECT_EQ(QVariant(false), Ask(Messages(), "document.body.hasAttribute('disabled')"));
 }
 
-TEST_F(PreviewMessages, AKeyThatDoesNotConvertIsNought) {
+TEST_F(PreviewMessages, AKeyThatDoesNotConvertIsZero) {
   OpenDataScreen();
   Put(0, {Message(0, "nought")});
   Put(7, {Message(0, "seven")});
@@ -94,7 +94,7 @@ TEST_F(PreviewMessages, AKeyThatDoesNotConvertIsNought) {
   }
 }
 
-TEST_F(PreviewMessages, MarkupAndEscapesAreTakenAsSuch) {
+TEST_F(PreviewMessages, MarkupAndEscapesAreInterpreted) {
   OpenDataScreen();
   struct Case {
     std::string strText, strShown;
@@ -129,7 +129,7 @@ TEST_F(PreviewMessages, MarkupAndEscapesAreTakenAsSuch) {
   EXPECT_EQ(expected, BubblesOf(Messages()));
 }
 
-TEST_F(PreviewMessages, ATextThatEndsItsStringMissesItsBubbleAlone) {
+TEST_F(PreviewMessages, ATextThatEndsItsStringLosesOnlyItsOwnBubble) {
   OpenDataScreen();
   for (const char* pszText : {"say \"this\"", "a\nb", "a\rb", "a\r\nb", "\"", R"(\\" )",
                               "a\xe2\x80\xa8"
@@ -145,7 +145,7 @@ TEST_F(PreviewMessages, ATextThatEndsItsStringMissesItsBubbleAlone) {
   }
 }
 
-TEST_F(PreviewMessages, NamesGoInAsTheyStandToo) {
+TEST_F(PreviewMessages, NamesAreInsertedVerbatimToo) {
   OpenDataScreen();
   Put(5,
       {Message(0, "a", "date", "<i>Ann</i>"), Message(0, "b", "date", "Bob \"the\" Cat"), Message(0, "c")});
@@ -172,7 +172,7 @@ TEST_F(PreviewWhatsApp, EachBubbleHoldsAllTextsUpToItsOwn) {
   EXPECT_EQ(Bubbles({Received("one"), Sent("onetwo"), Received("onetwothree")}), BubblesOf(Chats()));
 }
 
-TEST_F(PreviewWhatsApp, TextsBearNeitherDateNorName) {
+TEST_F(PreviewWhatsApp, TextsHaveNeitherDateNorName) {
   OpenDataScreen();
   __WHATSAPP_MESSAGE__ message = ChatMessage(0, "text");
   message.strDate = "2014-01-01 10:00:00";
@@ -243,7 +243,7 @@ TEST_F(PreviewWhatsApp, ThePageKeepsTheAttributeDisabled) {
   EXPECT_EQ(QVariant(true), Ask(Chats(), "document.body.hasAttribute('disabled')"));
 }
 
-TEST_F(PreviewWhatsApp, ATextThatEndsItsStringTakesAllBubblesAfterItAlong) {
+TEST_F(PreviewWhatsApp, ATextThatEndsItsStringLosesAllLaterBubbles) {
   OpenDataScreen();
   Put(1, {ChatMessage(0, "one"), ChatMessage(0, "\"two\""), ChatMessage(0, "three")});
   Put(2, {ChatMessage(0, "next")});

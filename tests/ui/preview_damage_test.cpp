@@ -29,7 +29,7 @@ class PreviewDamage : public PreviewTest {
   const std::string m_strGood;
 };
 
-TEST_F(PreviewDamage, WhatIsNoFileIsBlankAndNeverWaitedFor) {
+TEST_F(PreviewDamage, SpecialFilesAreBlankAndNeverBlock) {
   const std::string strFolder = m_folder.MakeFolder("folder");
   const std::string strPipe = m_folder.Path("pipe.png");
   ASSERT_EQ(0, mkfifo(strPipe.c_str(), 0600));

@@ -131,7 +131,7 @@ qint64 PixelsOf(const std::string& strBytes) {
 
 }  // namespace
 
-TEST(IconFile, TellsTheMostPixelsOfAnyPicture) {
+TEST(IconFile, ReturnsTheMostPixelsOfAnyPicture) {
   EXPECT_EQ(300 * 200, PixelsOf(Icon({PngHead(300, 200)})));
   EXPECT_EQ(2 * 300 * 200, PixelsOf(Icon({PngHead(300, 200, 16)})));
   EXPECT_EQ(300 * 200, PixelsOf(Icon({PngHead(30, 20), Bitmap(16, 32), PngHead(300, 200)})));
@@ -141,7 +141,7 @@ TEST(IconFile, TellsTheMostPixelsOfAnyPicture) {
   EXPECT_EQ(qint64{0x7fffffff} * 0x7fffffff * 2, PixelsOf(Icon({PngHead(0x7fffffff, 0x7fffffff, 16)})));
 }
 
-TEST(IconFile, TellsNothingOfADamagedOne) {
+TEST(IconFile, DamagedFileHasNoPixelCount) {
   std::string strOtherChunk = PngHead(30, 20);
   strOtherChunk.replace(12, 4, "gAMA");
 
@@ -153,7 +153,7 @@ TEST(IconFile, TellsNothingOfADamagedOne) {
   EXPECT_EQ(-1, PixelsOf(Icon({PngHead(30, 20)}) + std::string(16 << 20, '\0'))) << "too large a file";
 }
 
-TEST(IconFile, PassesOverEntriesThatLeadNowhere) {
+TEST(IconFile, IgnoresEntriesBeyondTheEndOfTheFile) {
   const Entry beyond[] = {{16, 22, 0}, {16, 1 << 20, 100}, {16, 0xffffffff, 0xffffffff}, {0, 0x80000000, 1}};
 
   for (const Entry& entry : beyond) EXPECT_EQ(0, PixelsOf(Directory({entry}, 1))) << entry.nOffset;

@@ -11,7 +11,7 @@ class PreviewPicture : public PreviewTest, public testing::WithParamInterface<Pi
   QTableWidget* Rows() { return Table(GetParam().pszTable); }
 };
 
-TEST_P(PreviewPicture, UpTo700WideStandsAsItIs) {
+TEST_P(PreviewPicture, UpTo700WideIsUnscaled) {
   for (const QSize& size :
        {QSize(700, 1000), QSize(700, 20), QSize(500, 2000), QSize(699, 301), QSize(1, 1)}) {
     const std::string strPath = WritePicture("picture.png", size);
@@ -77,7 +77,7 @@ TEST_P(PreviewPicture, LabelKeepsItsSizeAndCentresWhatItShows) {
   }
 }
 
-TEST_P(PreviewPicture, WhatIsNoPictureBlanksTheLabel) {
+TEST_P(PreviewPicture, AFileThatIsNotAPictureBlanksTheLabel) {
   const std::string strPicture = WritePicture("picture.png", {20, 30});
   const std::string strLink = m_folder.Path("link.png");
   ASSERT_EQ(0, symlink(strPicture.c_str(), strLink.c_str()));
@@ -110,7 +110,7 @@ TEST_P(PreviewPicture, WhatIsNoPictureBlanksTheLabel) {
   }
 }
 
-TEST_P(PreviewPicture, TheContentTellsTheFormatAndNotTheName) {
+TEST_P(PreviewPicture, TheFormatIsDetectedByContentRatherThanName) {
   const std::vector<std::string> paths = {
       m_folder.Write("png.mov", ReadFile(WritePicture("a.png", {10, 11}))),
       m_folder.Write("jpeg.png", ReadFile(WritePicture("b.jpg", {12, 13}))),
@@ -128,7 +128,7 @@ TEST_P(PreviewPicture, TheContentTellsTheFormatAndNotTheName) {
   EXPECT_EQ(std::vector<QSize>({{10, 11}, {12, 13}, {14, 15}, {16, 17}}), sizes);
 }
 
-TEST_P(PreviewPicture, TheFirstRowIsShownAsThePageComesUp) {
+TEST_P(PreviewPicture, TheFirstRowIsPreviewedWhenThePageIsShown) {
   ShowFiles(GetParam(), {WritePicture("a.png", {10, 11}), WritePicture("b.png", {20, 21})});
 
   EXPECT_EQ(QSize(10, 11), Shown(GetParam()));

@@ -74,7 +74,7 @@ TEST_F(PreviewText, NoteShowsTitleAndContent) {
   EXPECT_EQ("Title:\n\nNote:\n", TextOf(Note()));
 }
 
-TEST_F(PreviewText, LabelsAreLaidOutAsTold) {
+TEST_F(PreviewText, LabelsHaveTheirFontSizeAndWrap) {
   OpenDataScreen();
 
   for (const QLabel* pLabel : {Contact(), Note()}) {
@@ -199,7 +199,7 @@ TEST_P(PreviewAppRow, WritesTheTextOfAnEmptyRecord) {
   EXPECT_EQ("Title:\n\nNote:\n", TextOf(Find<QLabel>("m_pNoteText")));
 }
 
-TEST_P(PreviewAppRow, LooksUpKeyNoughtOfMessages) {
+TEST_P(PreviewAppRow, LooksUpMessageKeyZero) {
   OpenFilled();
 
   ClickAppAfter(4);
@@ -207,7 +207,7 @@ TEST_P(PreviewAppRow, LooksUpKeyNoughtOfMessages) {
   EXPECT_EQ("", BodyOf(Messages()));
 }
 
-TEST_P(PreviewAppRow, LooksUpKeyNoughtOfChats) {
+TEST_P(PreviewAppRow, LooksUpChatKeyZero) {
   OpenFilled();
   Records().m_mapWhatsApp = {{1, {ChatMessage(0, "A")}}};
 

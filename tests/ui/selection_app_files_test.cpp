@@ -79,7 +79,7 @@ TEST_P(SelectionAppFiles, TheLastFileOfTheLastAppTakesTheNodeToItsEnds) {
   EXPECT_FALSE(RecoveryIsOn());
 }
 
-TEST_P(SelectionAppFiles, AClickOnTheTextAppliesTheStateThatStands) {
+TEST_P(SelectionAppFiles, AClickOnTheTextAppliesTheCurrentState) {
   OpenFilled();
   ClickNodeBox(Number());
   DoubleClickRow(Apps(), 0, 0);

@@ -13,7 +13,7 @@ class SelectionApps : public SelectionTest, public testing::WithParamInterface<A
   void Press(int nRow, int nColumn) { (Window().*GetParam().pfnPress)(nRow, nColumn); }
 };
 
-TEST_P(SelectionApps, TickedOneByOneTakeTheNodeFromNoughtToPartToWhole) {
+TEST_P(SelectionApps, TickedOneByOneTakeTheNodeFromUntickedToPartlyToTicked) {
   OpenFilled();
   ClickNode(Number());
 

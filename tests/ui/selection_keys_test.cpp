@@ -66,7 +66,7 @@ TEST_F(SelectionKeys, SpaceOnAnAppTicksAllItsFiles) {
   EXPECT_NE(0u, AppSelection(kAppPhotos)[pTable->item(0, 0)->text()].size());
 }
 
-TEST_F(SelectionKeys, ElsewhereItTellsNothing) {
+TEST_F(SelectionKeys, OtherCellsAndKeysChangeNoSelection) {
   OpenScanned();
   ClickNode(kAppPhotos);
   const AppSelectionMap before = AppSelection(kAppPhotos);

@@ -87,7 +87,7 @@ TEST_F(SelectionLevels, ASumGoesUpThroughAllLevels) {
   EXPECT_EQ(0, StateOf(pRoot));
 }
 
-TEST_F(SelectionLevels, AnItemAtTheTopHasNobodyToTell) {
+TEST_F(SelectionLevels, AnItemAtTheTopHasNoParentToUpdate) {
   QTreeWidgetItem* pTop = Add(nullptr, 1);
   QTreeWidgetItem* pBeside = Add(nullptr, 0);
   Add(pTop, 2);

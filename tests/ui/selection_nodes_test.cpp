@@ -24,7 +24,7 @@ TEST_P(SelectionNodes, AWholeTickTicksAllRowsAndWritesThem) {
   EXPECT_EQ(kTicked, NodeState(Number()));
 }
 
-TEST_P(SelectionNodes, NoTickUnticksAllRowsAndTakesThemOut) {
+TEST_P(SelectionNodes, NoTickUnticksAllRowsAndRemovesThem) {
   OpenFilled();
   SetNode(Number(), kTicked);
   Map()[40] = 5;
@@ -165,7 +165,7 @@ TEST_F(SelectionChats, UntickingTheNodeLeavesEntriesThatAreCounted) {
   EXPECT_TRUE(RecoveryIsOn());
 }
 
-TEST_F(SelectionChats, APressOnARowTakesOutTheRow) {
+TEST_F(SelectionChats, APressOnARowRemovesTheRow) {
   OpenFilled();
   ClickNodeBox(9);
 
@@ -192,7 +192,7 @@ TEST_F(SelectionChats, EntriesLeftByTheNodeComeBackAsTicksWithItsPartTick) {
   EXPECT_EQ(kPart, NodeState(9));
 }
 
-TEST_F(SelectionChats, EachSelectionOfTheUntickedNodeTakesTheKeysOutAgain) {
+TEST_F(SelectionChats, EachSelectionOfTheUntickedNodeRemovesTheKeysAgain) {
   OpenFilled();
   ClickNode(9);
   Selection(9) = {{0, 0}, {1, 1}, {7, 7}, {8, 8}, {9, 9}};
@@ -269,7 +269,7 @@ TEST_P(SelectionAppNodes, RowsWithoutACellAreSkipped) {
   EXPECT_EQ(AppSelectionMap({{"Alpha", {}}, {"Gamma", {}}}), Map());
 }
 
-TEST_P(SelectionAppNodes, AClickOnTheBoxTakesNoughtAndPartToWholeAndWholeToNought) {
+TEST_P(SelectionAppNodes, AClickOnTheBoxUnticksATickedOneAndTicksAnyOther) {
   OpenFilled();
 
   ClickNodeBox(Number());

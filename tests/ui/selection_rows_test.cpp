@@ -18,7 +18,7 @@ class SelectionRows : public SelectionTest, public testing::WithParamInterface<P
   }
 };
 
-TEST_P(SelectionRows, TickedOneByOneTakeTheNodeFromNoughtToPartToWhole) {
+TEST_P(SelectionRows, TickedOneByOneTakeTheNodeFromUntickedToPartlyToTicked) {
   OpenFilled();
   ClickNode(Number());
   EXPECT_EQ(std::vector<int>({0, 0, 0}), States(Rows()));
@@ -38,7 +38,7 @@ TEST_P(SelectionRows, TickedOneByOneTakeTheNodeFromNoughtToPartToWhole) {
   EXPECT_EQ(std::string("Select ") + GetParam().pszWholeSize + " in 3 files", SelectionLine());
 }
 
-TEST_P(SelectionRows, UntickedOneByOneTakeTheNodeFromWholeToPartToNought) {
+TEST_P(SelectionRows, UntickedOneByOneTakeTheNodeFromTickedToPartlyToUnticked) {
   OpenScanned();
   ClickNode(Number());
   for (const PlainCategory& other : kPlainCategories) Selection(other.nNumber) = {};
@@ -73,7 +73,7 @@ TEST_P(SelectionRows, KeepTheirTicksWhenTheNodeIsLeftAndSelectedAgain) {
   EXPECT_EQ(kPart, NodeState(Number()));
 }
 
-TEST_P(SelectionRows, AClickOnTheTextAppliesTheStateThatStands) {
+TEST_P(SelectionRows, AClickOnTheTextAppliesTheCurrentState) {
   OpenScanned();
   ClickNode(Number());
   ClickRowBox(Rows(), 2);
@@ -181,7 +181,7 @@ TEST_P(SelectionRows, APartlyTickedOneElsewhereKeepsTheNodePartlyTicked) {
   EXPECT_EQ(kPart, NodeState(Number()));
 }
 
-TEST_P(SelectionRows, WithoutACellAreLeftOutOfTheWalk) {
+TEST_P(SelectionRows, WithoutACellAreSkipped) {
   OpenScanned();
   ClickNode(Number());
   delete Rows()->takeItem(1, 0);

@@ -127,7 +127,7 @@ TEST_F(TableFill, ContactsShowTheirFieldsAndDeletedOnesTheAddressLast) {
   EXPECT_EQ("Street 1", pTable->item(1, 0)->data(Qt::UserRole).value<__PERSON_CONTENT__>().strAddress);
 }
 
-TEST_F(TableFill, CallsTellTheirDirectionAndLength) {
+TEST_F(TableFill, CallsShowTheirDirectionAndLength) {
   OpenDataScreen();
   struct Case {
     int nDeleted, nAnswered, nDuration;
@@ -247,7 +247,7 @@ TEST_F(TableFill, FilesShowNameSizeAndIcon) {
       Table("m_pCameraTable")->item(0, 0)->data(Qt::UserRole).value<_IPHONE_CAMERA_INFO_>().strFileName);
 }
 
-TEST_F(TableFill, AppsStandInOneRowEachWithTheWordFolder) {
+TEST_F(TableFill, AppsHaveOneRowEachWithTheWordFolder) {
   OpenDataScreen();
   Records().m_mapAppPhotoFiles = {{"example.Snap", {{10, "example.Snap", "a.JPG", u"/a"}}},
                                   {"other", {{20, "other", "b.TXT", u"/b"}, {1, "other", "c", u"/c"}}}};
