@@ -5,7 +5,7 @@
 #include "tests/support.h"
 
 int main(int argc, char** argv) {
-  QCoreApplication application(argc, argv);  // also takes the locale from the environment
+  QCoreApplication application(argc, argv);  // also sets the locale from the environment
   testing::InitGoogleMock(&argc, argv);
   InstallTestEnvironment();
   return RUN_ALL_TESTS();

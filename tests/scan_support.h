@@ -8,12 +8,12 @@
 #include "sample/backup_builder.h"
 #include "sample/stores.h"
 
-// What the tests of the session and of the readers share. Paths are narrow.
+// Helpers for the tests of the session and of the readers. Paths are narrow.
 
-/// Collects what a progress callback is told, and answers it.
+/// Records the calls of a progress callback, and answers them.
 struct ProgressLog {
   std::vector<int> values;
-  /// What to answer a call (the first is 0) with a value; without it the answer is "go on".
+  /// Returns the answer to a call (the first is 0) with a value; if empty, the answer is "continue".
   std::function<int(size_t nCall, int nValue)> answer;
 
   static int Receive(void* pContext, int nProgress) {
@@ -22,13 +22,13 @@ struct ProgressLog {
     return pLog->answer ? pLog->answer(pLog->values.size() - 1, nProgress) : 0;
   }
 
-  /// Says stop with every call from this one on, as a user's cancel does.
+  /// Answers "stop" from this call on, like a user's cancel.
   void CancelFrom(size_t nFirst) {
     answer = [nFirst](size_t nCall, int) { return nCall >= nFirst ? 1 : 0; };
   }
 };
 
-/// The facts of a backup that a scan needs.
+/// The record of a backup, as a scan needs it.
 inline __BACK_FILE_INFO__ InfoOf(const std::string& strFolder, bool bEncrypted = false) {
   __BACK_FILE_INFO__ info;
   info.strBackupPath = strFolder;
@@ -36,7 +36,7 @@ inline __BACK_FILE_INFO__ InfoOf(const std::string& strFolder, bool bEncrypted =
   return info;
 }
 
-/// Where a well-known store of a backup has to be written.
+/// Path of a well-known store in a backup.
 inline QString Reserve(BackupBuilder& backup, const StorePlace& place) {
   return backup.reserveFile(place.domain, place.relativePath);
 }
@@ -57,6 +57,6 @@ std::vector<Field> Column(const std::vector<Record>& records, Field Record::*pFi
   return values;
 }
 
-/// Seconds from 2001-01-01 to 2014-01-01, and how stores tell that moment.
+/// Seconds from 2001-01-01 to 2014-01-01, and that time in the formats of stores.
 constexpr qint64 kNewYear2014 = 410227200;
 constexpr char kNewYear2014Text[] = "2014-01-01 00:00:00";

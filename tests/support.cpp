@@ -190,7 +190,7 @@ void ExpectQtWarning(const char* pszPattern) {
 
 void InstallTestEnvironment() {
   g_pProcessFolder = std::make_unique<TemporaryFolder>();
-  // File dialogs remember where they have been.
+  // File dialogs remember their last folder.
   QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                      QFile::decodeName(g_pProcessFolder->Path("settings").c_str()));
   g_pfnQtHandler = qInstallMessageHandler(HandleQtMessage);

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-// What the tests share. All paths are narrow, and narrow text is UTF-8 unless a LocaleCodec says otherwise.
+// Shared test helpers. All paths are narrow, and narrow text is UTF-8 unless a LocaleCodec is active.
 
-/// A folder of its own, gone with the object.
+/// A temporary folder, removed by the destructor.
 class TemporaryFolder {
  public:
   TemporaryFolder();
@@ -19,7 +19,7 @@ class TemporaryFolder {
   const std::string& Path() const { return m_strPath; }
   /// Full path of something inside, which need not exist.
   std::string Path(const std::string& strName) const { return m_strPath + "/" + strName; }
-  /// Makes a folder inside, with its parents. @return its full path.
+  /// Creates a folder inside, with its parents. @return its full path.
   std::string MakeFolder(const std::string& strName) const;
   /// Writes a file inside, with its parents. @return its full path.
   std::string Write(const std::string& strName, const std::string& strBytes) const;
@@ -29,28 +29,27 @@ class TemporaryFolder {
   std::string m_strPath;
 };
 
-/// Writes a file, in place of one that is there; its folder is made where it is missing. Fails the test if it
-/// can't.
+/// Writes or overwrites a file, and creates its folder if missing. Fails the test on error.
 void WriteFile(const std::string& strPath, const std::string& strBytes);
 
-/// All bytes of a file. Fails the test and gives an empty text if it can't be read.
+/// Returns all bytes of a file. If it can't be read, fails the test and returns an empty string.
 std::string ReadFile(const std::string& strPath);
 
-/// Whether a file or folder is there.
+/// Whether a file or folder exists.
 bool Exists(const std::string& strPath);
 
-/// Names of everything in a folder, hidden entries too, sorted.
+/// Sorted names of all entries of a folder, including hidden ones.
 std::vector<std::string> NamesIn(const std::string& strFolder);
 
-/// Says what ProgramFolder answers, to the end of the test. Gets a trailing "/" if it lacks it. Without it,
-/// it is the folder of the test's executable, where the real decrypt tool lies.
+/// Sets the result of ProgramFolder until the end of the test, adding a trailing "/" if missing. The default
+/// is the folder of the test's executable, which contains the real decrypt tool.
 void SetProgramFolder(const std::string& strFolder);
 
-/// Says what BackupRoot and WorkFolder answer, to the end of the test. Both get a trailing "/" if they lack
-/// it. Without it, both lie inside a temporary folder of the process.
+/// Sets the results of BackupRoot and WorkFolder until the end of the test, adding a trailing "/" if missing.
+/// By default, both are inside a temporary folder of the process.
 void SetPlaces(const std::string& strBackupRoot, const std::string& strWorkFolder);
 
-/// Collects what the engine reports while the object lives. One at a time.
+/// Records the engine's problems during the object's lifetime. Only one at a time.
 class ProblemRecorder {
  public:
   struct Problem {
@@ -63,11 +62,11 @@ class ProblemRecorder {
   ProblemRecorder(const ProblemRecorder&) = delete;
   ProblemRecorder& operator=(const ProblemRecorder&) = delete;
 
-  /// A copy, since a worker may be reporting.
+  /// A copy, because a worker may be reporting.
   std::vector<Problem> Problems() const;
 };
 
-/// Makes another encoding the one of narrow text while the object lives.
+/// Sets the encoding of narrow text during the object's lifetime.
 class LocaleCodec {
  public:
   explicit LocaleCodec(const char* pszEncoding);
@@ -79,11 +78,9 @@ class LocaleCodec {
   QStringConverter::Encoding m_old;
 };
 
-/// Announces a Qt warning of the running test. A warning that no test announced fails it, and so does an
-/// announced one that doesn't come.
-/// @param pszPattern regular expression, found anywhere in the message.
+/// Expects a Qt warning in the running test. Unexpected warnings and missing expected ones fail the test.
+/// @param pszPattern regular expression that matches anywhere in the message.
 void ExpectQtWarning(const char* pszPattern);
 
-/// For main: watches Qt's messages and sets the places back before each test. Call it once, after
-/// InitGoogleTest.
+/// For main: checks Qt's messages and resets the places before each test. Call it once, after InitGoogleTest.
 void InstallTestEnvironment();

@@ -8,8 +8,8 @@
 
 namespace {
 
-// Reports of a scan of a plain backup: 1 at its start, 12 with the manifest read, the walk of the photos up
-// to 34, the messages from there to 45.
+// Reports of a scan of a plain backup: 1 at its start, 12 after the manifest, up to 34 in the walk of the
+// photos, from there to 45 in the messages.
 constexpr int kManifestRead = 12;
 constexpr int kAmidPhotos = 20;
 constexpr int kAmidMessages = 35;
@@ -18,7 +18,7 @@ constexpr int kPhotos = 60;
 
 class CancelTest : public WindowTest {
  protected:
-  /// A backup with photos enough for a walk that reports many times.
+  /// A backup with enough photos for many reports of the walk.
   void WriteManyPhotos(const std::string& strName) {
     WritePhotos(BackupPath(strName), kPhotos, sample_media::jpeg(1, 32, 32));
   }
@@ -113,7 +113,7 @@ TEST_F(CancelTest, AQuestionThatOutlivesTheScanIsAnsweredWithoutAHang) {
           Click(pDialog->findChild<QWidget*>("Cancel"));
         },
         [&](QWidget*) { return cancel.Reached(); });
-    // The worker goes on while the question stands.
+    // The worker continues while the question is open.
     steps.Then("CMessageBox", [&](QWidget*) { cancel.GoOn(); });
     steps.Then(
         "CMessageBox", [&](QWidget* pBox) { Click(pBox->findChild<QWidget*>(pszAnswer)); },

@@ -1,5 +1,5 @@
-// Encrypted backups of each age, with the real tool: the window shows and recovers what it does with the same
-// backup in plain.
+// Encrypted backups of each generation, with the real tool: the window shows and recovers the same as for the
+// unencrypted backup.
 #include <QCryptographicHash>
 #include <QFile>
 #include <algorithm>
@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr char kPassword[] = "geh heim";  // as many people's, it has a blank
+constexpr char kPassword[] = "geh heim";  // with a space
 
 struct Age {
   const char* pszName;
@@ -239,7 +239,7 @@ TEST_P(EncryptedAges, BackupIsUnchangedButForTheManifestOfTheTool) {
   Recover(m_folder.MakeFolder("out"));
 
   auto after = TreeState(Encrypted());
-  // A binary manifest is never encrypted, and the tool leaves none.
+  // A binary manifest is never encrypted, and the tool writes none.
   const bool bDatabase = GetParam().age != Encryption::Age::BeforeIos10;
   EXPECT_EQ(bDatabase ? 1u : 0u, after.erase("/Manifest.db-decypted"));
   if (bDatabase) {

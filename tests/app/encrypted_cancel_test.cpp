@@ -10,12 +10,12 @@ namespace {
 
 constexpr char kAccept[] = "echo Count:0; exec sleep 60";
 constexpr char kPassword[] = "secret";
-// Waits for a sign of the test, for a minute at most.
+// Waits for a file from the test, at most a minute.
 constexpr char kAwaitSign[] =
     "n=0; until [ -e \"$dir/go\" ] || [ $n -gt 6000 ]; do sleep 0.01; n=$((n+1)); done\n";
 constexpr std::chrono::seconds kSoon(30);
 
-/// Counts how often a decrypted folder is read.
+/// Counts the listings of a decrypted folder.
 class CountingParser : public CLocalBuckupRecovery {
  public:
   explicit CountingParser(int& nScans) : m_nScans(nScans) {}
@@ -32,7 +32,7 @@ class EncryptedCancel : public EncryptedTest {
  protected:
   void GiveSign() { WriteFile(ToolFolder() + "/go", ""); }
 
-  /// Picks a sealed backup, up to the tool's work on it.
+  /// Opens an encrypted backup, up to the tool's work on it.
   void BeginScan(ModalSteps& steps, const std::string& strDecrypt) {
     WriteTool(kAccept, strDecrypt);
     const std::string strBackup = WriteSealedBackup("one", 10);
@@ -47,12 +47,13 @@ class EncryptedCancel : public EncryptedTest {
     };
   }
 
-  /// Presses "Cancel" when the bar shows a value, confirms it, and lets the tool go on once the window waits.
+  /// Presses "Cancel" when the bar shows a value, confirms it, and lets the tool continue once the window
+  /// waits.
   void CancelAt(ModalSteps& steps, int nValue) {
     steps.Then(
         "SCANUI",
         [this](QWidget* pDialog) {
-          // The main thread will be of no use for it.
+          // On another thread, because the main thread will be blocked.
           m_sign = std::thread([this] {
             for (int i = 0; i < 30000 && !Window().m_bCancelScan; ++i)
               std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -81,7 +82,7 @@ TEST_F(EncryptedCancel, CountHandledAfterItKillsTheTool) {
         GiveSign();
       },
       Shows(2));
-  // Nobody closes the dialog: no 100 comes after a cancel.
+  // The dialog stays open: no 100 is reported after a cancel.
   int nBar = -1;
   steps.Then(
       "SCANUI",
@@ -129,7 +130,7 @@ TEST_F(EncryptedCancel, WrongPasswordIsIgnoredWhileTheWindowWaits) {
 
   Select();
   const int nStatus = WindowAccess::DecryptStatus(Window());
-  QCoreApplication::processEvents();  // the line may have been left in the queue
+  QCoreApplication::processEvents();  // the line may still be in the queue
 
   ExpectDataScreen();
   EXPECT_EQ("ended\n", Told("ended")) << "nothing kills the tool";

@@ -20,7 +20,7 @@ namespace {
 constexpr char kToolName[] = "/Velmora Orvandel";
 constexpr char kCalls[] = "/calls";
 constexpr char kEndOfCall[] = "(end)";
-constexpr int kTopFiles = 4;  // of a sealed backup
+constexpr int kTopFiles = 4;  // in the encrypted backup
 constexpr char kDomain[] = "CameraRollDomain";
 
 std::string PhotoPath(int nPhoto) {
@@ -31,7 +31,7 @@ std::string PhotoId(int nPhoto) {
   return BackupBuilder::fileId(kDomain, QString::fromStdString(PhotoPath(nPhoto))).toStdString();
 }
 
-/// Children of this process, by their numbers.
+/// Process ids of this process's children.
 std::string Children() {
   std::string strChildren;
   for (const QString& qstrThread : QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
@@ -128,7 +128,7 @@ void EncryptedTest::GivePassword(ModalSteps& steps, const std::string& strPasswo
     auto* pEdit = pDialog->findChild<QLineEdit*>("m_pLineEdit");
     ASSERT_NE(nullptr, pEdit);
     EXPECT_EQ("", pEdit->text());
-    pEdit->insert(QString::fromStdString(strPassword));  // keys know no umlauts
+    pEdit->insert(QString::fromStdString(strPassword));  // key events can't enter umlauts
     Click(pDialog->findChild<QPushButton*>(pszButton));
   });
 }

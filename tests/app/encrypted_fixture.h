@@ -1,39 +1,40 @@
 #pragma once
 #include "tests/ui/window_fixture.h"
 
-/// An information box as it came up.
+/// An information box that was shown.
 struct ShownBox {
   std::string strText;
   QRect geometry;
 };
 
 /// Tests of backups that are opened by their folder, with the decrypt tool or a script in its place. Each
-/// test also watches that no tool is left running.
+/// test also checks that no tool is left running.
 class EncryptedTest : public WindowTest {
  protected:
   ~EncryptedTest() override;
 
-  /// Puts a script in place of the tool. It notes its arguments and goes on with what its mode calls for, in
-  /// the language of sh. "$dir" is its own folder, "$1" and "$2" are the arguments.
+  /// Installs a shell script in place of the tool. It records its arguments and then runs the code for its
+  /// mode.
+  /// "$dir" is its own folder, "$1" and "$2" are the arguments.
   void WriteTool(const std::string& strCheck, const std::string& strDecrypt = "");
-  /// Makes its folder the tool's without a tool being there.
+  /// Makes its folder the tool's folder, without a tool.
   void RemoveTool();
   std::string ToolFolder() const { return m_folder.Path("program folder"); }
-  /// Something that the script has written into a file in its folder.
+  /// Content of a file that the script wrote in its folder.
   std::string Told(const std::string& strName) const { return ReadFile(ToolFolder() + "/" + strName); }
-  /// Arguments of all runs of the script.
+  /// Arguments of every run of the script.
   std::vector<std::vector<std::string>> Calls() const;
-  /// Whether the script that ran last, with the number in its file "pid", has ended.
+  /// Whether the last script, whose process id is in the file "pid", has ended.
   bool ToolHasEnded() const;
 
-  /// Writes a backup that counts as encrypted for its contacts store, without anything that a key would fit.
-  /// It has a manifest of two photos, four files in its folder, and as many in a folder "more" as make up the
-  /// count. @return its path.
+  /// Writes a backup that counts as encrypted because of its contacts store, but has no keys. It has a
+  /// manifest of two photos, four files in its folder, and in a folder "more" the rest of the count. @return
+  /// its path.
   std::string WriteSealedBackup(const std::string& strName, int nFiles = 4) const;
-  /// The line of a script that writes one of the photos into the decrypted folder. @param nPhoto 1 or 2.
+  /// A script line that writes a photo into the decrypted folder. @param nPhoto 1 or 2.
   std::string WritePhoto(int nPhoto) const;
   std::string DecryptedFolder() const { return m_folder.Path("work/VelmoraiTunesExBackupPath"); }
-  /// The same as the tool gets it.
+  /// The same as passed to the tool.
   std::string DecryptedArgument() const { return m_folder.Path("work//VelmoraiTunesExBackupPath"); }
 
   /// Steps of the user.
@@ -42,15 +43,15 @@ class EncryptedTest : public WindowTest {
   static void GivePassword(ModalSteps& steps, const std::string& strPassword, const char* pszButton = "OK");
   static void CloseBox(ModalSteps& steps, ShownBox& box);
 
-  /// Presses "Select" and waits for all that follows.
+  /// Presses "Select" and waits for the end.
   void Select() { Click(Find<QPushButton>("selectButton")); }
-  /// Presses it with all steps of a user who knows the password.
+  /// The same with all steps of a user who knows the password.
   void SelectBackup(const std::string& strFolder, const std::string& strPassword);
   void ExpectHomeScreen();
   void ExpectDataScreen();
 };
 
-/// What the tool's lines make the window report: the worker's own reports aren't among them.
+/// Records the window's reports caused by the tool's lines, without those of the worker itself.
 class ToolProgress {
  public:
   explicit ToolProgress(DRUI& window);

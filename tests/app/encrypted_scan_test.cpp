@@ -1,4 +1,4 @@
-// What a scan does with the decrypt tool, once the password is known.
+// A scan with the decrypt tool, once the password is known.
 #include <gmock/gmock.h>
 
 #include <QProgressBar>
@@ -18,7 +18,7 @@ std::string Says(const std::string& strLine) {
 
 class EncryptedScan : public EncryptedTest {
  protected:
-  /// Opens a sealed backup of so many files with a tool that decrypts by a script.
+  /// Opens an encrypted backup of a number of files, with a script as the tool.
   void OpenAndSelect(const std::string& strDecrypt, int nFiles = 10) {
     WriteTool(kAccept, strDecrypt);
     const std::string strBackup = WriteSealedBackup("one", nFiles);
@@ -26,7 +26,7 @@ class EncryptedScan : public EncryptedTest {
     SelectBackup(strBackup, kPassword);
     ExpectDataScreen();
   }
-  /// What the tool's lines report of such a scan.
+  /// The reports of such a scan from the tool's lines.
   std::vector<int> ProgressOf(const std::string& strDecrypt, int nFiles = 10) {
     WriteTool(kAccept, strDecrypt);
     const std::string strBackup = WriteSealedBackup("one", nFiles);
@@ -57,7 +57,7 @@ TEST_F(EncryptedScan, CountsMoveTheBarFromOneToEleven) {
 
   const std::vector<int> values = ProgressOf(strCounts, 20);
 
-  // n * 10 / 20 + 1 in whole numbers.
+  // n * 10 / 20 + 1 in integers.
   EXPECT_EQ(std::vector<int>({1, 1, 2, 2, 3, 3, 4, 4, 5, 5, 6, 6, 7, 7, 8, 8, 9, 9, 10, 10, 11}), values);
 }
 
@@ -94,7 +94,7 @@ TEST_F(EncryptedScan, ReadsStandardErrorAlongWithTheOutput) {
 }
 
 TEST_F(EncryptedScan, LineThatComesInPiecesIsReadAsOne) {
-  // The pauses let the pieces arrive alone.
+  // The pauses make the pieces arrive separately.
   EXPECT_EQ(std::vector<int>({11}),
             ProgressOf("printf 'Cou'; sleep 0.2; printf 'nt:1'; sleep 0.2; printf '0\\n'; printf 'Count:5'"));
 }
@@ -227,7 +227,7 @@ TEST_F(EncryptedScan, MissingToolMeansARightPasswordAndAnEmptyFolder) {
 }
 
 TEST_F(EncryptedScan, ToolThatCanNotStartIsLikeAMissingOne) {
-  m_folder.Write("program folder/Velmora Orvandel", "#!/bin/sh\n");  // nobody may run it
+  m_folder.Write("program folder/Velmora Orvandel", "#!/bin/sh\n");  // not executable
   SetProgramFolder(ToolFolder());
   const std::string strBackup = WriteSealedBackup("one");
   Open();

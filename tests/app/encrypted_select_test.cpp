@@ -1,4 +1,4 @@
-// A backup that is picked as a folder, up to the end of its check.
+// A backup that is selected as a folder, up to the end of the password check.
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPointer>
@@ -16,14 +16,14 @@ constexpr char kNotFound[] = "Can not found the iTunes Backup file.";
 constexpr char kEmpty[] = "The password can't be empty, please try again.";
 constexpr char kWrong[] = "Your password is not correct! Please try again.";
 
-// Scripts of the check. What waits at their end is to be killed long before.
+// Scripts of the check. The wait at their end is killed long before it expires.
 constexpr char kAccept[] = "echo Count:0; exec sleep 60";
 constexpr char kRefuse[] = "echo 'Wrong password'; exec sleep 60";
 constexpr std::chrono::seconds kSoon(30);
 
 class EncryptedSelect : public EncryptedTest {
  protected:
-  /// Picks a sealed backup, gives a password, and cancels once it is refused.
+  /// Selects an encrypted backup, enters a password, and cancels after it is rejected.
   void SelectAndBeRefused(const std::string& strPassword = "secret") {
     const std::string strBackup = WriteSealedBackup("one");
     Open();
@@ -41,7 +41,7 @@ class EncryptedSelect : public EncryptedTest {
     EXPECT_EQ("", WindowAccess::BackupPassword(Window()));
   }
 
-  /// Picks a sealed backup, gives a password, and is let pass.
+  /// Selects an encrypted backup and enters an accepted password.
   void SelectAndPass(const std::string& strPassword = "secret") {
     const std::string strBackup = WriteSealedBackup("one");
     Open();
@@ -306,7 +306,7 @@ TEST_F(EncryptedSelect, RefusalOnStandardErrorCounts) {
 }
 
 TEST_F(EncryptedSelect, LineThatComesInPiecesIsReadAsOne) {
-  // The pause lets the first piece arrive alone.
+  // The pause makes the first piece arrive separately.
   WriteTool("printf 'Wrong pass'; sleep 0.2; printf 'word\\n'; exec sleep 60");
   SelectAndBeRefused();
 }
@@ -334,7 +334,8 @@ struct PasswordCase {
 };
 
 TEST_F(EncryptedSelect, PasswordIsSplitAsPartOfACommand) {
-  // Blanks part it, double quotes hold together and go, three of them stand for one. Nothing else is special.
+  // Spaces separate arguments, double quotes group and are removed, three of them give one. Nothing else is
+  // special.
   const std::vector<PasswordCase> cases = {
       {"geh heim", {"geh", "heim"}},  {" a  b ", {"a", "b"}}, {"\"geh heim\"", {"geh heim"}},
       {"ge\"h he\"im", {"geh heim"}}, {"a\"\"\"b", {"a\"b"}}, {"$HOME;`id`|'x'\\*", {"$HOME;`id`|'x'\\*"}},

@@ -30,12 +30,12 @@ void EndToEnd::SetUp() {
 EndToEnd::~EndToEnd() {
   m_program.kill();
   m_program.waitForFinished(kLimit);
-  m_screen.terminate();  // it takes its lock and socket along
+  m_screen.terminate();  // on SIGTERM it removes its lock and socket
   m_screen.waitForFinished(kLimit);
 }
 
 void EndToEnd::StartProgram() {
-  // File dialogs remember where they have been.
+  // File dialogs remember their last folder.
   m_program.Start({"start"}, {m_display, "QT_QPA_PLATFORM=xcb", "XDG_CONFIG_HOME=" + Folder("settings")},
                   InOwnRoot(m_folder));
 }

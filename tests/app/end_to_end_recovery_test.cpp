@@ -1,4 +1,4 @@
-// A recovery through the real program, with real keys.
+// A recovery through the real program, with real input events.
 #include <QCoreApplication>
 
 #include "sample/demo_backup.h"

@@ -14,7 +14,7 @@ int WaitAfterCancel(int nKind) {
   SCANUI dialog;
   dialog.InitSlot(&window, nKind);
   dialog.show();
-  std::thread([&, nKind] {  // lives as long as the process
+  std::thread([&, nKind] {  // runs until the process ends
     while (!(window.*flags[nKind - 2])) std::this_thread::yield();
     std::puts("cancelled");
     std::fflush(stdout);

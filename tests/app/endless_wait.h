@@ -1,9 +1,9 @@
 #pragma once
 
-/// Makes the test program the child process of a test: it opens a progress dialog of a kind, confirms a
-/// cancel and waits for the worker that never ends.
+/// Runs the test program as the child process of a test: it opens a progress dialog of a kind, confirms a
+/// cancel and waits for a worker that never ends.
 constexpr char kEndlessWaitArgument[] = "--wait-after-cancel";
 
-/// Prints "cancelled" once the kind's cancel flag is set, and "ended" should the wait ever end.
+/// Prints "cancelled" once the kind's cancel flag is set, and "ended" if the wait ends.
 /// @param nKind 2 to 4.
 int WaitAfterCancel(int nKind);

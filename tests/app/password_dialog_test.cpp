@@ -27,7 +27,7 @@ class PasswordDialog : public testing::Test {
   }
   QLineEdit* Edit() { return m_dialog.findChild<QLineEdit*>(); }
   QPushButton* Button(const char* pszName) { return m_dialog.findChild<QPushButton*>(pszName); }
-  /// Whether a part lies within the dialog as a whole and no other part covers it.
+  /// Whether a part is completely inside the dialog and not covered by another part.
   bool IsInView(QWidget* pPart) { return pPart->visibleRegion() == QRegion(pPart->rect()); }
 
   CPasswordUI m_dialog;

@@ -9,15 +9,15 @@
 namespace {
 
 constexpr int kLimit = 60000;  // milliseconds
-constexpr int kAlive = 1000;   // how long one that stays is watched
+constexpr int kAlive = 1000;   // for which it must stay alive
 
 QByteArray ReadProcFile(qint64 nProcess, const char* pszName) {
   QFile file(QString("/proc/%1/%2").arg(nProcess).arg(pszName));
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Makes a root of its own out of the machine's, with "/Library" from a folder of the test, and runs a
-/// command there. All of it is gone when the process ends.
+/// Creates a private root from the machine's, with "/Library" from a folder of the test, and runs a command
+/// there. It vanishes when the process ends.
 constexpr char kScript[] =
     "set -e\n"
     "root=$1 library=$2; shift 2\n"
@@ -111,6 +111,6 @@ QStringList ArgumentsOf(qint64 nProcess) {
   QStringList arguments;
   for (const QByteArray& argument : ReadProcFile(nProcess, "cmdline").split('\0'))
     arguments << QFile::decodeName(argument);
-  if (!arguments.isEmpty()) arguments.removeLast();  // behind the last zero
+  if (!arguments.isEmpty()) arguments.removeLast();  // after the last zero
   return arguments;
 }

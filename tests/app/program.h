@@ -11,28 +11,28 @@
 /// Path of the executable.
 QString ProgramPath();
 
-/// Whether starting the window may change nothing of this machine: none of its fixed folders is there.
+/// Whether starting the window is safe on this machine: none of its fixed folders exists.
 bool MayStartWindow();
 
-/// The command in front of another that runs it in a file system of its own: the machine's, with "/Library"
-/// from a folder of that name inside a test's folder. All of it is gone with the last process there.
+/// The prefix command that runs another in a private file system: the machine's, with "/Library" from a
+/// folder of that name inside a test's folder. It vanishes with its last process.
 QStringList InOwnRoot(const TemporaryFolder& folder);
-/// Why this machine can't run it; empty when it can.
+/// Why this machine can't run it; empty if it can.
 std::string ObstacleToOwnRoot(const TemporaryFolder& folder);
 
-/// A running program. Goes with the object.
+/// A running program, which is terminated by the destructor.
 class Program : public QProcess {
  public:
   ~Program() override;
 
   /// Starts it on the offscreen platform, or on a display.
-  /// @param environment "NAME=VALUE", in place of what stands there. @param prefix a command in front of it.
+  /// @param environment "NAME=VALUE", replacing existing values. @param prefix a command before it.
   void Start(const QStringList& arguments, const QStringList& environment = {},
              const QStringList& prefix = {});
 
-  /// Whether it still runs after a second, without a child of its own.
+  /// Whether it still runs after a second, without a child process.
   bool StaysAlone();
-  /// Whether it ends by itself in time. @return its exit status, -1 without one.
+  /// Waits until it ends by itself. @return its exit status, -1 without one.
   int EndStatus();
 };
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kWatch = 1500;  // milliseconds that a wait is watched for an end that must not come
+constexpr int kWatch = 1500;  // milliseconds for which a wait must not end
 
 struct CloseCase {
   int nKind;
@@ -115,7 +115,7 @@ TEST_F(ProgressClose, WhatEndsWhileTheQuestionIsOpenClosesTheDialogAfterANo) {
   for (const Case& one : cases) {
     OpenDialog(one.nKind);
     Window().m_bSearchFinished = true;
-    Window().m_bCancelRecovery = one.nKind == 4;  // the worker's mark of the end
+    Window().m_bCancelRecovery = one.nKind == 4;  // set by the worker at its end
     ModalSteps steps;
     steps.Then("CMessageBox", [&](QWidget* pBox) {
       one.end(*m_pDialog);
@@ -152,7 +152,7 @@ TEST_F(ProgressClose, AFinishedRecoveryAsksNothing) {
 }
 
 TEST_F(ProgressClose, ConfirmedSearchAndPreviewEndOnceTheirFlagsAreSet) {
-  // Nothing in the program sets these flags; the wait looks at them all the same.
+  // The wait checks these flags, although nothing in the program sets them.
   OpenDialog(2);
   Window().m_bSearchFinished = true;
   ModalSteps steps;

@@ -251,7 +251,7 @@ TEST_F(ProgressDialog, DetailOpensAtTheDialogsPlaceAndKeepsFilling) {
     const auto* pTable = pDetail->findChild<QTableWidget*>("m_pTable");
     place = pDetail->pos();
     rows.push_back(pTable->rowCount());
-    // As a worker's report does, through the queue.
+    // Through the event queue, like a worker's report.
     QMetaObject::invokeMethod(
         m_pWindow.get(), [this] { emit Window().RecoveryCallBack(200, 0, 0, "/out/b.jpg"); },
         Qt::QueuedConnection);

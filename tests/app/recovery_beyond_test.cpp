@@ -1,11 +1,11 @@
-// Ticks that outlived the scan they were made after, in a list that has become shorter.
+// Ticks from an earlier scan beyond the end of a shorter list.
 #include "tests/app/recovery_fixture.h"
 
 namespace {
 
 class RecoveryBeyond : public RecoveryTest, public testing::WithParamInterface<RecoveryStep> {
  protected:
-  /// Ticks two files that are there and the rows 2 and 7, behind the end of the list.
+  /// Ticks two existing files and the rows 2 and 7, beyond the end of the list.
   void AddFilesAndTicksBeyond() {
     const RecoveryStep& step = GetParam();
     for (const char* pszName : {"a", "b"}) {
@@ -31,7 +31,7 @@ TEST_P(RecoveryBeyond, ATickBeyondTheEndOfItsListIsSkippedAndStays) {
   Recover();
 
   const std::string strFolder = step.pszFolder + std::string(step.IsApps() ? "App/" : "");
-  // Each row of a plain list has its share, whether or not there is a file; an app has one for all its files.
+  // Each row of a plain list has its share, even without a file; an app has one for all its files.
   const int nFirst = step.IsApps() ? step.nNumerator : step.nNumerator / 4;
   const int nSecond = step.IsApps() ? step.nNumerator : step.nNumerator * 2 / 4;
   EXPECT_EQ(WholeRecovery({{step.nCategory,

@@ -1,4 +1,4 @@
-// Recoveries whose cancel was confirmed: they never give the window back.
+// Recoveries whose cancel was confirmed: they never return.
 #include "tests/app/recovery_child.h"
 #include "tests/cli/recovery_output.h"
 #include "tests/cli/small_backup.h"
@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int kWatch = 3000;  // milliseconds that a wait is watched for an end that must not come
+constexpr int kWatch = 3000;  // milliseconds for which a wait must not end
 constexpr int kLimit = 60000;
 
 class RecoveryCancel : public testing::Test {
@@ -42,7 +42,7 @@ class RecoveryCancel : public testing::Test {
                   {"CallHistory", "Camera Roll", "Contacts", "Message", "Notes", "WhatsApp Message"}),
               NamesIn(m_strOut));
   }
-  /// The number of files of a whole recovery: the photos, three pages, two files for each of two
+  /// Number of files of a complete recovery: the photos, three pages, two files for each of two
   /// conversations and three for each of two chats.
   static constexpr size_t kAllFiles = kChildFiles + 3 + 2 * 2 + 2 * 3;
   bool AllFilesAreThere() {

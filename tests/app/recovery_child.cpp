@@ -51,7 +51,7 @@ class RecoveryChild : public RecoveryTest {
     steps.Then(
         "CMessageBox",
         [this](QWidget* pBox) {
-          std::thread([pWindow = &Window()] {  // lives as long as the process
+          std::thread([pWindow = &Window()] {  // runs until the process ends
             while (!pWindow->m_bCancelRecovery) std::this_thread::yield();
             Say("cancelled");
           })
@@ -65,7 +65,7 @@ class RecoveryChild : public RecoveryTest {
       static_cast<RecoveryChildKind>(qEnvironmentVariableIntValue(kKindVariable));
 };
 
-// The test exists in the child alone.
+// The test is registered only in the child.
 [[maybe_unused]] const bool kRegistered = [] {
   if (qEnvironmentVariableIsEmpty(kKindVariable)) return false;
   testing::RegisterTest(kSuite, "Runs", nullptr, nullptr, __FILE__, __LINE__,

@@ -1,4 +1,4 @@
-// The dialogs of a recovery: the one that asks for a folder, and the one that shows how it goes.
+// The dialogs of a recovery: the folder dialog and the progress dialog.
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -157,7 +157,7 @@ TEST_F(RecoveryDialog, OnceFinishedEachWayOfClosingAsksNothing) {
     steps.Then(
         "SCANUI",
         [&](QWidget* pDialog) {
-          way(pDialog);  // a question would come up in here, and nobody would answer it
+          way(pDialog);  // a question would block here, unanswered
           bClosed = !pDialog->isVisible();
         },
         IsFinished);

@@ -1,4 +1,4 @@
-// Which documents a recovery writes for the ticked rows.
+// The documents that a recovery writes for ticked rows.
 #include <QDateTime>
 #include <algorithm>
 #include <regex>
@@ -35,7 +35,7 @@ TEST_F(RecoveryDocuments, AllTickedAreWrittenUnderTheirOwnNames) {
 
   Recover();
 
-  // Chats are those of the rows of the ticked conversations.
+  // Deliberate: chats are selected by the row numbers of ticked conversations.
   EXPECT_EQ(
       Names({"/CallHistory/CallHistory_STAMP.html", "/Contacts/STAMP/Contacts.html",
              "/Message/Ann-STAMP/Ann(3).html", "/Message/Ann-STAMP/Ann(3).txt",
@@ -74,7 +74,7 @@ TEST_F(RecoveryDocuments, ARowBeyondTheTableKeepsTheKeyOfTheRowBefore) {
 
 TEST_F(RecoveryDocuments, ABlankRowKeepsTheKeyOfTheRowBefore) {
   AddConversation(3, "Ann");
-  Records().m_mapMessage[5];  // no record, and so no cells
+  Records().m_mapMessage[5];  // no record, so no cells
   AddConversation(8, "Cem");
   TickNode(4);
   Selection(4) = {{0, 0}, {1, 1}, {2, 2}};
@@ -270,7 +270,7 @@ TEST_F(RecoveryDocuments, ASecondRecoveryWritesDocumentsUnderALaterStamp) {
   EXPECT_TRUE(std::includes(both.begin(), both.end(), first.begin(), first.end()));
 }
 
-/// Recoveries of a backup that is really there.
+/// Recoveries of a real backup.
 class RecoveryStores : public RecoveryDocuments {
  protected:
   RecoveryStores() {

@@ -1,4 +1,4 @@
-// Which files a recovery copies, where to, and under which names.
+// The files that a recovery copies, their folders and names.
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -12,7 +12,7 @@ using Names = std::vector<std::string>;
 
 class RecoveryFiles : public RecoveryTest {
  protected:
-  /// Paths of the reports that name something, below the destination.
+  /// Paths of the reports with a name, relative to the destination.
   static Names Reported(const ReportRecorder& recorder, const std::string& strOut) {
     Names names;
     for (const Report& report : recorder.Named()) {
@@ -202,7 +202,7 @@ TEST_F(RecoveryFiles, ACopyWithoutASourceIsReportedAsDone) {
 
   Recover([&](QWidget* pDialog) { detail = DetailOf(pDialog); });
 
-  // Nothing took the name, so that both have it.
+  // The name wasn't taken, so both are reported under it.
   const Names expected = {"/Camera Roll/gone.jpg", "/Camera Roll/there.jpg", "/Camera Roll/gone.jpg"};
   EXPECT_EQ(expected, Reported(recorder, Out()));
   ASSERT_EQ(3u, detail.rows.size());
@@ -250,7 +250,7 @@ TEST_F(RecoveryFiles, AFileInPlaceOfAFolderFailsItsCategoryAlone) {
 }
 
 TEST_F(RecoveryFiles, AnUnwritableDestinationIsReportedAsDone) {
-  const std::string strOut = "/proc/self";  // nothing can be made there, not even by the super-user
+  const std::string strOut = "/proc/self";  // nothing can be created there, not even by root
   AddFile(0, "a.jpg");
   AddDocuments();
   ReportRecorder recorder(Window());

@@ -1,4 +1,4 @@
-// What the worker of a recovery reports, and what the progress dialog makes of it.
+// The reports of a recovery's worker, and their effect on the progress dialog.
 #include <QProgressBar>
 #include <QThread>
 #include <atomic>
@@ -9,7 +9,7 @@ namespace {
 
 class RecoveryReports : public RecoveryTest {
  protected:
-  /// Recovers with the bar watched from the first report on. @return the values that it took.
+  /// Recovers and records the bar from the first report on. @return its values.
   std::vector<int> BarOfRecovery() {
     ReportRecorder recorder(Window(), 1);
     std::vector<int> values;
@@ -235,7 +235,7 @@ TEST_F(RecoveryReports, FlagOfARecoveryBeforeIsClearedAndSetAgain) {
 
 using CountCase = std::tuple<RecoveryStep, int>;
 
-/// A category of files with so many rows, or apps.
+/// A category of files with a number of rows, or apps.
 class RecoveryCounts : public RecoveryTest, public testing::WithParamInterface<CountCase> {};
 
 std::string NumberedName(int nNumber) {
@@ -255,7 +255,7 @@ TEST_P(RecoveryCounts, EachRowReportsItsShareOfTheCategory) {
       expected.push_back({nProgress, step.nPercent, 0, strFolder + strName});
       continue;
     }
-    // All files of an app tell the same.
+    // All files of an app report the same.
     const int nFiles = i % 3 + 1;
     for (int nFile = 0; nFile < nFiles; ++nFile) {
       AddAppFile(step.nCategory, strName, NumberedName(nFile), "x");
@@ -289,7 +289,7 @@ TEST_F(RecoveryReports, AnAppWithoutFilesCountsAmongTheApps) {
   AddAppFile(2, "Beta", "b.jpg");
   AddAppFile(2, "Delta", "d.jpg");
   AppSelection(2)["Alpha"] = {{0, 0}};  // no such app
-  AppSelection(2)["Folder"];            // as a press on the second column leaves it
+  AppSelection(2)["Folder"];            // as added by a press on the second column
   ReportRecorder recorder(Window());
 
   Recover();

@@ -1,4 +1,4 @@
-// Recoveries of what a scan has found, with rows chosen by clicks.
+// Recoveries after a scan, with rows selected by clicks.
 #include <QTest>
 #include <algorithm>
 
@@ -14,7 +14,7 @@ constexpr const char* kTables[] = {"m_pCameraTable",    "m_pPhotoStreamTable",  
                                    "m_pAppVideosTable", "m_pMessageTable",       "m_pMessAttachTable",
                                    "m_pContactsTable",  "m_pCallHistoryTable",   "m_pNotesTable",
                                    "m_pWhatsappTable",  "m_pWhatsappAttachTable"};
-constexpr size_t kLeastFiles = 100;  // of the backup's recovery
+constexpr size_t kLeastFiles = 100;  // minimum for the backup's recovery
 
 class RecoveryOfScan : public RecoveryTest {
  protected:
@@ -27,12 +27,12 @@ class RecoveryOfScan : public RecoveryTest {
     ScanBackup();
   }
   QTableWidget* TableOf(int nCategory) { return Table(kTables[nCategory]); }
-  /// Shows a category and unticks all of it.
+  /// Shows a category and unticks all rows.
   void Untick(int nCategory) {
     ClickNodeBox(nCategory);
     ASSERT_EQ(Qt::Unchecked, Node(nCategory)->checkState(0)) << nCategory;
   }
-  /// Clicks boxes of rows of the category on view.
+  /// Clicks the boxes of rows of the visible category.
   void ClickRows(int nCategory, const std::vector<int>& rows) {
     for (const int nRow : rows) {
       ASSERT_LT(nRow, TableOf(nCategory)->rowCount()) << nCategory;

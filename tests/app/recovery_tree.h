@@ -2,14 +2,13 @@
 #include <map>
 #include <string>
 
-// Recoveries compared file by file.
+// Comparison of recoveries file by file.
 
-/// Contents of the files of a recovery by their paths below the destination. Both come without time
-/// stamps.
+/// Contents of the files of a recovery by their paths below the destination, both without time stamps.
 using RecoveredTree = std::map<std::string, std::string>;
 RecoveredTree RecoveredFiles(const std::string& strOut);
 
-/// Compares two recoveries, with a few words on each difference.
+/// Compares two recoveries and describes each difference.
 void ExpectSameFiles(const RecoveredTree& expected, const RecoveredTree& files);
 
 /// Recovers all of a backup with the command line. @return the destination.

@@ -7,11 +7,11 @@
 #include "tests/ui/modal.h"
 #include "ui/window.h"
 
-/// Cancels the scans of a window at a moment that the test names: the worker waits with a report until the
-/// user has pressed "Cancel" and confirmed.
+/// Cancels the scans of a window at a given report: the worker waits there until the user has pressed
+/// "Cancel" and confirmed.
 class ScanCancel {
  public:
-  /// @param nValue  the report of the worker at which it waits; 100 is the one after its end.
+  /// @param nValue  the worker's report at which it waits; 100 is the one after its end.
   ScanCancel(DRUI& window, int nValue) : m_window(window) {
     m_connection = QObject::connect(
         &window, &DRUI::ScanProcessCallBack, &window,
@@ -40,10 +40,10 @@ class ScanCancel {
     steps.ThenClick("CMessageBox", pszAnswer);
   }
 
-  /// Lets the worker go on without a cancel.
+  /// Lets the worker continue without a cancel.
   void GoOn() { m_bGoOn = true; }
   bool Reached() const { return m_bReached; }
-  /// What the bar showed last.
+  /// The last value of the bar.
   int Bar() const { return m_nBar; }
 
  private:

@@ -1,4 +1,4 @@
-// What a scan returns, and what is left of one that ran out of memory.
+// The result of a scan, also after running out of memory.
 #include <new>
 #include <thread>
 
@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A parser of a real backup with some of its steps replaced.
+/// A parser of a real backup with some steps replaced.
 class StandIn : public CLocalBuckupRecovery {
  public:
   std::function<int(const QString&)> scan;
@@ -28,7 +28,7 @@ class ScanResult : public EncryptedTest {
     WriteSmallBackup(BackupPath("one"), BackupBuilder::Layout::Db);
     Open();
   }
-  /// Makes the scans from here on use a parser of this kind.
+  /// Makes subsequent scans use such a parser.
   void UseParser(const StandIn& model) {
     WindowAccess::ParserMaker(Window()) = [model](CIphoneBackupFile& backupFile) {
       auto pParser = std::make_unique<StandIn>(model);
@@ -156,7 +156,7 @@ TEST_F(ScanResult, AScanThatRunsOutOfMemoryShowsWhatItHasAndCanBeRepeated) {
   ScanBackup();
 
   std::vector<std::string> expected = kSmallBackupLabels;
-  // Behind the contacts come calls, notes, app files and what WhatsApp has kept.
+  // After the contacts come calls, notes, app files and WhatsApp.
   for (const size_t nNode : {2u, 3u, 6u, 7u, 8u, 9u, 10u}) expected[nNode] = kZeroLabels[nNode];
   EXPECT_EQ(expected, Labels());
   EXPECT_EQ(2, Table("m_pCameraTable")->rowCount());

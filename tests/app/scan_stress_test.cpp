@@ -10,15 +10,15 @@
 namespace {
 
 constexpr int kScans = 200;
-constexpr int kWarmUp = 100;  // until the caches of the toolkit are full
-// The toolkit keeps about a third of it. A data screen that stayed takes ten times as much.
+constexpr int kWarmUp = 100;  // scans until Qt's caches are full
+// Qt keeps about a third of it. A leaked data screen takes ten times as much.
 constexpr qint64 kAllowedBytes = (kScans - kWarmUp) * qint64{16 * 1024};
 
-/// The reports at which every second scan is cancelled, in turn: at its start, with the manifest read, amid
-/// the photos and the messages, and after its end.
+/// The reports at which every second scan is cancelled, in turn: at its start, after the manifest, during the
+/// photos and the messages, and after its end.
 constexpr int kCancelAt[] = {1, 12, 20, 35, 45, 100};
 
-/// Bytes that the process has in use on its heap, whatever it keeps for later; -1 where that isn't told.
+/// Bytes in use on the heap, without cached free memory; -1 if not available.
 qint64 BytesInUse() {
 #if defined(__GLIBC__) && __GLIBC_PREREQ(2, 33) && !defined(__SANITIZE_ADDRESS__)
   const struct mallinfo2 info = mallinfo2();
@@ -57,7 +57,7 @@ TEST_F(ScanStress, TwoHundredScansOneHundredCancelled) {
     }
     ASSERT_EQ(bCancels, Window().m_bCancelScan) << "scan " << i;
     QCoreApplication::processEvents();
-    // On purpose these two hold the files of all scans.
+    // Deliberate: these two hold the files of all scans.
     WindowAccess::Records(Window()).m_mapAppPhotoFiles.clear();
     WindowAccess::Records(Window()).m_mapAppVideoFiles.clear();
     if (i == kWarmUp) nBefore = BytesInUse();

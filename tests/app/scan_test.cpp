@@ -125,7 +125,7 @@ TEST_F(ScanTest, ShowsTheDataScreenAtZeroBehindTheDialog) {
   std::string strLine;
   int nPage = -1;
   QWidget* pScreen = nullptr;
-  // The worker's first report is heard on the worker, which waits for the look here.
+  // The worker's first report is received on the worker, which waits for the check here.
   std::atomic<bool> bLooked{false};
   QObject::connect(
       m_pWindow.get(), &DRUI::ScanProcessCallBack, m_pWindow.get(),

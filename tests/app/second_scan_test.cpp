@@ -98,7 +98,7 @@ TEST_F(SecondScan, TicksOfTheFirstStayInTheMaps) {
   EXPECT_EQ(1, Table("m_pCameraTable")->rowCount());
 }
 
-/// A parser that notes when it goes.
+/// A parser that records its destruction.
 class NotedParser : public CLocalBuckupRecovery {
  public:
   NotedParser(std::vector<std::string>& notes, int nNumber) : m_notes(notes), m_nNumber(nNumber) {

@@ -1,4 +1,4 @@
-// The second stage as pkexec starts it: on the display, with next to nothing of the user's environment.
+// The second stage as pkexec starts it: on the display, with almost nothing of the user's environment.
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,9 +18,9 @@ namespace {
 constexpr char kUser[] = "65534";
 constexpr char kPolicy[] = ORVANDEL_SOURCE_FOLDER "/packaging/example.orvandel.start.policy";
 
-/// Stands in for pkexec but for the change of the user: it takes a full path alone, keeps of the environment
-/// what the real one keeps, goes to the other user's home folder and becomes the program. "$KEEPS_DISPLAY" is
-/// filled in from the policy of the action.
+/// Replaces pkexec, without changing the user: it accepts only a full path, keeps the same environment
+/// variables as the real one, changes to the other user's home folder and executes the program.
+/// "$KEEPS_DISPLAY" is set from the policy of the action.
 constexpr char kPkexec[] =
     "#!/bin/sh\n"
     "case \"$1\" in /*) ;; *) echo \"no full path: $1\" >&2; exit 127;; esac\n"
@@ -86,7 +86,7 @@ class StartWithRights : public EndToEnd {
          "PATH=" + QString::fromStdString(m_folder.Path("bin")) + ":" + qEnvironmentVariable("PATH")},
         InOwnRoot(m_folder) + Unprivileged());
   }
-  /// Processes that know the test's display.
+  /// Processes with the test's display in their environment.
   std::vector<qint64> OnDisplay() const {
     return m_display.isEmpty() ? std::vector<qint64>() : ProcessesWith(m_display.toLatin1());
   }

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Starts of the program by a user without rights, with a pkexec that writes down what it is asked for.
+/// Starts of the program by an unprivileged user, with a pkexec that records its arguments.
 class StartByUser : public testing::Test {
  protected:
   void SetUp() override {
@@ -22,7 +22,7 @@ class StartByUser : public testing::Test {
       m_prefix = QStringList{"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
     }
     chmod(m_folder.Path().c_str(), 0777);
-    // Qt talks about a missing one before the program can silence it.
+    // Qt warns about a missing one before the program can silence it.
     const std::string strRuntime = m_folder.MakeFolder("runtime");
     chmod(strRuntime.c_str(), 0700);
     if (geteuid() == 0) {
@@ -37,7 +37,7 @@ class StartByUser : public testing::Test {
       GTEST_SKIP() << "a user without rights can't reach " << ProgramPath().toStdString();
   }
 
-  /// Makes the pkexec that is found first, and only it. @param nStatus what it ends with.
+  /// Creates the only pkexec in the path. @param nStatus its exit status.
   void MakePkexec(int nStatus) {
     const std::string strPath = m_folder.Write(
         "bin/pkexec", "#!/bin/sh\nfor argument in \"$@\"; do echo \"$argument\"; done > '" +
@@ -48,7 +48,7 @@ class StartByUser : public testing::Test {
   }
 
   void Start(const QStringList& arguments) {
-    // The command in front is found in the usual places, the program sees the test's own alone.
+    // The prefix command is found in the usual path; the program sees only the test's.
     QStringList prefix = m_prefix;
     prefix << "/usr/bin/env"
            << "PATH=" + QString::fromStdString(m_folder.Path("bin"));
@@ -56,7 +56,7 @@ class StartByUser : public testing::Test {
                     prefix);
   }
 
-  /// What pkexec was asked to run.
+  /// The command passed to pkexec.
   std::string Asked() {
     if (!WaitFor([&] { return Exists(m_folder.Path("asked")); })) return "nothing";
     return ReadFile(m_folder.Path("asked"));
@@ -137,7 +137,7 @@ TEST_F(StartByUser, WithOneArgumentOfAnyValueStaysWithoutAskingForRights) {
 TEST(StartByAdministrator, RunsTheProgramAgainWithStart) {
   if (!MayStartWindow()) GTEST_SKIP() << "/Library is there, and the program would change it";
   if (geteuid() != 0) GTEST_SKIP() << "needs the administrator";
-  // An administrator's window makes the work folder where there is none.
+  // An administrator's window creates the work folder if it is missing.
   const TemporaryFolder folder;
   const std::string strObstacle = ObstacleToOwnRoot(folder);
   if (!strObstacle.empty()) GTEST_SKIP() << strObstacle;

@@ -1,4 +1,4 @@
-// What the window does when the system refuses to start another thread.
+// The window when the system refuses to start a thread.
 #include "app/thread.h"
 #include "tests/app/recovery_fixture.h"
 #include "tests/cli/small_backup.h"
@@ -8,7 +8,7 @@ namespace {
 
 constexpr char kWarning[] = "QThread::start: Thread stack size error";
 
-/// Closes the information box and keeps what it said.
+/// Closes the information box and records its text.
 void CloseBox(ModalSteps& steps, std::string& strText) {
   steps.Then("CMessageBox", [&strText](QWidget* pBox) {
     strText = TextOf(pBox->findChild<QLabel*>("m_pTextLabel"));

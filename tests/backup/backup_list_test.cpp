@@ -69,7 +69,7 @@ TEST_F(BackupList, EachReadableBackupAppendsARecord) {
   EXPECT_EQ(Path("A"), backups[2].strBackupPath);
 }
 
-// The first screen shows it so, and nothing may reset the record between two backups.
+// Required for output compatibility: the record isn't reset between two backups.
 TEST_F(BackupList, RecordInheritsWhatItsFileLacksFromTheOneBefore) {
   WriteInfo("c", Pair("Display Name", "c"));
   WriteInfo("b",

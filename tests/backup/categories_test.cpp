@@ -25,7 +25,7 @@ void PrintTo(const CategoryCase& one, std::ostream* pStream) {
 
 class CategoryRow : public testing::TestWithParam<CategoryCase> {};
 
-/// A parser that fills every list and answers as it is told.
+/// A parser that fills every list and returns configured answers.
 class ScriptedParser : public CLocalBuckupRecovery {
  public:
   std::vector<std::string> calls;

@@ -1,4 +1,4 @@
-// A whole backup as a well-used device leaves it, through the parser.
+// A complete backup like that of a well-used device, read through the parser.
 
 #include "sample/demo_backup.h"
 
@@ -22,7 +22,7 @@ using Layout = BackupBuilder::Layout;
 
 namespace {
 
-// The binary manifest's digest isn't SHA-1 for names beyond ASCII, so that a flat backup misses these files.
+// The binary manifest's digest isn't SHA-1 for non-ASCII names, so these files aren't found in a flat backup.
 class DemoBackup : public testing::TestWithParam<Layout> {
  protected:
   DemoBackup() : m_records(m_session.GetMessageMap()) {}
@@ -42,7 +42,7 @@ class DemoBackup : public testing::TestWithParam<Layout> {
 
   bool IsNew() const { return GetParam() == Layout::Db; }
 
-  /// All rows of a statement over a copy of a store, without the readers of the system.
+  /// All rows of a statement over a copy of a store, independent of the readers.
   std::vector<std::vector<std::string>> Rows(const StorePlace& place, const QString& qstrStatement) {
     const QString qstrId = BackupBuilder::fileId(place.domain, place.relativePath);
     const QString qstrPath = BackupBuilder(FromNarrow(m_folder.Path("backup")), GetParam()).filePath(qstrId);
@@ -75,7 +75,7 @@ class DemoBackup : public testing::TestWithParam<Layout> {
 TEST_P(DemoBackup, MediaAreThoseThatWereWritten) {
   Scan();
 
-  // The roll has two more of a known type, whose names go beyond ASCII.
+  // The roll has two more of a known type, with non-ASCII names.
   EXPECT_EQ(static_cast<size_t>(m_options.photos) + (IsNew() ? 2 : 0), m_records.m_vecCamera.size());
   EXPECT_THAT(FileNames(m_records.m_vecPhotoStream),
               ElementsAre("IMG_0012.JPG", "IMG_0003.JPG", "IMG_0008.JPG", "IMG_0001.JPG", "IMG_0027.JPG",
@@ -86,7 +86,7 @@ TEST_P(DemoBackup, MediaAreThoseThatWereWritten) {
 TEST_P(DemoBackup, AttachmentsAreNamedByTheirContent) {
   Scan();
 
-  // Ten were written, one of an unknown type.
+  // Ten files, one of an unknown type.
   std::vector<std::string> expected = {"Audio.3GP",    "clip.MP4",     "IMG_0007.JPG", "IMG_0007.JPG",
                                        "IMG_0012.JPG", "IMG_0031.PNG", "IMG_0044.MOV", "laugh.GIF"};
   if (IsNew())
@@ -124,7 +124,7 @@ TEST_P(DemoBackup, StoresAreThoseThatWereWritten) {
   EXPECT_THAT(m_records.m_vecContact, SizeIs(static_cast<size_t>(m_options.contacts) - 2));
   EXPECT_EQ(withPhone.size(), m_records.m_vecContact.size());
   EXPECT_EQ(static_cast<uint64_t>(m_options.contacts), m_session.GetMaxContactId());
-  // Every eleventh call, from the fourth on, is withheld: 6 of 60.
+  // Every eleventh call, from the fourth on, has a withheld number: 6 of 60.
   EXPECT_THAT(m_records.m_vecCall, SizeIs(static_cast<size_t>(m_summary.calls) - 6));
   EXPECT_EQ(withNumber.size(), m_records.m_vecCall.size());
   // Each note has a title, a body or both.

@@ -3,15 +3,15 @@
 #include <QCryptographicHash>
 #include <string>
 
-// The expected digests, worked out with the library's SHA-1.
+// Expected digests, computed with the library's SHA-1.
 
 inline std::string StandardSha1(const std::string& strText) {
   const QByteArray bytes(strText.data(), static_cast<int>(strText.size()));
   return QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex().toStdString();
 }
 
-/// A byte with its top bit set turns the bytes to its left in its 4-byte word into FF; what comes out of that
-/// is hashed as always.
+/// A byte with its top bit set changes the bytes to its left in its 4-byte word to FF; the result is hashed
+/// by standard SHA-1.
 inline std::string DigestOf(std::string strText) {
   for (size_t i = 0; i < strText.size(); ++i) {
     if (static_cast<unsigned char>(strText[i]) < 0x80) continue;

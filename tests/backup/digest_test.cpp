@@ -13,7 +13,7 @@ const unsigned char* Bytes(const std::string& strText) {
   return reinterpret_cast<const unsigned char*>(strText.c_str());
 }
 
-/// The digest of a text into a buffer filled with "#", as much as there is room said to be.
+/// The digest of a text in a buffer filled with "#", with a given size passed.
 std::string Digest(const std::string& strText, int nLength = 40) {
   std::string strOutput(48, '#');
   EXPECT_EQ(strOutput.data(), SHA1(Bytes(strText), strOutput.data(), nLength));
@@ -236,7 +236,7 @@ TEST(DigestPadding, ByteWithTheTopBitFillsItsWordToTheLeft) {
 
   EXPECT_EQ(0xFFFFA962, words[0]);  // 61 C3 A9 62
   EXPECT_EQ(0xFFFFFF80, words[1]);  // 63 64 65 80
-  EXPECT_EQ(0x80000000, words[2]);  // the mark itself spreads nothing
+  EXPECT_EQ(0x80000000, words[2]);  // the end mark itself isn't sign-extended
 }
 
 TEST(DigestPadding, MarkFillsNothingToTheLeft) {

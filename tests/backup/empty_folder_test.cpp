@@ -1,4 +1,4 @@
-// An empty path is never listed as a folder: its files would be those at the root of the disk.
+// An empty path is never listed as a folder, which would be the root of the disk.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,7 +11,7 @@ namespace {
 
 enum ChildStatus { kFileIsThere, kFileIsGone, kNoChroot };
 
-/// Scans an encrypted backup without a folder of decrypted files and empties the temporary folder, in a
+/// Scans an encrypted backup without a folder of decrypted files and clears the temporary folder, in a
 /// process whose root is a folder of the test.
 ChildStatus ScanWithoutAFolder(const std::string& strRoot) {
   if (chroot(strRoot.c_str()) != 0 || chdir("/") != 0) return kNoChroot;

@@ -1,4 +1,4 @@
-// The binary manifest is read in pieces: neither its size nor that of an entry matters.
+// The binary manifest is read in chunks, so neither its size nor that of an entry matters.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -14,14 +14,14 @@
 
 namespace {
 
-constexpr off_t kHuge = 6LL << 30;  // bytes, none of them on the disk
+constexpr off_t kHuge = 6LL << 30;  // bytes, sparse
 constexpr long kMostMegabytes = 100;
 
 int Read(const std::string& strPath, Catalogue& entries) {
   return process_mbdb_file(Ansi2Unicode(strPath.c_str()).c_str(), entries);
 }
 
-/// The most memory that the process has had so far, in megabytes.
+/// Peak memory of the process so far, in megabytes.
 long PeakMegabytes() {
   std::ifstream status("/proc/self/status");
   std::string strLine;
@@ -32,7 +32,7 @@ long PeakMegabytes() {
   return 0;
 }
 
-/// An entry of some megabytes: its properties are as many and as long as they can be.
+/// An entry of several megabytes, with the maximum number and length of properties.
 manifest_bytes::Entry LongEntry(const std::string& strPath) {
   manifest_bytes::Entry entry{"AppDomain-example", strPath};
   for (int i = 0; i < 255; ++i) entry.properties.emplace_back("name", std::string(60000, 'x'));
@@ -75,7 +75,7 @@ TEST(LargeManifest, IsReadInPieces) {
   const manifest_bytes::Entry entry{"CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG"};
   const std::string strPath =
       folder.Write("Manifest.mbdb", manifest_bytes::kHeader + manifest_bytes::Bytes(entry));
-  // Entries of zeros, 50 bytes each, which are dropped.
+  // Entries of 50 zero bytes, which are dropped.
   constexpr off_t kZeros = 50LL * 8 * 1000 * 1000;
   ASSERT_EQ(0, truncate(strPath.c_str(), static_cast<off_t>(manifest_bytes::kHeader.size() +
                                                             manifest_bytes::Bytes(entry).size()) +

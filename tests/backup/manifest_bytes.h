@@ -4,14 +4,14 @@
 #include <utility>
 #include <vector>
 
-// Writes binary manifests byte by byte, also such as no device would write.
+// Writes binary manifests byte by byte, including ones that no device would write.
 
 namespace manifest_bytes {
 
 inline const std::string kHeader("mbdb\x05\0", 6);
 inline const std::string kNoString("\xFF\xFF");
 
-/// A number with its high byte first.
+/// A big-endian number.
 inline std::string Number(uint64_t nValue, int nBytes) {
   std::string strBytes;
   for (int nShift = 8 * (nBytes - 1); nShift >= 0; nShift -= 8)
@@ -19,7 +19,7 @@ inline std::string Number(uint64_t nValue, int nBytes) {
   return strBytes;
 }
 
-/// Length and bytes. The text may be up to FFFE bytes long.
+/// Length and bytes. The maximum length is FFFE.
 inline std::string Text(const std::string& strText) {
   return Number(strText.size(), 2) + strText;
 }
@@ -34,7 +34,7 @@ struct Entry {
   std::vector<std::pair<std::string, std::string>> properties = {};
 };
 
-/// The 40 bytes between the strings and the properties, with values that no reader may trip over.
+/// The 40 bytes between the strings and the properties, with values that readers must ignore.
 inline std::string Block(uint16_t nMode, size_t nProperties) {
   return Number(nMode, 2) + Number(0xFFFFFFFFFFFFFFFF, 8) + Number(501, 4) + Number(501, 4) +
          Number(1462093953, 4) + Number(1462093954, 4) + Number(1462093955, 4) +

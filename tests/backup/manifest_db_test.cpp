@@ -30,7 +30,7 @@ void Execute(QSqlQuery& query, const char* pszStatement) {
 
 class DatabaseManifest : public testing::Test {
  protected:
-  /// Writes a store, and leaves it closed.
+  /// Writes and closes a store.
   /// @param pszMode journal mode; in "wal" the rows all go to the main file.
   void Write(const std::vector<Row>& rows, const char* pszTable = "Files", const char* pszMode = "delete") {
     {

@@ -26,18 +26,17 @@ void PrintTo(const StringCase& one, std::ostream* pStream) {
 
 class ManifestString : public testing::TestWithParam<StringCase> {
  protected:
-  /// A copy of exactly the data's size, so that a read behind it is one behind the allocation.
+  /// A copy in an allocation of exactly its size, so that sanitizers detect reads beyond the end.
   static std::vector<unsigned char> Copy(const std::string& strData) {
     return {strData.begin(), strData.end()};
   }
 };
 
-/// The same as read by the manifest's reader: domain and path make the name, the other fields are passed
-/// over.
+/// The same as read by the manifest's reader: domain and path form the name, other fields are skipped.
 struct FieldCase {
   const char* pszName;
-  std::string strData;   // of the field, its length too
-  std::string strValue;  // the bytes that the reader takes it for
+  std::string strData;   // bytes of the field, including its length
+  std::string strValue;  // expected value
 };
 
 void PrintTo(const FieldCase& one, std::ostream* pStream) {
@@ -46,7 +45,7 @@ void PrintTo(const FieldCase& one, std::ostream* pStream) {
 
 class ManifestField : public testing::TestWithParam<FieldCase> {
  protected:
-  /// The names that the reader makes of the fields of one entry, and of an ordinary entry behind it.
+  /// The names that the reader forms from the fields of one entry, and from an ordinary entry after it.
   std::vector<std::string> Names(const std::vector<std::string>& fields,
                                  const std::string& strProperties = {}, size_t nProperties = 0) {
     std::string strBytes = manifest_bytes::kHeader;
@@ -62,7 +61,7 @@ class ManifestField : public testing::TestWithParam<FieldCase> {
     return names;
   }
 
-  /// The entry, when its field isn't empty, and the one behind it.
+  /// The entry, if its field isn't empty, and the next one.
   static testing::Matcher<std::vector<std::string>> Expected(const std::string& strName) {
     if (GetParam().strValue.empty()) return ElementsAre("HomeDomain-next");
     return ElementsAre(strName, "HomeDomain-next");

@@ -21,7 +21,7 @@ constexpr uint16_t kDirectory = 0x41ED;
 
 class BinaryManifest : public testing::Test {
  protected:
-  /// Writes a manifest and reads it behind what the catalogue holds.
+  /// Writes a manifest and appends its entries to the catalogue.
   int Read(const std::string& strBytes) {
     m_folder.Write("Manifest.mbdb", strBytes);
     return ReadFrom(m_folder.Path("Manifest.mbdb"));
@@ -156,8 +156,8 @@ TEST_P(ManifestMode, SaysWhetherTheEntryIsADirectory) {
   }
 }
 
-// Only the three bits on top count: 5FFF is a directory too, and a link (A1ED) is kept though no file may lie
-// behind it.
+// Only the three top bits count: 5FFF is a directory, too, and a link (A1ED) is kept, although it may have no
+// file.
 INSTANTIATE_TEST_SUITE_P(Manifest, ManifestMode,
                          testing::Values(ModeCase{0x81A4, true}, ModeCase{0xA1ED, true},
                                          ModeCase{0x0000, true}, ModeCase{0x1000, true},
@@ -267,8 +267,7 @@ TEST_F(BinaryManifest, NamesBeyondAsciiKeepTheirBytesInAnyLocale) {
   EXPECT_THAT(Names(), ElementsAre("HomeDomain-caf\xC3\xA9\xE2\x82\xAC"));
 }
 
-// The device keeps such a file under the standard SHA-1; the catalogue entry names no file, and that is
-// wanted.
+// Deliberate: the device stores such a file under the standard SHA-1, so the catalogue entry has no file.
 TEST_F(BinaryManifest, IdentifierOfANonAsciiNameIsNotTheStandardOne) {
   const std::string strName = "HomeDomain-caf\xC3\xA9.txt";
 

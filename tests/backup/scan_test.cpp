@@ -12,7 +12,7 @@ namespace {
 
 using Events = std::vector<std::string>;
 
-/// A parser that notes what it is asked, and has no category with anything in it.
+/// A parser that records its calls and leaves all categories empty.
 class NotingParser : public CLocalBuckupRecovery {
  public:
   NotingParser(Events& events, int nScanStatus) : m_events(events), m_nScanStatus(nScanStatus) {}

@@ -18,7 +18,7 @@ struct Step {
   int (*pfnRun)(CIphoneBackupFile& session, BackupRecords& records);
 };
 
-// In the order in which a scan takes them.
+// In the order of a scan.
 const Step kSteps[] = {
     {"Camera", [](CIphoneBackupFile& s,
                   BackupRecords& r) { return s.GetBackupCameraFile(r.m_vecCamera, r.m_vecPhotoStream); }},
@@ -40,13 +40,13 @@ const Step kSteps[] = {
      }},
 };
 
-/// What each step reports, in its own calls.
+/// The reports of each step.
 struct ProgressCase {
   const char* pszName;
   bool bEncrypted;
   std::vector<int> scan;
   std::vector<std::vector<int>> steps;  // as in kSteps
-  std::vector<int> shares;              // where the session stands after each step
+  std::vector<int> shares;              // progress of the session after each step
 };
 
 void PrintTo(const ProgressCase& one, std::ostream* pStream) {
@@ -67,7 +67,7 @@ class SessionProgress : public testing::TestWithParam<ProgressCase> {
     }
   }
 
-  /// Chooses the backup and begins to listen.
+  /// Selects the backup and starts recording.
   void Init(bool bWithCallback = true) {
     const __BACK_FILE_INFO__ info = InfoOf(m_folder.Path("backup"), GetParam().bEncrypted);
     m_session.Init(&info);
@@ -195,7 +195,7 @@ TEST_P(SessionProgress, StepsAfterACancelStopAtTheirFirstPollAndStillTakeTheirSh
     reached.push_back(m_session.GetProgress());
   }
 
-  // The readers of contacts, calls and notes ask nobody.
+  // The readers of contacts, calls and notes don't call back.
   EXPECT_THAT(answers, ElementsAre(1, 1, 1, 0, 0, 0, 1, 1, 1));
   EXPECT_EQ(GetParam().shares, reached);
 }
@@ -228,7 +228,7 @@ TEST_P(SessionProgress, AnswerToTheLastReportOfAStepIsNotTheResult) {
   Init();
   Scan();
   const int nEnd = GetParam().shares[0];
-  // 34 (31) comes twice: as the last position within the walk, which counts, and as the end of the step.
+  // 34 (31) is reported twice: as the last position of the walk, which counts, and as the end of the step.
   m_log.answer = [nEnd, nSeen = 0](size_t, int nValue) mutable {
     return nValue == nEnd && ++nSeen == 2 ? 1 : 0;
   };

@@ -1,4 +1,4 @@
-// What the session keeps between its steps and from one scan to the next.
+// State that the session keeps between steps and scans.
 
 #include <gmock/gmock.h>
 
@@ -116,7 +116,7 @@ TEST_F(SessionState, SecondScanOfABackupGivesItsMessagesOnce) {
   EXPECT_THAT(m_session.GetMessageMap()[1], SizeIs(2));
 }
 
-// Without a scan in between nothing empties the session's map.
+// Only a scan clears the session's map.
 TEST_F(SessionState, SecondReadingInOneScanAddsTheMessagesAgain) {
   BackupBuilder backup(Folder("backup"), Layout::Db);
   MakeStores(backup, 2);

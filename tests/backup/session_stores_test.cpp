@@ -34,7 +34,7 @@ class SessionStores : public testing::TestWithParam<BackupKind> {
     m_manifest.finish();
   }
 
-  /// Where the reader looks for a store.
+  /// The path under which the reader expects a store.
   QString PlaceOf(const StorePlace& place) { return Reserve(m_files, place); }
 
   bool HasNewContacts() const { return GetParam().manifest == Layout::Db; }
@@ -258,7 +258,7 @@ TEST_P(SessionStores, FirstStoreOfEmptyNotesLetsTheSecondIn) {
   EXPECT_THAT(titles, ElementsAre("second"));
 }
 
-// The decision rests on the vector that the caller hands in.
+// The decision depends on the vector that the caller passes.
 TEST_P(SessionStores, NotesThatTheCallerHasAlreadyKeepTheSecondStoreOut) {
   AddCloudNote("second");
   Open();

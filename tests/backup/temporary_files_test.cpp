@@ -38,7 +38,7 @@ TEST_F(TemporaryFiles, DecryptedFilesOfAnEarlierRunAreRemovedByANewSession) {
   EXPECT_THAT(NamesIn(m_folder.Path(m_strDecrypted)), IsEmpty());
 }
 
-// The listing leaves hidden files out; the decrypt tool writes none.
+// The listing skips hidden files; the decrypt tool writes none.
 TEST_F(TemporaryFiles, HiddenFilesAmongTheDecryptedOnesStay) {
   m_folder.Write(m_strDecrypted + "/.hidden", "not from the tool");
 

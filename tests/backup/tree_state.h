@@ -9,8 +9,8 @@
 
 #include "tests/support.h"
 
-/// All that a user could tell of a folder's content: for each name below it the kind, mode, time of change
-/// and bytes, or the target of a link. The folder itself stands under an empty name.
+/// The observable state of a folder: for each path below it the kind, mode, modification time and content, or
+/// the target of a link. The folder itself has an empty path.
 inline std::map<std::string, std::string> TreeState(const std::string& strFolder) {
   namespace fs = std::filesystem;
   std::map<std::string, std::string> state;

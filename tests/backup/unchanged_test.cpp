@@ -31,7 +31,7 @@ class Unchanged : public testing::TestWithParam<Layout> {
     std::filesystem::create_symlink("nowhere", Backup() + "/dangling");
   }
 
-  /// Where a store lies in the backup.
+  /// Path of a store in the backup.
   std::string PathOf(const StorePlace& place) const {
     const QString qstrId = BackupBuilder::fileId(place.domain, place.relativePath);
     return ToNarrow(BackupBuilder(FromNarrow(Backup()), GetParam()).filePath(qstrId));

@@ -10,7 +10,7 @@ namespace {
 
 QtMessageHandler g_pfnTestHandler = nullptr;
 
-/// The engine reports that it draws without a graphics card, as it is told to.
+/// Ignores the engine's message about software rendering, which is enabled deliberately.
 void DropEngineTalk(QtMsgType type, const QMessageLogContext& context, const QString& qstrMessage) {
   if (!qstrMessage.startsWith("No suitable graphics backend found"))
     g_pfnTestHandler(type, context, qstrMessage);

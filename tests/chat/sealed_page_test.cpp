@@ -1,4 +1,4 @@
-// What the page behind a chat refuses, even to scripts that are let run in it.
+// The restrictions of the page behind a chat, even for scripts that are allowed to run in it.
 
 #include "chat/sealed_page.h"
 
@@ -20,7 +20,7 @@ namespace {
 
 constexpr char kPage[] = "<html><head></head><body id='content'></body></html>";
 
-/// The page with what it has for itself.
+/// The page with its own profile.
 class OpenPage : public SealedPage {
  public:
   using SealedPage::acceptNavigationRequest;
@@ -43,24 +43,24 @@ class SealedPageTest : public testing::Test {
     m_page.SetContent(qstrHtml);
     EXPECT_TRUE(QTest::qWaitFor([&] { return loaded.count() == 1; }, kPatience));
   }
-  /// The value of a script of the program's.
+  /// Runs a script of the program. @return its result.
   QVariant Run(const QString& qstrScript) {
     const auto pAnswer = std::make_shared<std::pair<bool, QVariant>>();
     m_page.Run(qstrScript, [pAnswer](const QVariant& value) { *pAnswer = {true, value}; });
     EXPECT_TRUE(QTest::qWaitFor([&] { return pAnswer->first; }, kPatience)) << qstrScript.toStdString();
     return pAnswer->second;
   }
-  /// Serves what the engine has put off: all that is due within a tenth of a second of the page's own clock.
+  /// Runs the page's timers that are due within 100 ms of its clock.
   void ServeEngine() {
     const double nBegin = Run("performance.now()").toDouble();
     EXPECT_TRUE(
         QTest::qWaitFor([&] { return Run("performance.now()").toDouble() > nBegin + 100; }, kPatience));
   }
-  /// Address of a server of the test, which nothing may reach.
+  /// Address of the test's server, which must get no requests.
   QString Address(const char* pszScheme = "http") const {
     return QString("%1://127.0.0.1:%2/").arg(pszScheme).arg(m_server.serverPort());
   }
-  /// Whether anybody has come to the server. A call of the test's own comes after all others.
+  /// Whether the server got a connection. A connection of the test arrives after all others.
   bool WasReached() {
     QTcpSocket socket;
     socket.connectToHost(QHostAddress::LocalHost, m_server.serverPort());
@@ -74,7 +74,7 @@ class SealedPageTest : public testing::Test {
 
   static constexpr int kPatience = 30000;  // milliseconds
   QTcpServer m_server;
-  QWebEngineProfile m_profile;  // outlives the page
+  QWebEngineProfile m_profile;  // must outlive the page
   OpenPage m_page{&m_profile};
 };
 
@@ -233,7 +233,7 @@ TEST_F(SealedPageTest, NoScriptRunsLater) {
   EXPECT_NE("late", Run("document.title").toString());
 }
 
-// Scripts stay off where the policy of the page is gone.
+// Scripts are disabled even without the page's policy.
 TEST_F(SealedPageTest, RunsNoScriptOfAPageWithoutThePolicyEither) {
   Run("document.querySelector('meta').remove()");
   const QString qstrTitle = Run("document.title").toString();
@@ -282,7 +282,7 @@ TEST_F(SealedPageTest, KnowsWhatEndsAString) {
     EXPECT_FALSE(ChatView::StaysInString(qstrText)) << qstrText.toStdString();
 }
 
-// A text that is said to stay in its string does so for the engine as well.
+// ChatView::StaysInString agrees with the engine.
 TEST_F(SealedPageTest, AgreesWithTheEngineOnStringsOfAllShortTexts) {
   const QString letters = QString("\\\"\n\rn") + QChar(0x2028);
   std::vector<QString> texts = {""};
@@ -291,7 +291,7 @@ TEST_F(SealedPageTest, AgreesWithTheEngineOnStringsOfAllShortTexts) {
 
   for (const QString& qstrText : texts) {
     if (!ChatView::StaysInString(qstrText)) continue;
-    // Within the string the rest of the line is text, too.
+    // Within the string, the rest of the line is text, too.
     Run("window.hit=0");
     Run("window.text=\"" + qstrText + "</p>;window.hit=1;//\"");
     ASSERT_EQ(0, Run("window.hit").toInt()) << qstrText.toUtf8().toHex().constData();

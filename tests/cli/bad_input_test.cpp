@@ -18,15 +18,15 @@ namespace {
 
 using Layout = BackupBuilder::Layout;
 
-/// A backup after something went wrong with it, and what a scan is to make of it.
+/// A damaged backup, and the expected result of a scan.
 struct Damage {
   const char* pszName;
   Layout layout;
   std::function<void(const std::string& strBackup, const SmallBackup& small)> inflict;
-  std::vector<std::string> complaints;  ///< each in a line on standard error
-  std::vector<std::string> counts;      ///< lines that have to be among the counts: what is lost, what isn't
-  const char* pszLostFile = nullptr;    ///< what a recovery of files has to report as failed
-  bool bLosesStore = false;             ///< a store can't be read, which a recovery of files doesn't miss
+  std::vector<std::string> complaints;  ///< each on a line of standard error
+  std::vector<std::string> counts;      ///< required lines of the counts, with losses and without
+  const char* pszLostFile = nullptr;    ///< the file that a recovery of files must report as failed
+  bool bLosesStore = false;             ///< a store can't be read, which doesn't affect a recovery of files
   int ScanStatus() const { return pszLostFile || bLosesStore ? 4 : 0; }
 };
 
@@ -261,10 +261,10 @@ const std::vector<Damage>& Damages() {
   return damages;
 }
 
-/// Something in place of a backup.
+/// An object in place of a backup.
 struct NoBackup {
   const char* pszName;
-  std::function<void(const TemporaryFolder& folder)> make;  ///< at "backup" in the folder
+  std::function<void(const TemporaryFolder& folder)> make;  ///< creates "backup" in the folder
   const char* pszComplaint;
 };
 

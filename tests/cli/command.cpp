@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kLimit = 120000;  // milliseconds; only a run that hangs comes near
+constexpr int kLimit = 120000;  // milliseconds; reached only if a run hangs
 
 QJsonDocument ParseJson(const std::string& strText) {
   QJsonParseError error;
@@ -108,7 +108,7 @@ CommandResult RunCommand(const std::vector<std::string>& arguments,
 }
 
 std::string JsonText(const QJsonValue& value) {
-  // Only an array or an object makes a document: the value is printed as an element of an array.
+  // A document must be an array or an object, so the value is printed as an array element.
   const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
   return array.mid(1, array.size() - 2).toStdString();
 }

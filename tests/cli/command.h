@@ -10,16 +10,16 @@
 
 /// How a run ended.
 struct CommandResult {
-  int nExitStatus = -1;  ///< -1 when the process was ended by a signal or didn't end in time
+  int nExitStatus = -1;  ///< -1 if the process was ended by a signal or timed out
   std::string strOut;
   std::string strErr;
 
-  /// Lines of the standard output without their ends.
+  /// Lines of standard output without line ends.
   std::vector<std::string> Lines() const;
-  /// One of them, counted from 0, or the last one; empty when there is none.
+  /// A line, counted from 0, or the last one; empty if there is none.
   std::string Line(size_t nLine) const;
   std::string LastLine() const;
-  /// The standard output as one JSON value; fails the test when it is none.
+  /// Standard output as one JSON value; fails the test if it isn't JSON.
   QJsonObject Object() const;
   QJsonArray Array() const;
 };
@@ -27,10 +27,10 @@ struct CommandResult {
 /// Path of the executable.
 QString CommandPath();
 
-/// Takes paths as they are in the tests.
+/// Converts paths of the tests.
 QStringList Arguments(const std::vector<std::string>& arguments);
 
-/// Arguments that recover the categories of files alone, without the documents.
+/// Arguments that recover only the categories of files, without documents.
 std::vector<std::string> RecoverFiles(const std::string& strBackup, const std::string& strDestination,
                                       const std::vector<std::string>& more = {});
 
@@ -43,7 +43,7 @@ CommandResult RunCommand(const std::vector<std::string>& arguments,
 void PrepareCommand(QProcess& process, const std::vector<std::string>& arguments,
                     const std::vector<std::string>& environment = {});
 
-/// Waits for the end of a started process and takes what it printed.
+/// Waits for the end of a started process and reads its output.
 CommandResult FinishCommand(QProcess& process);
 
 /// A value as compact JSON, its keys in alphabetical order.

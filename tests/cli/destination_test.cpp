@@ -80,7 +80,7 @@ TEST_F(RecoverDestination, MayHaveANameThatBeginsLikeTheBackups) {
   EXPECT_EQ(small.files.size(), FilesBelow(m_folder.Path("backup2")).size());
 }
 
-// A link that the user's destination already holds leads the copies into the backup just as well.
+// An existing link in the user's destination could also direct copies into the backup.
 TEST_F(RecoverDestination, ThatHoldsALinkIntoTheBackupLeavesTheBackupUnchanged) {
   WriteSmallBackup(Backup(), Layout::Db);
   m_folder.MakeFolder("out");

@@ -1,4 +1,4 @@
-// Links, pipes and odd names in a backup: nothing else of the machine comes out, nothing hangs, nothing is
+// Links, FIFOs and odd names in a backup: no other file of the machine is exposed, nothing hangs, nothing is
 // lost.
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -56,7 +56,7 @@ class HostileBackup : public testing::TestWithParam<HostilePlace> {
     return {};
   }
 
-  /// Moves the file out of the backup and puts something else in its place.
+  /// Moves the file out of the backup and replaces it.
   void Plant(const std::string& strPath) const {
     const fs::path path(strPath);
     m_folder.MakeFolder("elsewhere");
@@ -79,7 +79,7 @@ class HostileBackup : public testing::TestWithParam<HostilePlace> {
   TemporaryFolder m_folder;
 };
 
-/// Writes a backup with one conversation with a person of a name.
+/// Writes a backup with one conversation with a person of a given name.
 void WriteConversationWith(const std::string& strFolder, const std::string& strName,
                            const std::string& strNumber) {
   BackupBuilder backup(QString::fromStdString(strFolder), Layout::Db);
@@ -151,7 +151,7 @@ TEST(LinkToABackup, IsFollowed) {
   TemporaryFolder folder;
   const SmallBackup small = WriteSmallBackup(folder.Path("disk/backup"), Layout::Db);
   fs::create_directory_symlink(folder.Path("disk"), folder.Path("linked"));
-  // The last two names are those that files in it begin with.
+  // The last two names are the prefixes of files in it.
   for (const char* pszName : {"link", "I", "Man"}) {
     fs::create_directory_symlink(folder.Path("linked/backup"), folder.Path(pszName));
     const std::string strOut = folder.Path("out of ") + pszName;
@@ -168,7 +168,7 @@ namespace {
 struct OddName {
   const char* pszName;
   std::string strContact;
-  std::string strStem;  ///< of the documents, up to the number
+  std::string strStem;  ///< file name of the documents, up to the number
 };
 
 void PrintTo(const OddName& name, std::ostream* pStream) {

@@ -1,4 +1,4 @@
-// What a recovery of some categories says of a store that can't be read.
+// Failures reported by a recovery of some categories if a store can't be read.
 #include <gmock/gmock.h>
 
 #include "tests/cli/command.h"
@@ -26,7 +26,7 @@ void PrintTo(const LostStoreCase& one, std::ostream* pStream) {
 
 class LostStore : public testing::TestWithParam<LostStoreCase> {
  protected:
-  /// Runs "recover --only". @return its lines of failures.
+  /// Runs "recover --only". @return its "Failed" lines.
   std::vector<std::string> Failures() {
     m_result =
         RunCommand({"recover", m_folder.Path("backup"), m_folder.Path("out"), "--only", GetParam().pszOnly});
@@ -46,7 +46,7 @@ class LostStore : public testing::TestWithParam<LostStoreCase> {
 TEST_P(LostStore, FailsTheCategoriesThatAreReadFromItAlone) {
   WriteSmallBackup(m_folder.Path("backup"), Layout::Db);
   const std::string strStore = StorePathIn(m_folder.Path("backup"), Layout::Db, GetParam().pfnStore());
-  // The head of a store keeps the backup from counting as an encrypted one.
+  // With the header of a store, the backup doesn't count as encrypted.
   WriteFile(strStore, std::string("SQLite format 3\0", 16) + std::string(8192, '\0'));
 
   const std::vector<std::string> failures = Failures();

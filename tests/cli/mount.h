@@ -4,11 +4,11 @@
 
 #include "tests/cli/command.h"
 
-/// Whether a process may mount a file system of its own here. @param strFolder is there.
+/// Whether a process may mount a private file system here. @param strFolder an existing folder.
 bool MayMount(const std::string& strFolder);
 
-/// Runs orvandel-cli with a file system of its own mounted at a folder, which is there, and then copies what
-/// came there to strKept, since the mount ends with the process.
-/// @param pszOptions of a tmpfs, such as "ro" or "size=64k".
+/// Runs orvandel-cli with a private file system mounted at an existing folder, and then copies the result to
+/// strKept, because the mount ends with the process.
+/// @param pszOptions tmpfs options, such as "ro" or "size=64k".
 CommandResult RunOnMount(const char* pszOptions, const std::string& strFolder, const std::string& strKept,
                          const std::vector<std::string>& command);

@@ -10,7 +10,7 @@ namespace {
 
 using Layout = BackupBuilder::Layout;
 
-/// A folder's name with characters that a store's address, a shell or a format could take for its own.
+/// A folder name with characters that are special in URIs, shells or format strings.
 struct OddName {
   const char* pszName;
   const char* pszFolder;

@@ -10,8 +10,8 @@
 using testing::Contains;
 using testing::HasSubstr;
 
-// Opening a FIFO for reading blocks until somebody writes to it. A run that waits for one is killed by the
-// limit of FinishCommand and fails its test.
+// Opening a FIFO for reading blocks until there is a writer. A run that blocks is killed by the time limit of
+// FinishCommand and fails its test.
 
 namespace {
 
@@ -20,8 +20,8 @@ using Layout = BackupBuilder::Layout;
 struct PipeCase {
   const char* pszName;
   Layout layout;
-  std::string (*pfnPlace)(const std::string& strBackup);  ///< what the FIFO takes the place of
-  const char* pszCount;                                   ///< what the scan still finds
+  std::string (*pfnPlace)(const std::string& strBackup);  ///< replaces a file by a FIFO
+  const char* pszCount;                                   ///< a count that the scan still prints
 };
 
 void PrintTo(const PipeCase& one, std::ostream* pStream) {

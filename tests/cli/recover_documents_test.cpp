@@ -41,7 +41,7 @@ class DocumentsOfLayout : public RecoverDocuments, public testing::WithParamInte
 struct OnlyCase {
   const char* pszName;
   const char* pszLabels;
-  std::vector<std::string> documents;  ///< in their order
+  std::vector<std::string> documents;  ///< in order
 };
 
 void PrintTo(const OnlyCase& only, std::ostream* pStream) {
@@ -58,7 +58,7 @@ const std::vector<std::string>& AllDocuments() {
   return documents;
 }
 
-/// A backup with nothing but so many conversations, each of a number and one message.
+/// A backup with only a number of conversations, each with one phone number and one message.
 void WriteConversations(const std::string& strFolder, const std::vector<std::string>& senders,
                         const std::string& strText = "hello") {
   BackupBuilder backup(QString::fromStdString(strFolder), Layout::Mbdb);
@@ -264,7 +264,7 @@ TEST_F(RecoverDocuments, OnAFullDiskFailWithTheReason) {
   const std::string strFolder = "/Message/Unknown-STAMP/Unknown";
   EXPECT_THAT(Succeeded(result, Out()), AllOf(Not(IsEmpty()), SizeIs(testing::Lt(4u))));
   EXPECT_EQ(strFolder + "(+1).txt", Succeeded(result, Out()).front());
-  // What could not be written whole isn't there at all.
+  // Incompletely written documents are removed.
   EXPECT_EQ(Succeeded(result, Out()).size(), FilesBelow(m_folder.Path("kept")).size());
 }
 

@@ -28,7 +28,7 @@ class RecoverTemplates : public testing::Test {
   std::string Backup() const { return m_folder.Path("backup"); }
   std::string Out() const { return m_folder.Path("out"); }
 
-  /// Makes a program of the test's own, with a folder "template" or without.
+  /// Creates a copy of the program, with or without a folder "template".
   void CopyProgram(bool bWithTemplates) const {
     m_folder.MakeFolder("program");
     fs::copy_file(CommandPath().toStdString(), m_folder.Path("program/orvandel-cli"));
@@ -46,7 +46,7 @@ class RecoverTemplates : public testing::Test {
     return FinishCommand(process);
   }
 
-  /// The only file below the destination that has such a path, up to its time stamps.
+  /// The only file below the destination with this path, ignoring time stamps.
   std::string Document(const std::string& strPath) const {
     for (const std::string& strFile : FilesBelow(Out())) {
       if (WithoutStamps("/" + strFile) == strPath) return ReadFile(Out() + "/" + strFile);
@@ -86,7 +86,7 @@ TEST_P(ProgramOfLayout, WritesWhatTheBackupHolds) {
       "\t<tr><td>ÄnneBerger</td><td>+493023125001</td><td>aenne@example.net</td><td></td><td>example.net</td>"
       "<td></td><td>Gärtnerei</td></tr>\r\n<end>\n",
       Document("/Contacts/STAMP/Contacts.html"));
-  // The names of callers are looked for in the columns of the newer layout alone.
+  // Names of callers are searched only in the columns of the newer layout.
   const std::string strCaller = GetParam() == Layout::Db ? "ÄnneBerger" : "";
   EXPECT_EQ(
       "[iPhone's Call History of Sample Phone]\n"

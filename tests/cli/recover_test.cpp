@@ -59,7 +59,7 @@ void ExpectCopies(const SmallBackup& small, const std::string& strOut) {
     EXPECT_TRUE(file.strBytes == ReadFile(strOut + file.strTarget)) << file.strTarget;
 }
 
-/// Leaves the folder of the test's process for another one while the object lives.
+/// Changes the working folder of the test's process during the object's lifetime.
 class WorkingFolder {
  public:
   explicit WorkingFolder(const std::string& strFolder) : m_old(std::filesystem::current_path()) {

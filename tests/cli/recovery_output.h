@@ -11,7 +11,7 @@ inline std::string WithoutStamps(const std::string& strText) {
   return std::regex_replace(strText, stamp, "$1STAMP$2");
 }
 
-/// Paths of lines of a recovery that tell a success, below the destination and without time stamps.
+/// Paths of a recovery's "Success" lines, below the destination and without time stamps.
 inline std::vector<std::string> Succeeded(const CommandResult& result, const std::string& strOut) {
   const std::string strStart = "Success\t" + strOut;
   std::vector<std::string> paths;

@@ -26,7 +26,7 @@ std::string NameOf(const testing::TestParamInfo<Layout>& info) {
   return info.param == Layout::Db ? "Db" : "Mbdb";
 }
 
-/// A file of the small backup as JSON tells it.
+/// A file of the small backup in JSON.
 std::string FileJson(const SmallBackup::File& file) {
   const std::string strName = file.strTarget.substr(file.strTarget.rfind('/') + 1);
   return R"({"name":")" + strName + R"(","path":")" + file.strSource + R"(","size":)" +
@@ -87,7 +87,7 @@ TEST_P(ScanCommand, JsonListsEachFile) {
 
 TEST_P(ScanCommand, JsonListsEachRecordOfTheStores) {
   WriteSmallBackup(Backup(), GetParam());
-  // Calls find names only in the columns of the newer layout.
+  // Names of calls are found only in the columns of the newer layout.
   const std::string strCaller = GetParam() == Layout::Db ? "ÄnneBerger" : "";
 
   const QJsonObject json = RunCommand({"scan", Backup(), "--json"}).Object();

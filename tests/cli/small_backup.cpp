@@ -18,7 +18,7 @@ QString ToText(const std::string& strText) {
   return QString::fromStdString(strText);
 }
 
-/// Adds files and remembers where they are to come out.
+/// Adds files and records where they are to be recovered.
 class Adder {
  public:
   Adder(BackupBuilder& backup, SmallBackup& small) : m_backup(backup), m_small(small) {}

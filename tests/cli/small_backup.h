@@ -8,8 +8,8 @@
 
 // Backups for the command line, each with known content.
 
-/// Contents of the files of a small backup that come out of a recovery, by where they go below the
-/// destination; and where each lies in the backup.
+/// Expected contents of recovered files, by their paths below the destination, and their sources in the
+/// backup.
 struct SmallBackup {
   struct File {
     std::string strTarget;  ///< "/Camera Roll/IMG_0001.PNG"
@@ -24,7 +24,7 @@ struct SmallBackup {
 /// "Call History(1)", "Notes(1)", "WhatsApp(0)", "WhatsApp Attachments(1)".
 SmallBackup WriteSmallBackup(const std::string& strFolder, BackupBuilder::Layout layout);
 
-/// Writes a backup with nothing but so many photos, named IMG_00000.JPG and so on, all of the same bytes.
+/// Writes a backup with only a number of photos, named IMG_00000.JPG and so on, with equal content.
 /// @return full paths of the files, in the order of their names.
 std::vector<std::string> WritePhotos(const std::string& strFolder, int nPhotos, const QByteArray& bytes);
 
@@ -32,8 +32,8 @@ std::vector<std::string> WritePhotos(const std::string& strFolder, int nPhotos, 
 
 std::string StorePathIn(const std::string& strFolder, BackupBuilder::Layout layout, const StorePlace& place);
 
-/// What there is of a folder and all that lies in it: kind, mode, time of modification, size and bytes of
-/// each entry, by its path below the folder. Links aren't followed.
+/// State of a folder and everything in it: kind, mode, modification time, size and content of each entry, by
+/// its path below the folder. Links aren't followed.
 std::map<std::string, std::string> TreeOf(const std::string& strFolder);
 
 /// Paths of all files below a folder, relative and sorted.

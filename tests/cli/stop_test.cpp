@@ -22,8 +22,8 @@ namespace {
 constexpr int kLimit = 60000;  // milliseconds
 constexpr int kPhotos = 3000;
 
-/// A recovery that can't come to its end by itself before it is told to go on: nobody reads its lines, and so
-/// many don't fit into a pipe (64 KiB, with paths of more than 250 bytes).
+/// A recovery that blocks until it is continued: nobody reads its output, which doesn't fit into a pipe (64
+/// KiB, with paths of more than 250 bytes).
 class LongRecovery : public testing::Test {
  protected:
   void SetUp() override {
@@ -49,14 +49,14 @@ class LongRecovery : public testing::Test {
 
 class StoppedRecovery : public LongRecovery, public testing::WithParamInterface<int> {};
 
-/// The master side of a terminal that nobody looks at.
+/// The master side of a pseudo-terminal.
 class Terminal {
  public:
   Terminal() : m_nMaster(posix_openpt(O_RDWR | O_NOCTTY)) {
     EXPECT_NE(-1, m_nMaster);
     EXPECT_EQ(0, grantpt(m_nMaster));
     EXPECT_EQ(0, unlockpt(m_nMaster));
-    // Held open, so that the end of the process doesn't take away what it wrote.
+    // Kept open, so that output isn't lost at the end of the process.
     m_nSlave = open(ptsname(m_nMaster), O_RDWR | O_NOCTTY);
     EXPECT_NE(-1, m_nSlave);
     fcntl(m_nMaster, F_SETFL, fcntl(m_nMaster, F_GETFL) | O_NONBLOCK);
@@ -68,7 +68,7 @@ class Terminal {
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
 
-  /// Runs the command with its standard error on the terminal. @return what the terminal received.
+  /// Runs the command with standard error on the terminal. @return the terminal's output.
   std::string Run(const std::vector<std::string>& arguments, CommandResult& result) {
     QProcess process;
     PrepareCommand(process, arguments);
@@ -76,7 +76,7 @@ class Terminal {
     process.start();
     EXPECT_TRUE(process.waitForStarted(kLimit));
     std::string strReceived;
-    // A terminal holds little: it has to be read while the process writes.
+    // A terminal buffers little, so it must be read while the process writes.
     for (int nRound = 0; nRound < kLimit / kRound && process.state() != QProcess::NotRunning; ++nRound) {
       process.waitForFinished(kRound);
       Read(strReceived);

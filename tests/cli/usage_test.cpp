@@ -42,7 +42,7 @@ std::string NameOf(const testing::TestParamInfo<Row>& info) {
   return info.param.pszName;
 }
 
-/// Runs it with a standard output that takes nothing.
+/// Runs it with a full standard output.
 CommandResult RunIntoFullDevice(const std::vector<std::string>& arguments) {
   QProcess process;
   PrepareCommand(process, arguments);

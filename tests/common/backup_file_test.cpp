@@ -1,4 +1,4 @@
-// Opening and copying the files of a backup, whatever a stranger has put in their places.
+// Opening and copying the files of a backup, whatever is in their place.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,12 +16,12 @@ namespace {
 
 constexpr char kId[] = "3d0d7e5fb2ce288813306e4d4636395e047a3d28";
 
-/// What lies in a file's place, and what comes of opening it there.
+/// An object in a file's place, and the expected result of opening it.
 struct Place {
   const char* pszName;
   void (*pfnMake)(const TemporaryFolder& folder, const std::string& strPath);
   std::string strPath;  ///< below the temporary folder
-  int nError;           ///< 0 when it is opened
+  int nError;           ///< expected errno; 0 if it can be opened
   bool bFlat = false;   ///< the backup isn't sharded
 };
 
@@ -103,7 +103,7 @@ TEST_P(BackupFile, IsOpenedOnlyWhenItIsARegularFile) {
 }
 
 TEST_P(BackupFile, HasASizeOnlyWhenItIsARegularFile) {
-  // Names beyond Latin-1's reach aren't found by the size at all.
+  // The size of files whose names aren't representable in Latin-1 isn't found.
   if (Path().find('\xC3') != std::string::npos) GTEST_SKIP() << "not found by its size";
   long long nSize = -1;
 

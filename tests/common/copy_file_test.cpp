@@ -114,7 +114,7 @@ TEST_F(CopyFile, FolderOrFifoAsSourceIsRefused) {
 
 TEST_F(CopyFile, FailedCopyLeavesNoFile) {
   WriteSource(std::string(2'000'000, 'x'));
-  // The system allows this process no larger files for a moment.
+  // Temporarily limit the size of files that this process may write.
   const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
   rlimit oldLimit;
   getrlimit(RLIMIT_FSIZE, &oldLimit);

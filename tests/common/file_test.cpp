@@ -25,7 +25,7 @@ Stream Open(const std::string& strPath, const wchar_t* pMode) {
   return Stream(_wfopen(QString::fromUtf8(strPath.c_str()).toStdU16String().c_str(), pMode));
 }
 
-/// A descriptor that closes itself.
+/// A descriptor that is closed by the destructor.
 class TestFile {
  public:
   explicit TestFile(int nDescriptor) : m_nDescriptor(nDescriptor) { EXPECT_GE(nDescriptor, 0); }
@@ -38,13 +38,13 @@ class TestFile {
   int m_nDescriptor;
 };
 
-/// Writes a file under the very bytes of its name, whatever the locale.
+/// Writes a file under the exact bytes of its name, independent of the locale.
 void WriteRawName(const std::string& strPath, const std::string& strBytes) {
   TestFile file(open(strPath.c_str(), O_CREAT | O_WRONLY, 0600));
   ASSERT_EQ(static_cast<ssize_t>(strBytes.size()), write(file, strBytes.data(), strBytes.size())) << strPath;
 }
 
-/// Makes a file with a size and no blocks.
+/// Creates a sparse file of a size, without blocks.
 void MakeSparse(const std::string& strPath, long long nSize) {
   WriteFile(strPath, "");
   ASSERT_EQ(0, truncate(strPath.c_str(), nSize)) << nSize;
@@ -197,8 +197,7 @@ TEST_P(FileByteSize, IsComposedOfItsTwoHalves) {
   EXPECT_EQ(static_cast<uint32_t>(GetParam().nOnDisk), static_cast<uint32_t>(nSize));
 }
 
-// The low half is widened with its sign, so that a size with bit 31 set comes out with all the bits above it
-// set.
+// The low half is sign-extended, so a size with bit 31 set is returned with all higher bits set.
 INSTANTIATE_TEST_SUITE_P(File, FileByteSize,
                          testing::Values(SizeCase{"Empty", 0, 0}, SizeCase{"OneByte", 1, 1},
                                          SizeCase{"LastBeforeTheSign", 2 * kGiB - 1, 2147483647},
@@ -334,7 +333,7 @@ TEST(ReadWhole, CountBeyondOneChunkComesWhole) {
 
 TEST(ReadWhole, PiecesAreReadUntilTheCountIsReached) {
   int sockets[2];
-  ASSERT_EQ(0, socketpair(AF_UNIX, SOCK_SEQPACKET, 0, sockets));  // one read gives one packet
+  ASSERT_EQ(0, socketpair(AF_UNIX, SOCK_SEQPACKET, 0, sockets));  // one read returns one packet
   TestFile reader(sockets[0]);
   TestFile writer(sockets[1]);
   ASSERT_EQ(3, write(writer, "abc", 3));

@@ -89,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DurationCase{"FarBelowZero", -3600, "00:00:-3600"}),
     NameOf<DurationCase>);
 
-// The page of the call history shows just this digit.
+// The page of the call history shows only this digit.
 TEST(WideDuration, ReadAsNarrowTextItEndsBehindItsFirstDigit) {
   const std::wstring wstrShort = GetTimeString(75);
   const std::wstring wstrLong = GetTimeString(360000);

@@ -38,7 +38,7 @@ class StoreFailure : public testing::Test {
   ProblemRecorder m_problems;
 };
 
-/// Something that stands where a store should be.
+/// An object in place of a store.
 struct NoStore {
   const char* pszName;
   std::string (*pfnMake)(const TemporaryFolder& folder);

@@ -1,4 +1,4 @@
-// A store is a stranger's: it neither runs what it brings along, nor delivers without end.
+// Untrusted stores: no code in the schema is run, and no query runs forever.
 #include <gmock/gmock.h>
 #include <sqlite3.h>
 
@@ -44,7 +44,7 @@ class HostileStore : public testing::Test {
   ProblemRecorder m_problems;
 };
 
-/// A page of SQLite's file format whose cells all lead to one child: as many rows as one likes, from 8 KiB.
+/// A page of SQLite's file format whose cells all point to one child: any number of rows in 8 KiB.
 std::string AmplifiedStore(const std::string& strPath) {
   constexpr size_t kPage = 4096, kHead = 12, kCell = 5;
   constexpr int kLevels = 12;
@@ -61,7 +61,7 @@ std::string AmplifiedStore(const std::string& strPath) {
     const auto nChild = static_cast<uint32_t>(nLevel + 3);
     const size_t nCells = (kPage - kHead) / (kCell + 2);
     std::string strPage(kPage, '\0');
-    strPage[0] = 5;  // an inner page of a table
+    strPage[0] = 5;  // an interior page of a table
     put(strPage, 3, static_cast<uint32_t>(nCells), 2);
     put(strPage, 5, static_cast<uint32_t>(kPage - nCells * kCell), 2);
     put(strPage, 8, nChild, 4);
@@ -69,7 +69,7 @@ std::string AmplifiedStore(const std::string& strPath) {
       const size_t nCell = kPage - (i + 1) * kCell;
       put(strPage, kHead + 2 * i, static_cast<uint32_t>(nCell), 2);
       put(strPage, nCell, nChild, 4);
-      strPage[nCell + 4] = 1;  // the row's number
+      strPage[nCell + 4] = 1;  // the row id
     }
     strStore += strPage;
   }
@@ -134,7 +134,7 @@ TEST_F(HostileStore, EndsWithinTheLimitOnceAStopIsRequested) {
     bStop = true;
   });
 
-  // Counting never gives a row: only a look at the flag can end it in time.
+  // Counting returns no row for long: only checking the flag can end it in time.
   const int nRows =
       Rows(strPath, "with recursive n(i) as (select 1 union all select i + 1 from n) select count(*) from n");
   const auto waited = Clock::duration(Clock::now().time_since_epoch().count() - nStopped);

@@ -20,7 +20,7 @@ constexpr char kNames[] = "select name from people order by name";
 
 class Store : public testing::Test {
  protected:
-  /// Makes a store with two people.
+  /// Creates a store with two people.
   /// @return its narrow path.
   std::string MakeStore(const std::string& strName, bool bWal = false) const {
     m_folder.MakeFolder(strName.substr(0, strName.find_last_of('/') + 1));
@@ -141,8 +141,7 @@ TEST_F(Store, WalModeGivesAllRowsAndNoFileBeside) {
   EXPECT_TRUE(strBytes == ReadFile(strPath));
 }
 
-// Rows that a device had not yet moved into the store itself, when it was backed up, are in the file beside
-// it. An immutable store is read without that file.
+// Rows that the device had not yet checkpointed are in the WAL file. An immutable store is read without it.
 TEST_F(Store, RowsOfTheWalFileBesideAreNotRead) {
   const std::string strWriter = MakeStore("writer.db", true);
   sqlite3* pWriter = nullptr;
@@ -196,7 +195,7 @@ INSTANTIATE_TEST_SUITE_P(Paths, StoreName,
                                          "no-extension", "a//b.db"),
                          [](const auto& info) { return "Case" + std::to_string(info.index); });
 
-// "%41" written out is "A": who decodes a name twice, or not at all, opens the wrong file.
+// "%41" decodes to "A": decoding a name twice, or not encoding it, opens the wrong file.
 TEST_F(Store, EncodedLookingNameIsNotTakenForAnotherFile) {
   MakeStore("A.db");
 
@@ -244,7 +243,7 @@ TEST_F(Store, TwoQueriesRunSideBySide) {
 
 TEST_F(Store, RowsAreFetchedOnlyWhenTheyAreAskedFor) {
   const std::string strPath = MakeStore("a.db");
-  // The statement has no last row: who fetches ahead never comes back.
+  // The statement never ends, so fetching ahead would not return.
   StoreQuery query(strPath,
                    "with recursive n(i) as (select 1 union all select i + 1 from n) select i from n");
 

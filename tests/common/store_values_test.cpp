@@ -1,5 +1,5 @@
-// What each storage class of SQLite comes out as, by each way of asking. The expectations are those of the
-// SQL module of Qt 5.15: what people recover must not depend on the means by which a store is read.
+// Conversion of each storage class of SQLite by each accessor. The expectations are those of the SQL module
+// of Qt 5.15, required for output compatibility.
 #include <gtest/gtest.h>
 
 #include <QSqlDatabase>

@@ -22,7 +22,7 @@ class UnicodeMap : public testing::Test {
   }
 };
 
-/// Runs a handle over a whole text.
+/// Converts a whole text with a handle.
 std::string Convert(iconv_t handle, std::string strInput) {
   char szOutput[64] = {};
   char* pInput = strInput.data();

@@ -9,8 +9,8 @@ namespace {
 
 const std::string kKey(44, 'k');
 
-/// The record with a few of its objects changed. The objects of a whole one are: 0 "$null", 1 the file, 2 its
-/// class, 3 the key's object, 4 that one's class.
+/// A record with modified objects. The objects of a complete one are: 0 "$null", 1 the file, 2 its class, 3
+/// the key's object, 4 that one's class.
 class Record {
  public:
   Record() {
@@ -117,7 +117,7 @@ TEST(ArchivedFile, ReturnsNothingForInvalidRecords) {
 TEST(ArchivedFile, SurvivesTruncationAnywhere) {
   const QByteArray whole = BackupKeys::record(0x81A4, 77, QByteArray(kKey.data(), 44), true);
   for (int nSize = 0; nSize < whole.size(); ++nSize) {
-    // A copy of the exact length, so that a sanitizer finds one byte too far.
+    // A copy of the exact length, so that sanitizers detect reads beyond the end.
     const std::vector<char> cut(whole.begin(), whole.begin() + nSize);
 
     EXPECT_FALSE(ReadArchivedFile(cut.data(), cut.size()).bWhole) << nSize;

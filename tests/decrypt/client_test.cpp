@@ -12,7 +12,7 @@ using testing::IsEmpty;
 
 namespace {
 
-/// A script in place of the tool, and the lines that a client gets from it.
+/// A script in place of the tool, and the lines that a client receives.
 class DecryptClientTest : public testing::Test {
  protected:
   void WriteTool(const std::string& strScript) {

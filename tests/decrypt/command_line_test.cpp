@@ -39,7 +39,7 @@ DemoOptions OptionsOf(const BackupAge& age) {
   return options;
 }
 
-/// A well-used device's backup, twice: encrypted, and in plain beside it under the same name.
+/// A backup of a well-used device, encrypted, and unencrypted beside it under the same name.
 class EncryptedCommand : public testing::Test {
  protected:
   void Write(const BackupAge& age) {
@@ -69,7 +69,7 @@ class EncryptedCommandOfAge : public EncryptedCommand, public testing::WithParam
 
 INSTANTIATE_TEST_SUITE_P(Ages, EncryptedCommandOfAge, testing::ValuesIn(kBackupAges), NameOfAge);
 
-/// JSON of a scan without the folders that paths lie in, and without what tells the two backups apart.
+/// JSON of a scan without the folders of paths, and without what differs between the two backups.
 std::string WithoutFolders(const std::string& strJson) {
   QString qstrJson = QString::fromStdString(strJson);
   qstrJson.replace(QRegularExpression("\"path\": ?\"[^\"]*/"), "\"path\":\"");
@@ -85,7 +85,7 @@ std::map<std::string, std::string> RecoveredFiles(const std::string& strOut) {
   return files;
 }
 
-/// A copy of the program beside a stand-in for the tool: a script.
+/// A copy of the program beside a script in place of the tool.
 class StandIn {
  public:
   explicit StandIn(const std::string& strScript) {
@@ -94,7 +94,7 @@ class StandIn {
     EXPECT_EQ(0, chmod(m_folder.Path("Velmora Orvandel").c_str(), 0755));
   }
   std::string Command() const { return m_folder.Path("orvandel-cli"); }
-  /// What the script has written into a file beside itself, up to its line end; waits for it.
+  /// Waits for the line that the script writes to a file beside itself, and returns it.
   std::string Told(const std::string& strName) const {
     for (int i = 0; i < kLimit / kStep; ++i) {
       const std::string strText = Exists(m_folder.Path(strName)) ? ReadFile(m_folder.Path(strName)) : "";
@@ -112,7 +112,7 @@ class StandIn {
 constexpr char kTellFolder[] =
     "stat -c %a \"$(dirname \"$4\")\" >outer; stat -c %a \"$4\" >inner\necho \"$4\" >folder\n";
 
-/// orvandel-cli on a terminal of its own.
+/// orvandel-cli on a pseudo-terminal.
 class TerminalRun {
  public:
   explicit TerminalRun(const std::vector<std::string>& arguments) {
@@ -137,7 +137,7 @@ class TerminalRun {
     close(m_nMaster);
   }
 
-  /// Waits until it asks, with echo switched off.
+  /// Waits until it prompts with echo off.
   bool Asks() {
     for (int i = 0; i < kLimit / kStep; ++i) {
       Read();
@@ -154,7 +154,7 @@ class TerminalRun {
     EXPECT_EQ(static_cast<ssize_t>(strText.size()), write(m_nMaster, strText.data(), strText.size()));
   }
 
-  /// @return its exit status, -1 when a signal ended it.
+  /// @return its exit status, -1 if ended by a signal.
   int Finish() {
     for (int i = 0; i < kLimit / kStep; ++i) {
       Read();
@@ -269,7 +269,7 @@ TEST_F(EncryptedCommand, NeedsAPasswordWithoutATerminal) {
   Write(kBackupAges[1]);
   QProcess process;
   PrepareCommand(process, {});
-  // A session of its own has no terminal.
+  // A new session has no terminal.
   process.start("setsid", Arguments({"-w", CommandPath().toStdString(), "scan", Backup()}));
 
   const CommandResult result = FinishCommand(process);

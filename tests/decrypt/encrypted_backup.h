@@ -7,18 +7,18 @@
 
 #include "sample/backup_builder.h"
 
-// Backups whose plain content is known, and the tool that decrypts them, which is built beside the tests.
+// Backups with known plain content, and the decrypt tool, which is built beside the tests.
 
-constexpr char kPassword[] = "geh heim";  // as many people's, it has a blank
+constexpr char kPassword[] = "geh heim";  // with a space
 
-/// Files of many sizes, directories, a link, and a file in plain.
+/// Files of many sizes, directories, a link, and an unencrypted file.
 struct KnownBackup {
   std::map<std::string, std::string> files;  ///< identifiers and plain contents
   std::map<std::string, std::string> paths;  ///< identifiers and full paths in the backup
   std::string strPlainId;                    ///< of the file that has no key
 };
 
-/// What differs between the ages of backups.
+/// The differences between the generations of backups.
 struct BackupAge {
   const char* pszName;
   Encryption::Age age;
@@ -29,16 +29,16 @@ void PrintTo(const BackupAge& age, std::ostream* pStream);
 std::string NameOfAge(const testing::TestParamInfo<BackupAge>& info);
 extern const std::vector<BackupAge> kBackupAges;
 
-/// Writes an encrypted backup under kPassword. @param nRounds of its derivation.
+/// Writes a backup encrypted with kPassword. @param nRounds rounds of the key derivation.
 KnownBackup WriteEncryptedBackup(const std::string& strFolder, const BackupAge& age, int nRounds = 20);
-/// The same one in plain.
+/// The same without encryption.
 KnownBackup WritePlainBackup(const std::string& strFolder, const BackupAge& age);
 
 struct ToolResult {
-  int nExitStatus = -1;  ///< -1 when a signal ended it
+  int nExitStatus = -1;  ///< -1 if ended by a signal
   std::vector<std::string> out, err;
 
-  /// Numbers of the "Count:" lines; fails the test when standard output holds anything else.
+  /// Numbers of the "Count:" lines; fails the test if there is any other output.
   std::vector<long long> Counts() const;
 };
 

@@ -32,7 +32,7 @@ class WrittenFile : public testing::Test {
   std::string Target() const { return m_folder.Path("out/target"); }
   void SetUp() override { m_folder.MakeFolder("out"); }
 
-  /// What is said of a source; the target then isn't there.
+  /// The error for a source; expects that no target exists.
   std::string RefusalOf(const std::string& strSource, uint64_t nSize) const {
     try {
       WriteDecrypted(strSource, Target(), Key(), nSize);
@@ -71,7 +71,7 @@ TEST_P(WrittenFileOfSize, IsThePlainOneByItsPadding) {
 TEST_P(WrittenFileOfSize, IsACopyWithoutAKey) {
   const std::string strPlain = SomeText(GetParam());
 
-  WriteDecrypted(Source(strPlain), Target(), Secret(), 1);  // the size of a plain file isn't asked for
+  WriteDecrypted(Source(strPlain), Target(), Secret(), 1);  // the size of an unencrypted file is ignored
 
   EXPECT_TRUE(strPlain == ReadFile(Target()));
 }

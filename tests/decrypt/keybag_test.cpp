@@ -19,7 +19,7 @@ const std::string kUuid(16, 'u');
 constexpr uint32_t kRounds = 3;
 constexpr uint32_t kUnderPassword = 2;
 
-// Published examples of the password "hashcat".
+// Published test vectors with the password "hashcat".
 constexpr char kOldWrapped[] =
     "b8e3f3a970239b22ac199b622293fe4237b9d16e74bad2c3c3568cd1bd3c471615a6c4f867265642";
 constexpr char kOldSalt[] = "4542263740587424862267232255853830404566";
@@ -45,7 +45,7 @@ std::string ClassOf(uint32_t nClass, const std::string& strWrapped, uint32_t nWr
          Item("WPKY", strWrapped);
 }
 
-/// A class key wrapped as a keybag with Head() has it, under the password "secret".
+/// A class key wrapped under the password "secret", for a keybag with Head().
 std::string WrappedUnderSecret(const Bytes& classKey) {
   const Secret key = DeriveKey(SecretOf("secret"), ToBytes(kSalt), kRounds, Digest::Sha1);
   const Bytes wrapped = WrapKey(Bytes(key.Data(), key.Data() + key.Size()), classKey);
@@ -66,7 +66,7 @@ std::string ReasonOf(const std::function<void()>& action) {
   return "nothing was thrown";
 }
 
-/// The file key that comes out of its form wrapped under a class key. It proves the class key.
+/// Unwraps a file key that is wrapped under a class key, which proves the class key.
 std::string FileKeyOf(const Keybag& keybag, uint32_t nClass, const Bytes& classKey) {
   return TextOf(keybag.FileKey(KeyOfClass(nClass, WrapKey(classKey, SomeKey(99)))));
 }
@@ -132,7 +132,7 @@ TEST(KeybagOfPublishedValues, OpensForOldBackups) {
   EXPECT_EQ(TextOfBytes(SomeKey(99)), FileKeyOf(keybag, 4, FromHex(kOldClassKey)));
 }
 
-// Ten million rounds, as a device has them: takes seconds.
+// Ten million rounds, as on a device; takes seconds.
 TEST(KeybagOfPublishedValues, OpensForNewBackups) {
   Keybag keybag(ToBytes(Head(FromHexText(kNewSalt), 10000) + Item("DPWT", 1) + Item("DPIC", 10000000) +
                         Item("DPSL", FromHexText(kNewStrongSalt)) + ClassOf(4, FromHexText(kNewWrapped))));
@@ -315,7 +315,7 @@ TEST(KeybagCutAnywhere, IsNeverAWrongPassword) {
   for (size_t nSize = 0; nSize < strWhole.size(); ++nSize) {
     const std::string strReason = ReasonOf([&] {
       Keybag keybag(ToBytes(strWhole.substr(0, nSize)));
-      // What is cut between two classes opens by what is left.
+      // A keybag cut between two classes opens with the remaining ones.
       if (keybag.Unlock(SecretOf("secret"))) throw std::runtime_error("the keybag is damaged: no");
     });
 

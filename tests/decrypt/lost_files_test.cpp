@@ -1,4 +1,4 @@
-// What orvandel-cli says of an encrypted backup of which not everything can be decrypted.
+// Reports of orvandel-cli about an encrypted backup that can't be decrypted completely.
 #include <gmock/gmock.h>
 
 #include <cstring>
@@ -161,11 +161,11 @@ INSTANTIATE_TEST_SUITE_P(Ages, LostFile, testing::ValuesIn(kBackupAges), NameOfA
 
 namespace {
 
-/// A command, and what is done to the backup before it runs.
+/// A command, and the damage to the backup before it runs.
 struct Command {
   const char* pszName;
   bool bEncrypted;
-  std::vector<std::string> arguments;  ///< "BACKUP" and "OUT" stand for the folders
+  std::vector<std::string> arguments;  ///< "BACKUP" and "OUT" are replaced by the folders
   const char* pszPassword;
   int nExitStatus;
   void (*pfnDamage)(const std::string& strBackup) = nullptr;
@@ -233,7 +233,7 @@ TEST_P(CommandOnABackup, LeavesItUnchanged) {
   if (GetParam().bEncrypted) options.password = kPassword;
   writeDemoBackup(QString::fromStdString(strBackup), options);
   if (GetParam().pfnDamage) GetParam().pfnDamage(strBackup);
-  // Of a window that is decrypting right now, or of one that was killed.
+  // As written by a window that is decrypting, or was killed.
   for (const char* pszName : {"Manifest.db-decypted.part", "Manifest.db-decypted.part2"})
     WriteFile(strBackup + "/" + pszName, "not ours");
   if (GetParam().bEncrypted) WriteFile(strBackup + "/Manifest.db-decypted", "not ours");

@@ -6,7 +6,7 @@ using testing::ElementsAreArray;
 
 namespace {
 
-// "Grüße" in the forms in which it may arrive.
+// "Grüße" in the forms in which it may be passed.
 constexpr char kComposed[] =
     "Gr\xC3\xBC\xC3\x9F"
     "e";
@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Password{"Latin1", kLatin1, "ISO-8859-1", {kLatin1, kComposed}},
                     Password{"Latin1InUtf8", kLatin1, "UTF-8", {kLatin1}},
                     Password{"Latin1InALocaleWithoutAnEncoding", kLatin1, "ANSI_X3.4-1968", {kLatin1}},
-                    // Bytes that both encodings allow: each reading is tried.
+                    // Bytes that are valid in both encodings: both are tried.
                     Password{"ComposedInLatin1", "\xC3\xBC", "ISO-8859-1", {"\xC3\xBC", "\xC3\x83\xC2\xBC"}},
                     Password{"UnknownEncoding", kComposed, "no such encoding", {kComposed}}),
     [](const auto& info) { return std::string(info.param.pszName); });

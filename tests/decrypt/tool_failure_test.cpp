@@ -1,4 +1,4 @@
-// What the tool reports of a backup or a place that it can't use, and what it writes all the same.
+// The tool's reports about unusable backups or folders, and what it still writes.
 #include <gmock/gmock.h>
 #include <sqlite3.h>
 #include <unistd.h>
@@ -29,7 +29,7 @@ std::string IdOfSize(const KnownBackup& known, size_t nSize) {
   return {};
 }
 
-/// Puts other bytes into the record of a file.
+/// Replaces the record of a file.
 void ReplaceRecord(const std::string& strManifest, const std::string& strId, const QByteArray& record) {
   sqlite3* pDatabase = nullptr;
   ASSERT_EQ(SQLITE_OK, sqlite3_open(strManifest.c_str(), &pDatabase));
@@ -188,7 +188,7 @@ TEST_F(DecryptToolFailure, NamesFilesForWhichTheDiskIsTooFull) {
   const KnownBackup known = WriteEncryptedBackup(Backup(), Ios10());
   const std::string strLargest = IdOfSize(known, 3 * 1024 * 1024 + 1);
 
-  // The mount ends with the process: what came there is copied.
+  // The mount ends with the process, so the result is copied.
   const ToolResult result = RunProgram(
       "unshare", {"-rm", "sh", "-c",
                   "mount -t tmpfs -o size=2m tmpfs \"$2\" || exit 99\n\"$1\" \"$3\" \"$2\" \"$4\"; "

@@ -7,12 +7,12 @@
 #include "tests/decrypt/encrypted_backup.h"
 #include "tests/support.h"
 
-/// A function, since the ages are made at the start of the program, in no known order.
+/// A function, because of the undefined order of static initialisation.
 inline const BackupAge& Ios10() {
   return kBackupAges[1];
 }
 
-/// A folder for an encrypted backup and one for what the tool writes.
+/// A folder for an encrypted backup and one for the tool's output.
 class DecryptTool : public testing::Test {
  protected:
   void SetUp() override { m_folder.MakeFolder("out"); }
@@ -23,11 +23,11 @@ class DecryptTool : public testing::Test {
     return RunTool({Backup(), Out(), strPassword, "CheckPasswd"});
   }
 
-  /// Expects all files of a backup but some.
+  /// Expects all files of a backup except some.
   void ExpectFiles(const KnownBackup& known, const std::vector<std::string>& without = {}) const;
 
   TemporaryFolder m_folder;
 };
 
-/// The same for each age of backups.
+/// The same for each generation of backups.
 class DecryptToolOfAge : public DecryptTool, public testing::WithParamInterface<BackupAge> {};

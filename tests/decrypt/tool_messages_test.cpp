@@ -1,4 +1,4 @@
-// What the tool prints of its progress and of itself.
+// The tool's progress, help and version output.
 #include <gmock/gmock.h>
 
 #include <algorithm>

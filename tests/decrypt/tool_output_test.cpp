@@ -1,4 +1,4 @@
-// What a run of the tool writes.
+// The files that the tool writes.
 #include <gmock/gmock.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -72,7 +72,7 @@ TEST_F(DecryptToolOutput, WritesAFileThatIsListedTwice) {
 }
 
 TEST_F(DecryptToolOutput, WritesAnEncryptedManifestAsItWas) {
-  // The two ages differ in nothing but this.
+  // The only difference between the two generations.
   WriteEncryptedBackup(m_folder.Path("plain"), kBackupAges[1]);
   WriteEncryptedBackup(Backup(), kBackupAges[2]);
   const std::string strPlain = ReadFile(m_folder.Path("plain/Manifest.db"));

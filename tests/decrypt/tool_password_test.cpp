@@ -1,4 +1,4 @@
-// Which passwords the tool accepts, and how it gets them.
+// The passwords that the tool accepts, and how they are passed.
 #include <gmock/gmock.h>
 
 #include <QProcess>
@@ -64,7 +64,7 @@ TEST_F(DecryptToolPassword, RejectsAMissingPassword) {
   WriteEncryptedBackup(Backup(), Ios10());
 
   ExpectWrongPassword(RunTool({Backup(), Out()}));
-  // The third argument is always the password: what an empty one leaves of a check is a wrong one.
+  // The third argument is always the password: if it is missing in a check, the mode is taken for it.
   ExpectWrongPassword(RunTool({Backup(), Out(), "CheckPasswd"}));
 }
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kJobs = 1000;
 
-/// Runs jobs through a pool. @return how many were done.
+/// Runs jobs through a pool. @return the number of completed jobs.
 int JobsDone(unsigned int nThreads) {
   std::atomic<int> nDone{0};
   WorkerPool pool([&](FileJob&) { ++nDone; }, nThreads);
@@ -21,7 +21,7 @@ int JobsDone(unsigned int nThreads) {
   return nDone;
 }
 
-/// Leaves the process too little memory for the stack of a thread.
+/// Limits the process's memory, so that there is too little for a thread's stack.
 bool LimitMemory() {
   std::ifstream file("/proc/self/statm");
   rlim_t nPages = 0;

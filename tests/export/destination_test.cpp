@@ -22,7 +22,7 @@ class Destinations : public testing::Test {
     m_destination = Destination(FromNarrow(m_folder.Path("out")), FromNarrow(m_folder.Path("backup")));
   }
 
-  /// Whether a folder below the destination may be written into.
+  /// Whether a folder below the destination may be written to.
   bool MakeFolder(const std::string& strFolder) {
     m_problem = m_destination.MakeFolder(FromNarrow(strFolder));
     return !m_problem;
@@ -43,7 +43,7 @@ class DestinationName : public Destinations, public testing::WithParamInterface<
 
 struct LinkCase {
   const char* pszName;
-  const char* pszTarget;  ///< of "out/Link"; "%" stands for the folder of the test
+  const char* pszTarget;  ///< of "out/Link"; "%" is replaced by the test's folder
   const char* pszFolder;
 };
 
@@ -232,7 +232,7 @@ TEST_F(Destinations, RootWithParentStepsOutOfTheBackupIsAccepted) {
   EXPECT_TRUE(Exists(m_folder.Path("out/a")));
 }
 
-// The system takes ".." from where a link leads to, not from where it stands.
+// The system resolves ".." after following the link.
 TEST_F(Destinations, RootWithAStepBehindALinkIntoTheBackupIsRefused) {
   Link(m_folder.Path("backup/sub"), "link");
   m_destination = Destination(FromNarrow(m_folder.Path("link/..")), FromNarrow(m_folder.Path("backup")));

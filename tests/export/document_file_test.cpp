@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Lets no file of the process grow beyond a size, as a disk without room would, while the object lives.
+/// Limits the size of files that the process writes during the object's lifetime, like a full disk.
 class SizeLimit {
  public:
   explicit SizeLimit(rlim_t nBytes) : m_pfnBefore(signal(SIGXFSZ, SIG_IGN)) {
@@ -34,7 +34,7 @@ class SizeLimit {
 constexpr rlim_t kLimit = 4096;
 const std::string kHead(3 * kLimit, 'h'), kTail = "tail";
 
-/// Whether a file has the name before.
+/// Whether a file of that name exists before.
 class DocumentCutShort : public testing::TestWithParam<bool> {
  protected:
   void SetUp() override {

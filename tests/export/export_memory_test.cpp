@@ -1,4 +1,4 @@
-#include <cstdlib>  // tells __GLIBC__
+#include <cstdlib>  // defines __GLIBC__
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Bytes of the heap that are in use, with large blocks; 0 where the system doesn't tell.
+/// Bytes in use on the heap, including large blocks; 0 if not available.
 size_t HeapInUse() {
 #ifdef __GLIBC__
   const struct mallinfo2 info = mallinfo2();
@@ -23,13 +23,13 @@ class ExportMemory : public RecoveryTest {};
 
 }  // namespace
 
-// Each document is told while its page is still in memory, so the heap is looked at then.
+// Each document is reported while its page is still in memory, so the heap is measured then.
 TEST_F(ExportMemory, HoldsOnePageHoweverManyConversationsThereAre) {
   if (HeapInUse() == 0) GTEST_SKIP() << "this system doesn't tell how much of the heap is in use";
   constexpr int kConversations = 10000;
   constexpr int kFirst = kConversations / 10;
   constexpr size_t kTextSize = 10000;
-  constexpr size_t kLimit = 16 << 20;  // names of folders and files are remembered; 90 MB of pages aren't
+  constexpr size_t kLimit = 16 << 20;  // names of folders and files are kept; 90 MB of pages aren't
   Begin();
   size_t nPeak = 0, nFailures = 0;
   m_recovery.SetWrittenFileHandler([&](const WrittenFile& file) {

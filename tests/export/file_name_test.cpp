@@ -13,7 +13,7 @@ std::string Repeated(const std::string& strText, size_t nTimes) {
   return strAll;
 }
 
-/// The bytes in front of the characters move the cut through each place within one of them.
+/// The leading bytes move the cut through every position within a character.
 class LongName : public testing::TestWithParam<size_t> {};
 
 }  // namespace

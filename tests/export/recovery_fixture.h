@@ -12,8 +12,8 @@
 #include "export/recovery.h"
 #include "tests/support.h"
 
-/// A recovery with a backup, templates and a destination of its own, which keeps what the recovery tells.
-/// Paths are narrow.
+/// A recovery with a temporary backup, templates and destination, which records the reports. Paths are
+/// narrow.
 class RecoveryTest : public testing::Test {
  protected:
   RecoveryTest() {
@@ -45,7 +45,7 @@ class RecoveryTest : public testing::Test {
   }
   void Begin() { Begin(m_recovery, Out()); }
 
-  /// Begins two recoveries into the destination within the same second.
+  /// Starts two recoveries into the destination within the same second.
   void BeginTwice(CRecovery& first, CRecovery& second) {
     do {
       Begin(first, Out());
@@ -55,10 +55,10 @@ class RecoveryTest : public testing::Test {
 
   std::string Stamp() const { return ToNarrow(m_recovery.GetTimeStamp()); }
 
-  /// Paths of the documents that are said to be written, or to have failed, in order.
+  /// Paths of the documents reported as written or failed, in order.
   std::vector<std::string> Written() const { return Told(true); }
   std::vector<std::string> Failed() const { return Told(false); }
-  /// Why the first failure failed.
+  /// Reason of the first failure.
   std::string Reason() const {
     for (const WrittenFile& file : m_told) {
       if (!file.Succeeded()) return file.problem.strReason;

@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A recovery into places where it can't or mustn't write.
+/// A recovery into folders where it can't or mustn't write.
 class RefusedExport : public RecoveryTest {
  protected:
   void RecoverMessage(const std::string& strName, const std::string& strSender) {
@@ -37,7 +37,7 @@ class RefusedExport : public RecoveryTest {
     const WhatsAppMap map = {{kHandle, {message}}};
     m_recovery.RecoveryWhatsAppMsg(&message, map);
   }
-  /// All that lies beside the destination.
+  /// Everything beside the destination.
   std::map<std::string, std::string> Outside() const {
     auto state = TreeState(m_folder.Path());
     for (auto it = state.begin(); it != state.end();)
@@ -270,7 +270,7 @@ TEST_F(RefusedExport, DestinationInTheBackupIsRefusedWholly) {
   EXPECT_THAT(Failed(), Not(IsEmpty()));
 }
 
-// A scan with a folder of decrypted files makes that the session's folder; the backup is no less a backup.
+// After a scan with a folder of decrypted files, that is the session's folder; the backup is still protected.
 TEST_F(RefusedExport, BackupBehindDecryptedFilesIsProtectedToo) {
   const std::string strDecrypted = m_folder.MakeFolder("decrypted");
   BackupBuilder builder(FromNarrow(m_folder.Path("backup")), BackupBuilder::Layout::Mbdb);

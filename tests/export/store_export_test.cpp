@@ -39,7 +39,7 @@ class StoreExport : public RecoveryTest, public testing::WithParamInterface<Stor
   std::string Target() const { return m_folder.Path("copy.db"); }
 };
 
-/// What a recovery makes of its stores.
+/// Stores in a recovery.
 class StoresOfRecovery : public RecoveryTest {
  protected:
   void MakeStores() const {

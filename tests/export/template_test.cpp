@@ -12,7 +12,8 @@ using testing::SizeIs;
 
 namespace {
 
-/// A kind of page: its template, its title without the phone's name, and how one without rows is written.
+/// A kind of page: its template, its title without the phone's name, and a function that writes one without
+/// rows.
 struct PageKind {
   const char* pszTemplate;
   const char* pszTitle;
@@ -44,7 +45,7 @@ std::string NameOfPage(const testing::TestParamInfo<PageKind>& info) {
 
 class TemplateOf : public RecoveryTest, public testing::WithParamInterface<PageKind> {
  protected:
-  /// Content of a page without rows, which stands last of the documents of its kind.
+  /// Content of a page without rows, the last of the documents of its kind.
   std::string Page(const PageKind& page) {
     page.pfnWrite(m_recovery);
     return m_told.empty() ? "nothing was written" : ReadFile(ToNarrow(m_told.back().qstrPath));

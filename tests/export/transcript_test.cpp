@@ -8,7 +8,7 @@ using testing::IsEmpty;
 
 namespace {
 
-/// What a callback was told, and what it answers to the call with a number (the first is 0).
+/// Records the calls of a callback; answers depend on the call's number (the first is 0).
 struct TranscriptLog {
   std::vector<int> percentages;
   std::vector<int> statuses;

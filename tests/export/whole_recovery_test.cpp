@@ -35,7 +35,7 @@ class WholeRecovery : public RecoveryTest, public testing::WithParamInterface<La
         CIphoneRecoveryFactory::getInstance()->CreateRecoveryParse(&m_session, RECOVERY_TYPE_LOCAL_BACKUP));
     pParser->Scan(QString());
     WalkCategories(*pParser, m_records, nullptr);
-    // No reader finds chats yet.
+    // There is no reader for chats yet.
     m_records.m_mapWhatsApp = {{kHandle, {ChatMessage(kReceived, "hello"), ChatMessage(kSent, "hi")}}};
   }
 
@@ -90,7 +90,7 @@ TEST_P(WholeRecovery, WritesOrReportsTwoDocumentsForEachConversationAndOneOfEach
   Recover();
 
   EXPECT_GE(m_records.m_mapMessage.size(), 30u);
-  // On top: two stores, three table pages, three documents of the chat.
+  // Plus two stores, three table pages, three documents of the chat.
   EXPECT_EQ(2 * m_records.m_mapMessage.size() + 2 + 3 + 3, m_told.size());
   EXPECT_THAT(Failed(), IsEmpty());
   EXPECT_THAT(Written(), Each(StartsWith(Out() + "/")));
@@ -106,7 +106,7 @@ TEST_P(WholeRecovery, WritesEveryRecordOnce) {
 
   Recover();
 
-  size_t nInPages = 0, nInTexts = 0, nMessages = 2;  // those of the chat
+  size_t nInPages = 0, nInTexts = 0, nMessages = 2;  // of the chat
   for (const auto& [nKey, messages] : m_records.m_mapMessage) nMessages += messages.size();
   for (const std::string& strPath : Written()) {
     if (strPath.find("/Message/") == std::string::npos &&

@@ -141,7 +141,7 @@ TEST_F(AppFiles, WhatsAppFilesAreListedSeparately) {
   EXPECT_EQ(ToWide(m_layout.qstrRoot + "/ab00"), m_whatsApp[0].wstrFilePath);
 }
 
-// Sizes are asked for under a path in Latin-1, which isn't that of the file.
+// The size is read from a path in Latin-1, which isn't that of the file.
 TEST_F(AppFilesBeyondAscii, FileShowsNoSizeAndWhatsAppsIsDropped) {
   Add(kSnap + "a.jpg", m_jpeg);
   Add(kWhatsApp + "b.jpg", m_jpeg);
@@ -197,7 +197,7 @@ TEST_P(AppFileKind, FollowsFromTheExtension) {
   EXPECT_EQ(GetParam().bVideo, IsAppVideo(GetParam().pszName)) << GetParam().pszName;
 }
 
-// The search finds the tails of longer items too, and the last sound not at all.
+// The search also finds endings of longer items, and doesn't find the last sound.
 INSTANTIATE_TEST_SUITE_P(
     Extensions, AppFileKind,
     testing::Values(KindCase{"a.JPG", false}, KindCase{"a.GIF", false}, KindCase{"a.BMP", false},

@@ -93,7 +93,7 @@ TEST_F(Calls, AnsweredIsKeptWhateverItIs) {
   EXPECT_THAT(Column(m_calls, &__CALLHISTORY__::nAnswered), ElementsAre(0, 1, 5));
 }
 
-// As QVariant::toInt converts: to the nearest whole number, a half away from zero.
+// As QVariant::toInt converts: to the nearest integer, halves away from zero.
 TEST_P(CallDuration, BecomesAWholeNumberOfSeconds) {
   Write({{1, GetParam().dStored, "a", 1}});
 

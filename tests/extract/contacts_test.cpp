@@ -121,7 +121,7 @@ TEST_P(Contacts, ExistingPeopleAreSortedWithTheNewOnes) {
 TEST_P(Contacts, HighestIdIsNotTheNumberOfRows) {
   Write({{"Ann", {}, {}, "1", {}, {}, {}}, {"Bo", {}, {}, "1", {}, {}, {}}});
   {
-    // The last row has not the highest id.
+    // The last row doesn't have the highest id.
     SampleStore store(FromNarrow(m_folder.Path("other.db")), false);
     store.run(
         "create table ABPersonFullTextSearch_content (docid INTEGER, c0First, c1Last, c6Organization, "

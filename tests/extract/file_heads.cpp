@@ -21,8 +21,7 @@ const std::string kJfif = "\xFF\xD8\xFF\xE0\0\x10JFIF\0\1"s;
 const std::string kExif =
     "\xFF\xD8\xFF\xE1\0\x10"
     "Exif\0\0"s;
-const std::string kBitmap =
-    "M\xFF\xFF\xFF\xFF\0\0\0\0\xFF\xFF\xFF\xFF\x28\0\0\0"s;  // behind its first letter
+const std::string kBitmap = "M\xFF\xFF\xFF\xFF\0\0\0\0\xFF\xFF\xFF\xFF\x28\0\0\0"s;  // after its first letter
 const std::string kTrueTypeTail = "\0\1\0\0"s;
 
 }  // namespace

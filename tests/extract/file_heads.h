@@ -7,9 +7,9 @@
 
 #include "extract/file_type.h"
 
-// Heads of files, one for each way in which a test of the judge can be passed.
+// Heads of files, one for each way to match a signature.
 
-/// One byte of a head put to another value.
+/// A change of one byte of a head.
 struct ByteChange {
   size_t nOffset;
   uint8_t nByte;
@@ -19,15 +19,15 @@ struct FileHead {
   std::string strName;
   int (*pfnTest)(const void*, uint32_t);
   int nType;
-  uint32_t nFigure;      ///< the shortest length that the test looks at
-  uint32_t nWholeSize;   ///< the length with which this head passes
-  std::string strBytes;  ///< zeros follow up to 512 bytes
+  uint32_t nFigure;      ///< minimum length that the signature checks
+  uint32_t nWholeSize;   ///< length with which this head matches
+  std::string strBytes;  ///< zero-padded to 512 bytes
   std::vector<std::pair<size_t, size_t>>
       signature;  ///< first offsets and sizes of bytes that may not differ at all
   std::vector<ByteChange> failing = {};
   std::vector<ByteChange> passing = {};
   const char* pszExtension =
-      nullptr;  ///< of a file that begins so; null where no row of the table leads to the test
+      nullptr;  ///< of a file with this head; null if no row of the table uses the signature
 };
 
 inline void PrintTo(const FileHead& head, std::ostream* pStream) {
@@ -37,6 +37,6 @@ inline void PrintTo(const FileHead& head, std::ostream* pStream) {
 /// The head of 512 bytes.
 std::string Whole(const FileHead& head);
 
-/// Heads of the tests that the table uses, and of those that it doesn't.
+/// Heads of the signatures that the table uses, and of the others.
 const std::vector<FileHead>& WiredHeads();
 const std::vector<FileHead>& UnwiredHeads();

@@ -10,7 +10,7 @@ constexpr int kUnknown = CFileTypeJudge::kUnknown;
 
 class TypeTest : public testing::TestWithParam<FileHead> {
  protected:
-  /// The answer to the first bytes of a head, in a copy with nothing behind them.
+  /// The result for the first bytes of a head, in a buffer of exactly that size.
   static int Judge(const std::string& strHead, uint32_t nLength) {
     const std::vector<char> bytes(strHead.begin(), strHead.begin() + nLength);
     return GetParam().pfnTest(bytes.data(), nLength);
@@ -156,7 +156,7 @@ TEST(MpegType, MarksOfTheTwoKindsAreNotCombined) {
 TEST(IconType, DirectoryMustFitIntoTheHead) {
   std::string strHead = std::string("\0\0\1\0\x1F\0", 6) + std::string(506, '\0');
   for (int i = 0; i < 31; ++i) {
-    const int nOffset = 502 + i;  // images of one byte, back to back
+    const int nOffset = 502 + i;  // contiguous images of one byte
     strHead[6 + 16 * i + 8] = 1;
     strHead[6 + 16 * i + 12] = static_cast<char>(nOffset);
     strHead[6 + 16 * i + 13] = static_cast<char>(nOffset >> 8);

@@ -21,7 +21,7 @@ std::string Padded(std::string strHead, size_t nSize = 512) {
 
 class FileType : public testing::Test {
  protected:
-  /// What the judge says about a file with these bytes; the output begins as "old".
+  /// Detects the type of a file with these bytes; the output is "old" before.
   std::pair<int, std::string> Judge(const std::string& strBytes) {
     std::string strOutput = "old";
     const int nStatus = m_judge.ParseFileBuf(m_folder.Write("hashed", strBytes).c_str(), strOutput);

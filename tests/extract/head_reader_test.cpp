@@ -42,9 +42,9 @@ void PrintTo(const Reported& one, std::ostream* pStream) {
   *pStream << one.strFile << ": " << one.strReason;
 }
 
-/// A catalogue that is read ahead, with all that a walk may meet: photos, files of no type, short ones,
-/// missing ones, links and folders in the place of files, identifiers that are no file names, and names that
-/// no walk wants.
+/// A catalogue that is read ahead, with every kind of entry: photos, files without a type, short and missing
+/// ones, links and folders in place of files, identifiers that aren't file names, and names that no walk
+/// matches.
 class ReadAhead : public testing::Test {
  protected:
   ReadAhead() {
@@ -79,7 +79,7 @@ class ReadAhead : public testing::Test {
   std::string Path(const std::string& strId) const { return ToNarrow(m_layout.PathOf(strId)); }
   void Write(const std::string& strId, const std::string& strBytes) { WriteFile(Path(strId), strBytes); }
 
-  /// Begins to collect what is reported, and on which thread.
+  /// Starts recording reports with their threads.
   void Collect() {
     s_reported.clear();
     s_threads.clear();
@@ -89,7 +89,7 @@ class ReadAhead : public testing::Test {
     });
   }
 
-  /// What a walk comes to that opens one file after the other.
+  /// The result of a walk that opens the files sequentially.
   struct Expected {
     std::vector<std::string> names;  ///< catalogue names of the files of a known type
     std::vector<Reported> reported;
@@ -238,8 +238,7 @@ TEST_P(ReadAheadSize, GivesEachFileOnceAndInOrder) {
   }
 }
 
-// Around the size from which on a second thread reads, the size of a block of entries, and that of all
-// blocks.
+// Around the minimum size for a second thread, the size of a block of entries, and that of all blocks.
 INSTANTIATE_TEST_SUITE_P(Entries, ReadAheadSize,
                          testing::Values(0, 1, 64, 1024, 1025, 1087, 1088, 1089, 2112, 2113, 20000));
 

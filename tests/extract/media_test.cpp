@@ -195,7 +195,7 @@ TEST_F(Media, MissingCameraFileIsNotCounted) {
 
   WalkCamera();
 
-  // 12 + 11 * i * 2 / 4 for the three that count.
+  // 12 + 11 * i * 2 / 4 for the three entries that count.
   EXPECT_THAT(m_log.values, ElementsAre(17, 23, 28));
 }
 
@@ -275,7 +275,7 @@ TEST_F(Media, SizeIsCutToItsLow32Bits) {
   EXPECT_THAT(Column(m_camera, &_IPHONE_CAMERA_INFO_::uFileSize), ElementsAre(3u << 30, 1u << 30));
 }
 
-// Sizes are asked for under a path in Latin-1, which isn't that of the file.
+// The size is read from a path in Latin-1, which isn't that of the file.
 TEST_F(MediaBeyondAscii, CameraFileShowsNoSizeAndAttachmentIsDropped) {
   Add(kRoll + "a.JPG", m_jpeg);
   Add(kAttached + "b.JPG", m_jpeg);

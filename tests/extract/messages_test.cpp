@@ -56,7 +56,7 @@ class Messages : public testing::Test {
 
 struct DateCase {
   const char* pszName;
-  const char* pszRaw;  // as the store holds it
+  const char* pszRaw;  // as stored
   const char* pszDate;
 };
 

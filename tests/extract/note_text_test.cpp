@@ -29,7 +29,7 @@ TEST_P(NoteEntity, BecomesItsCharacter) {
   EXPECT_EQ(GetParam().pszText, qstrText.toStdString()) << GetParam().pszStored;
 }
 
-// The patterns of apostrophe and quote end ahead of the semicolon, which therefore stays.
+// The patterns of apostrophe and quote end before the semicolon, which therefore remains.
 INSTANTIATE_TEST_SUITE_P(
     Entities, NoteEntity,
     testing::Values(TextCase{"", ""}, TextCase{"plain & simple;", "plain & simple;"}, TextCase{"&#39;", "';"},
@@ -43,7 +43,7 @@ INSTANTIATE_TEST_SUITE_P(
                     TextCase{"\xC3\xA4&nbsp;\xE5\xB1\xB1", "\xC3\xA4 \xE5\xB1\xB1"}),
     [](const auto& info) { return "Case" + std::to_string(info.index); });
 
-// The ampersand comes last, so that what was encoded twice is decoded once.
+// The ampersand is decoded last, so that text encoded twice is decoded once.
 INSTANTIATE_TEST_SUITE_P(Order, NoteEntity,
                          testing::Values(TextCase{"&amp;lt;", "&lt;"}, TextCase{"&amp;gt;", "&gt;"},
                                          TextCase{"&amp;nbsp;", "&nbsp;"}, TextCase{"&amp;#39;", "&#39;"},

@@ -15,7 +15,7 @@ using testing::SizeIs;
 
 namespace {
 
-/// Moves the process to another time zone while it lives.
+/// Sets the time zone of the process during the object's lifetime.
 class TimeZone {
  public:
   explicit TimeZone(const char* pszZone) {
@@ -40,7 +40,7 @@ struct Note {
   QString qstrTitle, qstrText;
 };
 
-/// A store and its reader: the frame of both is the same.
+/// One of the two stores with its reader.
 struct StoreKind {
   const char* pszName;
   void (*pfnWrite)(const QString& qstrPath, const std::vector<Note>& notes);
@@ -144,7 +144,7 @@ TEST_P(Notes, NoteWithoutAnyTextIsDropped) {
   EXPECT_THAT(Titles(), ElementsAre("\n"));
 }
 
-// A title of nothing but an end tag is empty once it is cleaned.
+// A title that is only an end tag is empty after cleaning.
 TEST_P(Notes, NoteThatIsEmptyAfterTheCleanUpIsDropped) {
   Write({{1, "</div>", "&lt;/div&gt;"}});
 
@@ -212,8 +212,8 @@ TEST_P(Notes, StoreOfTheOtherKindGivesNothing) {
 INSTANTIATE_TEST_SUITE_P(Stores, Notes, testing::Values(kFirst, kSecond),
                          [](const testing::TestParamInfo<StoreKind>& info) { return info.param.pszName; });
 
-// The first store's dates take their month and day from the calendar that begins in 1970, whose leap years
-// lie elsewhere than those of the calendar that begins in 2001.
+// Dates of the first store take month and day from a calendar that starts in 1970, whose leap years differ
+// from those of one that starts in 2001.
 TEST_P(NoteDate, OfTheFirstStoreIsLocalAndCountsItsDaysFrom1970) {
   const std::string strDate = DateOf(kFirst);
 

@@ -10,23 +10,23 @@ struct Case {
   const Variant* pVariant;
   Command command;
   Fault fault;
-  bool bRepeat = false;  ///< afterwards the same command runs to its end, into the same destination
+  bool bRepeat = false;  ///< afterwards the same command runs completely into the same destination
 };
 
 using Random = std::mt19937_64;
 
 // The parts of the campaign. Each adds its cases for a command over a variant.
 
-/// Something else in place of each kind of file, and files that can't be read.
+/// Other objects in place of each kind of file, and unreadable files.
 void AddObjectCases(const Reference& reference, const Variant& variant, Command command,
                     std::vector<Case>& cases);
-/// Files that are taken away or cut short while the command runs.
+/// Files that are removed or truncated while the command runs.
 void AddVanishingCases(const Reference& reference, const Variant& variant, Command command, Random& random,
                        std::vector<Case>& cases);
 /// Manifests and stores cut short. @param strMaster the undisturbed backup.
 void AddCutCases(const Reference& reference, const Variant& variant, Command command,
                  const std::string& strMaster, Random& random, std::vector<Case>& cases);
-/// No room at a call that needs it. @param ofTool the counters of the decrypt tool that the command starts.
+/// ENOSPC at a call that needs space. @param ofTool the counters of the decrypt tool that the command starts.
 void AddDiskFullCases(const Reference& reference, const Variant& variant, Command command,
                       const Counters& ofTool, Random& random, std::vector<Case>& cases);
 /// Signals, each followed by an undisturbed run.

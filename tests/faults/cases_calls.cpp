@@ -1,4 +1,4 @@
-// Calls that fail for want of room, and ends at a call.
+// Calls that fail with ENOSPC, and signals at a call.
 
 #include <csignal>
 

@@ -1,4 +1,4 @@
-// Files that go or shrink: before a run, or while it goes on.
+// Files that are removed or truncated, before or during a run.
 
 #include <algorithm>
 #include <filesystem>

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A file outside the backup that the object's name leads to: the object itself, with a mark at its end.
+/// Creates a file outside the backup as a link target: a copy of the object with a mark at its end.
 std::string MakeSecret(const std::string& strPath) {
   const std::string strSecret =
       fs::path(strPath).parent_path().parent_path().parent_path().string() + "/secret";
@@ -36,7 +36,7 @@ void Check(int nResult, const std::string& strPath) {
   if (nResult != 0) throw std::runtime_error(strPath + ": can't be put there: " + strerror(errno));
 }
 
-/// A socket's path is short: it is made in its folder.
+/// Created from within its folder, because the length of a socket's path is limited.
 void MakeSocket(const std::string& strPath) {
   const fs::path old = fs::current_path();
   fs::current_path(fs::path(strPath).parent_path());
@@ -49,14 +49,14 @@ void MakeSocket(const std::string& strPath) {
   fs::current_path(old);
 }
 
-/// A device where the campaign may make one, else a link to it.
+/// A device node if the campaign may create one, else a link to the device.
 void MakeDevice(const std::string& strPath, unsigned int nMinor, const char* pszDevice) {
   if (mknod(strPath.c_str(), S_IFCHR | 0666, makedev(1, nMinor)) != 0) fs::create_symlink(pszDevice, strPath);
 }
 
 struct Replacement {
   const char* pszKind;
-  void (*pfnPlace)(const std::string& strPath);  // the object is away
+  void (*pfnPlace)(const std::string& strPath);  // the object has been moved away
 };
 
 const Replacement kReplacements[] = {
@@ -82,8 +82,7 @@ void AddObjectCases(const Reference& reference, const Variant& variant, Command 
     };
     const bool bFolder = strWhat == "two-character folder";
     for (const Replacement& replacement : kReplacements) {
-      if (bFolder && strcmp(replacement.pszKind, "folder") == 0)
-        continue;  // an empty one lacks files, no more
+      if (bFolder && strcmp(replacement.pszKind, "folder") == 0) continue;  // an empty one only lacks files
       Fault fault;
       fault.strKind = replacement.pszKind;
       fault.strDetail = replacement.pszKind;

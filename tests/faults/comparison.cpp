@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr size_t kPageEnd = 16;  // bytes at the end of a page, of its template
+constexpr size_t kPageEnd = 16;  // bytes compared at the end of a page
 
 bool EndsWith(const std::string& strText, const std::string& strEnd) {
   return strText.size() >= strEnd.size() &&
@@ -56,7 +56,7 @@ std::vector<std::string> ReportsOf(const Reference& reference, const Run& run) {
 }
 
 std::vector<std::string> Missing(const Products& expected, const Products& actual) {
-  std::multiset<std::pair<std::string, std::string>> spare;  // folder and bytes of what has another name
+  std::multiset<std::pair<std::string, std::string>> spare;  // folder and bytes of products with another name
   std::vector<std::string> missing;
   for (const auto& [strPath, strBytes] : actual) {
     const auto it = expected.find(strPath);
@@ -76,8 +76,7 @@ std::vector<std::string> Missing(const Products& expected, const Products& actua
 
 bool IsReported(const Reference& reference, const Run& run, const std::vector<std::string>& reports,
                 const std::string& strProduct) {
-  // Without totals, and without a name: the backup as a whole couldn't be read, or there was no room to
-  // begin.
+  // No totals and no name: the backup couldn't be read at all, or there was no space to start.
   const bool bGaveUp = run.process.nExitStatus != 0 &&
                        run.process.strOut.find(" recovered, ") == std::string::npos && run.products.empty();
   if (bGaveUp && !reports.empty()) return true;
@@ -90,7 +89,7 @@ bool IsReported(const Reference& reference, const Run& run, const std::vector<st
     add(pszName);
   const auto sources = reference.sources.find(strProduct);
   if (sources != reference.sources.end()) std::for_each(sources->second.begin(), sources->second.end(), add);
-  // A file of a name that two have is reported without the number that it would have got.
+  // A file with a duplicate name is reported without the number that it would have got.
   const std::string strPlain = WithoutNumber(strProduct);
   const auto isOfName = [&](const std::string& strReport) { return Contains(strReport, strPlain); };
   if (strPlain != strProduct && std::count_if(reports.begin(), reports.end(), isOfName) > 1) return true;
@@ -116,7 +115,7 @@ bool IsWhole(const Reference& reference, const Run& run, const std::string& strP
                                 EndsWith(strBytes, product.second.substr(product.second.size() - kPageEnd));
                        });
   }
-  if (strPath.rfind("/Manifest.db", 0) == 0) return true;  // of the tool, checked by its size
+  if (strPath.rfind("/Manifest.db", 0) == 0) return true;  // written by the tool; checked by size
   if (bEncrypted) return false;
   for (const std::string& strFolder : {strBackup, strMaster}) {
     for (const auto& [strFile, strContent] : FilesIn(strFolder)) {

@@ -11,7 +11,7 @@ namespace {
 
 constexpr size_t kShortestFile = 512;  // bytes: a shorter one has no type and isn't listed
 
-constexpr size_t kHead = 6;  // bytes of "SQLite", which a store begins with
+constexpr size_t kHead = 6;  // length of "SQLite", with which a store begins
 
 constexpr char kEncryptionRule[] = "a contacts store too short for a head counts as an encrypted one";
 constexpr char kAbsent[] = "a file that the backup lacks is passed over";
@@ -24,7 +24,7 @@ constexpr char kNoMessageFolder[] = "the message store isn't copied when no conv
 constexpr char kNoInfo[] =
     "what is no regular file counts as a missing \"Info.plist\" in the list of backups";
 
-/// True when there is nothing under a path, and no link in place of its folder either.
+/// True if a path doesn't exist, and its folder isn't a link.
 bool IsGone(const std::string& strPath) {
   struct stat info;
   const std::string strFolder = strPath.substr(0, strPath.rfind('/'));
@@ -48,7 +48,7 @@ bool IsContactsStore(const Reference& reference, const std::string& strObject) {
   return contacts != reference.objects.end() && contacts->second == strObject;
 }
 
-/// Nothing of what a file would have given is there, so that it was gone before it was first looked at.
+/// No product of the file exists, so it was removed before it was first read.
 bool NothingIsMadeOf(const Reference& reference, const Fault& fault, const Run& run) {
   return std::none_of(run.products.begin(), run.products.end(), [&](const auto& product) {
     const auto it = reference.sources.find(product.first);
@@ -56,7 +56,7 @@ bool NothingIsMadeOf(const Reference& reference, const Fault& fault, const Run& 
   });
 }
 
-/// True for a binary manifest that ends behind one of its entries.
+/// True for a binary manifest that ends exactly after an entry.
 bool EndsBetweenEntries(const std::string& strBytes) {
   constexpr size_t kHeader = 6, kStrings = 5, kBlock = 40;
   size_t nAt = kHeader;
@@ -90,8 +90,8 @@ bool NoConversationIsWritten(const Run& run) {
          strOut.find("Failed\t") != std::string::npos;
 }
 
-/// A page behind its title, which holds the display name of the device. The page's script names the tag
-/// before.
+/// A page from the end of its title, which contains the display name of the device. The tag also occurs
+/// earlier, in the page's script.
 std::string BehindTitle(const std::string& strPage) {
   return strPage.substr(std::min(strPage.rfind("</h1>"), strPage.size()));
 }

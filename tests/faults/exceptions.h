@@ -3,8 +3,8 @@
 
 #include "tests/faults/reference.h"
 
-// What may be missing without a report. Each exception is listed in docs/reliability.md, and each is as
-// narrow as the fault lets it be: the run must show that the reason really applies.
+// What may be missing without a report. Each exception is listed in docs/reliability.md and is as narrow as
+// possible: the run must show that the reason applies.
 
 /// The exception for a product of a recovery or of the decrypt tool; empty for none.
 std::string ExceptionFor(const Reference& reference, const Variant& variant, const Fault& fault,

@@ -1,6 +1,6 @@
-// The fault campaign: runs the programs over backups and disks that fail, and judges what becomes of it.
+// The fault campaign: runs the programs with failing backups and disks, and judges the results.
 //   orvandel-faults [--short] [--part PART] [--command COMMAND] [--seconds N] [--seed N] [--folder FOLDER]
-// tests/faults/run builds it and calls it; docs/reliability.md tells what it found.
+// Built and called by tests/faults/run; results are in docs/reliability.md.
 
 #include <algorithm>
 #include <chrono>
@@ -16,9 +16,9 @@
 
 namespace {
 
-constexpr int kShortSeconds = 120;  // on a slow machine it tries fewer
+constexpr int kShortSeconds = 120;  // slow machines run fewer cases
 constexpr size_t kShortRuns = 1200;
-constexpr int kWindowEvery = 8;  // a run of the window takes that much longer than the others
+constexpr int kWindowEvery = 8;  // a run of the window takes about this many times as long
 const char* const kParts[] = {"objects", "vanishing", "cuts", "full-disk", "signals"};
 
 struct Options {
@@ -70,7 +70,7 @@ class Campaign {
         AddCases(variant, command);
       }
     }
-    // In random order, so that a campaign of any length has something of everything.
+    // In random order, so that a campaign of any length covers all parts.
     std::shuffle(m_cases.begin(), m_cases.end(), m_random);
   }
 

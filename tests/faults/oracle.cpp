@@ -44,7 +44,7 @@ class Judgement {
   }
   void Raise(Verdict::Outcome outcome) { m_verdict.outcome = std::max(m_verdict.outcome, outcome); }
 
-  /// A signal ended the process without its doing anything more: one that can't be caught, or isn't.
+  /// A signal ended the process immediately: one that can't be caught, or isn't.
   bool ByKill() const { return m_fault.effect == Fault::kSignal && m_run.process.nSignal != 0; }
 
   void CheckEnd() {
@@ -72,7 +72,7 @@ class Judgement {
           Defect("left behind in the backup: " + strPath);
         continue;
       }
-      // What the shim itself took away.
+      // Removed by the shim itself.
       const bool bInRun =
           m_fault.strPlan.rfind("remove", 0) == 0 || m_fault.strPlan.rfind("truncate", 0) == 0;
       if (bInRun && m_fault.strObject.rfind(strPath, 0) == 0) continue;
@@ -95,7 +95,7 @@ class Judgement {
     for (const auto& [strPath, strBytes] : m_run.products) {
       if (IsWhole(m_reference, m_run, strPath, m_strMaster, m_strBackup, m_variant.bEncrypted)) continue;
       const bool bPart = m_command != Command::Recover && strPath.find(".part") != std::string::npos;
-      if (bPart && ByKill()) continue;  // the name says that it is not whole
+      if (bPart && ByKill()) continue;  // the name marks it as incomplete
       Defect((ByKill() ? "partial file after a signal: " : "partial file: ") + strPath);
     }
   }

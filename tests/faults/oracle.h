@@ -4,10 +4,10 @@
 
 #include "tests/faults/reference.h"
 
-/// What became of a run.
+/// The outcome of a run.
 struct Verdict {
   enum Outcome {
-    kSame,      ///< the result is that of an undisturbed run
+    kSame,      ///< the result equals that of an undisturbed run
     kReported,  ///< what is missing from it was reported
     kByDesign,  ///< something is missing unreported, under one of the exceptions of docs/reliability.md
     kLost,      ///< anything else: a defect
@@ -23,5 +23,6 @@ struct Verdict {
 Verdict Judge(const Reference& reference, Command command, const Variant& variant, const Fault& fault,
               const Run& run, const std::string& strMaster, const std::string& strBackup);
 
-/// Judges a whole run of the same command after one that was ended: nothing may be missing from its result.
+/// Judges a complete run of the same command after an interrupted one: nothing may be missing from its
+/// result.
 Verdict JudgeRepetition(const Reference& reference, Command command, const Run& run);

@@ -43,7 +43,7 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
   _exit(127);
 }
 
-/// Waits for the end of a process. @return false when it doesn't come in time.
+/// Waits for the end of a process. @return false on timeout.
 bool WaitForEnd(pid_t nProcess, int nLimit) {
   const int nDescriptor = static_cast<int>(syscall(SYS_pidfd_open, nProcess, 0));
   if (nDescriptor == -1) throw std::runtime_error("pidfd_open failed");
@@ -58,7 +58,7 @@ bool WaitForEnd(pid_t nProcess, int nLimit) {
 }  // namespace
 
 ProcessResult RunProcess(const ProcessStart& start) {
-  // Processes whose parent was killed become children of this one, and are waited for.
+  // Orphaned processes become children of this one, which has to reap them.
   prctl(PR_SET_CHILD_SUBREAPER, 1);
   const std::string strOut = start.strFolder + ".stdout", strErr = start.strFolder + ".stderr";
   const pid_t nProcess = fork();

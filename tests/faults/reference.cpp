@@ -115,10 +115,10 @@ Reference MakeReference(Sandbox& sandbox, const Variant& variant, Command comman
       std::string(kCommandNames[static_cast<int>(command)]) + " of " + variant.pszName;
   const ProcessResult& first = reference.run.process;
   const bool bToolWithGaps =
-      command == Command::Tool && first.nExitStatus == 1;  // the sample lacks some files
+      command == Command::Tool && first.nExitStatus == 1;  // the sample lacks some files, so the tool fails
   if (first.bHung || first.nSignal != 0 || (first.nExitStatus != 0 && !bToolWithGaps))
     throw std::runtime_error(strWhat + " fails undisturbed: " + first.strErr);
-  // The workers of the tool report in no fixed order.
+  // The tool's workers report in arbitrary order.
   if (again.products != reference.run.products || again.process.strOut.size() != first.strOut.size() ||
       again.process.strErr.size() != first.strErr.size())
     throw std::runtime_error(strWhat + " differs from run to run");

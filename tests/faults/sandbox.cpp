@@ -19,7 +19,7 @@ namespace {
 
 constexpr char kPassword[] = "pw";
 constexpr char kWorkFolder[] = "/var/tmp/orvandel-";
-constexpr size_t kRandomPart = 6;  // of that name
+constexpr size_t kRandomPart = 6;  // random characters in the name
 constexpr size_t kStampLength = 14;
 
 std::vector<std::string> WithSize(std::vector<std::string> arguments) {
@@ -40,8 +40,8 @@ bool IsStamp(const std::string& strText, size_t nAt) {
   return strchr("-_/", strText[nAt - 1]) && strchr("./", strText[nAt + kStampLength]);
 }
 
-/// Puts the folders that are written to into memory, where the system lets this process: thousands of runs
-/// with a hundred files each are slow on a disk.
+/// Mounts a tmpfs for the folders that are written to, if permitted: thousands of runs with a hundred files
+/// each are slow on a disk.
 void KeepInMemory(const std::string& strRoot) {
   if (unshare(CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return;
   for (const std::string& strFolder : {std::string("/var/tmp"), strRoot})
@@ -103,7 +103,7 @@ Sandbox::Sandbox(const std::string& strRoot, const std::string& strPrograms)
     if (result.nExitStatus != 0 || result.nSignal != 0)
       throw std::runtime_error("orvandel-sample failed: " + result.strErr);
   }
-  // A sound backup beside the disturbed one.
+  // An intact backup beside the disturbed one.
   const std::string strInfo = BytesOf(Master(kVariants[0]) + "/Info.plist");
   WriteBytes(m_strRoot + "/backups/two/Info.plist", strInfo);
 }
@@ -128,7 +128,7 @@ std::vector<std::string> Sandbox::Arguments(const Variant& variant, Command comm
 
 std::map<std::string, std::string> Sandbox::Environment(Command command, const Fault& fault) const {
   std::string strWritable = m_strRoot + "/out:" + m_strRoot + "/work:" + kWorkFolder;
-  // The toolkit of the window keeps caches and settings.
+  // Caches and settings of Qt.
   if (command == Command::Window) strWritable += ":" + m_strRoot + "/home:" + m_strRoot + "/tmp";
   return {{"PATH", "/usr/bin:/bin"},
           {"LC_ALL", "C.UTF-8"},

@@ -20,16 +20,16 @@ enum class Command { Backups, Scan, ScanJson, Recover, Tool, Window };
 constexpr int kCommands = 6;
 extern const char* const kCommandNames[kCommands];
 
-/// Files by their paths below a folder, time stamps in names replaced by a word, with their bytes.
+/// Content of files by their paths below a folder; time stamps in names are replaced by a word.
 using Products = std::map<std::string, std::string>;
 
-/// A fault: what is done to the backup before a run, and to the calls of the program in it.
+/// A fault: changes to the backup before a run, and to system calls during it.
 struct Fault {
   enum Effect {
     kReplaced,    ///< something else is in the object's place
-    kUnreadable,  ///< the object can't be opened, or not be read to its end
-    kCut,         ///< the object is shorter than it was
-    kGone,        ///< the object is taken away during the run
+    kUnreadable,  ///< the object can't be opened or read to its end
+    kCut,         ///< the object is truncated
+    kGone,        ///< the object is removed during the run
     kDiskFull,
     kSignal,
   };
@@ -37,7 +37,7 @@ struct Fault {
   std::string strKind;  ///< the row of the table
   Effect effect = kReplaced;
   std::string strObject;  ///< path in the backup with a "/" in front; empty for none
-  std::string strDetail;  ///< for people
+  std::string strDetail;  ///< for display
   std::function<void(const std::string& strPath)> place;  ///< gets the object's full path; may be empty
   std::string strPlan;                                    ///< for the shim; empty for none
   bool bOfTool = false;  ///< the plan is for the decrypt tool that orvandel-cli starts
@@ -47,20 +47,20 @@ struct Counters {
   unsigned long nCalls = 0, nWrites = 0, nOpens = 0;
 };
 
-/// All that is known of a run.
+/// The observed result of a run.
 struct Run {
-  ProcessResult process;  ///< its texts without time stamps and names of private folders
+  ProcessResult process;  ///< its output without time stamps and names of private folders
   Products products;      ///< in the destination
   Counters counters;
   std::vector<std::string> outside;      ///< paths written elsewhere
-  std::vector<std::string> workFolders;  ///< private ones that were left
-  std::vector<std::string> changed;      ///< paths in the backup that are not as they were
+  std::vector<std::string> workFolders;  ///< private folders left behind
+  std::vector<std::string> changed;      ///< paths in the backup that were changed
 };
 
-/// The folders that the campaign works in. One run at a time.
+/// The working folders of the campaign. One run at a time.
 class Sandbox {
  public:
-  /// @param strRoot is emptied. @param strPrograms where the programs under test lie.
+  /// @param strRoot is emptied. @param strPrograms folder of the programs under test.
   Sandbox(const std::string& strRoot, const std::string& strPrograms);
 
   const std::string& Root() const { return m_strRoot; }
@@ -69,10 +69,10 @@ class Sandbox {
   std::string Master(const Variant& variant) const { return m_strRoot + "/master/" + variant.pszName; }
 
   /// Runs a command over a fresh copy of the variant's backup.
-  /// @param bKeepDestination leaves what the run before has written there.
+  /// @param bKeepDestination keeps what the previous run has written there.
   Run Execute(const Variant& variant, Command command, const Fault& fault, bool bKeepDestination = false);
 
-  /// The command line of a command, to repeat it by hand.
+  /// The command line of a command, to reproduce it by hand.
   std::vector<std::string> Arguments(const Variant& variant, Command command) const;
 
  private:

@@ -9,7 +9,7 @@
 /// Counts the verdicts, and prints them as the tables of docs/reliability.md.
 class Table {
  public:
-  /// Prints a run with a defect at once.
+  /// Adds a run, and prints it immediately if it has a defect.
   void Add(const Case& one, const Verdict& verdict);
   void Print() const;
   bool HasDefects() const { return m_nDefects != 0; }

@@ -16,8 +16,8 @@ void CopyTree(const std::string& strFrom, const std::string& strTo);
 /// Makes a folder that is empty.
 void MakeEmptyFolder(const std::string& strPath);
 
-/// All that a user could see of a folder's content: for each name below it the kind, mode, time of change
-/// and bytes, or the target of a link. The folder itself has an empty name.
+/// The observable state of a folder: for each path below it the kind, mode, modification time and content, or
+/// the target of a link. The folder itself has an empty path.
 std::map<std::string, std::string> TreeState(const std::string& strFolder);
 
 /// Regular files below a folder with their bytes, by their paths below it.

@@ -18,7 +18,7 @@ namespace {
 
 std::string g_strBackupRoot, g_strWorkFolder;
 
-/// The recovery's dialog stays until somebody closes it.
+/// Closes the recovery's dialog, which stays open until then.
 void CloseWhenFinished() {
   QWidget* pDialog = QApplication::activeModalWidget();
   const auto* pButton = pDialog ? pDialog->findChild<QPushButton*>("Cancel") : nullptr;
@@ -37,7 +37,7 @@ std::string ProgramFolder() {
   return ToNarrow(QCoreApplication::applicationDirPath()) + "/";
 }
 
-/// Does what the clicks of a user would lead to.
+/// Calls what a user's clicks would trigger.
 class WindowAccess {
  public:
   static void SetPassword(DRUI& window, const QString& qstrPassword) {

@@ -24,7 +24,7 @@ class BackupTable : public WindowTest {
     WriteFile(BackupPath(strName) + "/" + qstrStore.toStdString(), std::string(600, 'x'));
   }
 
-  /// The picture of a cell, as it is painted.
+  /// The icon of a cell, as painted.
   static QImage IconOf(const QTableWidgetItem* pItem) { return pItem->icon().pixmap(32, 32).toImage(); }
   static QImage Icon(const char* pszResource) { return QIcon(pszResource).pixmap(32, 32).toImage(); }
 };

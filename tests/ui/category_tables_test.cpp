@@ -61,7 +61,7 @@ class CategoryTables : public WindowTest, public testing::WithParamInterface<Tab
 TEST_P(CategoryTables, HaveTheirHeadersWidthsAndMinimumSizes) {
   Open();
 
-  // The last column stretches as the table is laid out, so a fresh one is looked at.
+  // A new table, because the last column stretches once the table is laid out.
   const std::unique_ptr<QTableWidget> pTable((Window().*GetParam().pfnCreate)());
   std::vector<std::pair<std::string, int>> columns;
   pTable->horizontalHeader()->setStretchLastSection(false);

@@ -135,7 +135,7 @@ TEST_F(CategoryTree, ANodeWithoutRecordsShowsAnEmptyPageAndNoPreview) {
   WriteEmptyBackup("one");
   Open();
   ScanBackup();
-  // Marks that go if anything is previewed, an empty record too.
+  // Markers that any preview would replace, even of an empty record.
   for (const Case& one : cases) {
     if (!one.pszPreview) continue;
     if (auto* pLabel = Window().findChild<QLabel*>(one.pszPreview))

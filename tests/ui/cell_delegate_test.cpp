@@ -13,7 +13,7 @@ namespace {
 constexpr int kHugeText = 1024 * 1024;
 constexpr int kRepaints = 5;
 constexpr int kColumnWidth = 150;
-// A repaint that lays out the whole text takes several hundred times that of a short one.
+// A repaint that lays out the whole text takes several hundred times as long as one of a short text.
 constexpr qint64 kMostTimes = 20;
 constexpr qint64 kSlack = 20 * 1000 * 1000;  // nanoseconds
 
@@ -22,7 +22,7 @@ QString Words(int nUnits) {
   return qstrWords.repeated(nUnits / qstrWords.size() + 1).left(nUnits);
 }
 
-/// Time of the quickest of several repaints, in nanoseconds.
+/// Time of the fastest of several repaints, in nanoseconds.
 qint64 TimeOfRepaint(QTableWidget* pTable) {
   qint64 nQuickest = std::numeric_limits<qint64>::max();
   for (int i = 0; i < kRepaints; ++i) {
@@ -49,7 +49,7 @@ QImage Picture(QTableWidget* pTable) {
 
 class CellDelegateTest : public WindowTest {
  protected:
-  /// A table of its own with the delegate, or with Qt's.
+  /// A table with the delegate, or with Qt's.
   static std::unique_ptr<QTableWidget> MakeTable(bool bWithDelegate,
                                                  Qt::TextElideMode nElide = Qt::ElideRight) {
     auto pTable = std::make_unique<QTableWidget>(0, 2);

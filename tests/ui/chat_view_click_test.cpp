@@ -1,4 +1,4 @@
-// Clicks on what strangers put into a chat.
+// Clicks on untrusted content in a chat.
 
 #include "tests/ui/chat_view_hostile.h"
 

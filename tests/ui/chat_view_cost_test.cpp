@@ -1,4 +1,4 @@
-// Chats and texts that are made to take time or memory without an end.
+// Chats and texts designed to take unbounded time or memory.
 
 #include <QElapsedTimer>
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int kMostSeconds = 20;  // until a text that is made to hang counts as hanging
+constexpr int kMostSeconds = 20;  // timeout for texts designed to hang
 
 std::string Repeated(const std::string& strPart, int nTimes) {
   std::string strText;
@@ -37,7 +37,7 @@ TEST_P(ChatCost, OfMarkupIsBounded) {
   EXPECT_EQ(std::vector<std::string>({Sent("Me<br>normal")}), BubblesOf(Messages()));
 }
 
-/// Drawings that name one another, ten times at each of some levels.
+/// Nested SVG references, ten at each level.
 std::string Multiplied(int nLevels) {
   std::string strText = "<svg><defs><g id='g0'><rect width='1' height='1'/></g>";
   for (int i = 1; i <= nLevels; ++i)
@@ -104,7 +104,7 @@ TEST_F(ChatLength, LargeTextsCountByTheirLength) {
 
   EXPECT_LT(Seconds([&] { SelectNode(4); }), 30);
 
-  // Each has besides its text the name, the line and what a bubble counts: 31 of them fit and 32 don't.
+  // Besides its text, each counts its name, the line break and the bubble's cost: 31 fit and 32 don't.
   EXPECT_EQ(31u, BubblesOf(Messages()).size());
 }
 

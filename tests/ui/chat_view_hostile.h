@@ -5,7 +5,7 @@
 #include "tests/ui/preview_fixture.h"
 #include "tests/ui/url_recorder.h"
 
-/// Takes note of each window that comes up while the object lives, and closes dialogs that would wait.
+/// Records every window shown during the object's lifetime, and closes modal dialogs.
 class WindowWatch : public QObject {
  public:
   WindowWatch();
@@ -19,7 +19,7 @@ class WindowWatch : public QObject {
   std::vector<std::string> m_shown;
 };
 
-/// Takes note of each opening of a file, by anybody. Tells nothing where the system can't.
+/// Records every open of a file by any process. Records nothing if the system doesn't support it.
 class FileWatch {
  public:
   explicit FileWatch(const std::string& strPath);
@@ -33,21 +33,18 @@ class FileWatch {
   int m_nHandle = -1;
 };
 
-/// Tests of texts that mean harm: whatever they say, nothing is reached, asked or opened, and what comes
-/// after them is shown.
+/// Tests of hostile texts: they must not cause requests, dialogs or windows, and later content must be shown.
 class ChatHostileTest : public PreviewTest {
  protected:
   ChatHostileTest();
 
-  /// A text with the addresses of the test in place of HTTP, WS and FILE.
+  /// Replaces HTTP, WS and FILE in a text by the test's addresses.
   std::string Filled(std::string strText) const;
-  /// Selects a text as a message and as a chat, in a fresh window. As ever, no view is shown.
-  void SelectHostile(const std::string& strText);
-  /// The same, with the views' engines started.
+  /// Shows a text as a message and optionally as a chat, in a new window.
   void ShowHostile(const std::string& strText);
-  /// Clicks on the element "go" of a view. Hidden as it is, it takes the events.
+  /// Clicks the element "go" of a view, which accepts events although it is hidden.
   void ClickGo(ChatView* pView);
-  /// Shows another conversation and another chat, which stand as if nothing had been.
+  /// Shows another conversation and another chat, and expects them to be unaffected.
   void ExpectGoesOn();
   void ExpectNothingHappened();
 

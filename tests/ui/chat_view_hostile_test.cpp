@@ -1,4 +1,4 @@
-// Texts that mean harm, through the window.
+// Hostile texts in the window.
 
 #include "tests/ui/chat_view_hostile.h"
 
@@ -22,7 +22,7 @@ TEST_P(ChatHostile, DoesNothingAndTheNextIsShown) {
   ExpectNothingHappened();
 }
 
-// Out of the script's string.
+// Escapes from the script's string.
 INSTANTIATE_TEST_SUITE_P(Scripts, ChatHostile,
                          testing::ValuesIn(std::vector<HostileText>{
                              {"Alert", R"(");alert('x');(")"},
@@ -131,7 +131,7 @@ INSTANTIATE_TEST_SUITE_P(
     }),
     NameOf<HostileText>);
 
-// Markup that gets in the way of what comes after it.
+// Markup that could hide later content.
 INSTANTIATE_TEST_SUITE_P(
     Markup, ChatHostile,
     testing::ValuesIn(std::vector<HostileText>{

@@ -1,4 +1,4 @@
-// The view by itself.
+// The view on its own.
 
 #include "ui/chat_view.h"
 
@@ -17,7 +17,7 @@ class ChatViewTest : public PreviewTest {
  protected:
   ~ChatViewTest() override { QDir::setCurrent(m_qstrFolder); }
 
-  /// Where the program looks for its pages by name.
+  /// The folder in which the program looks for its pages.
   void EnterFolder(const std::string& strFolder) {
     ASSERT_TRUE(QDir::setCurrent(QString::fromStdString(strFolder)));
   }

@@ -68,7 +68,7 @@ TEST_F(CheckBoxSet, PartlyTickedOnesMakeTheBoxForAllPartlyTicked) {
 }
 
 TEST_F(CheckBoxSet, AClickThatLeadsToPartlyTickedTicksTheBoxForAll) {
-  m_all.click();  // from unticked to partly ticked, on a box with three states
+  m_all.click();  // from unticked to partly ticked, on a tri-state box
 
   EXPECT_EQ(Qt::Checked, m_all.checkState());
   ExpectButton(true);
@@ -76,7 +76,7 @@ TEST_F(CheckBoxSet, AClickThatLeadsToPartlyTickedTicksTheBoxForAll) {
 
 TEST_F(CheckBoxSet, AClickIsAClickAgainAfterTheSixHaveMadeAPart) {
   m_six[1].setChecked(true);
-  m_six[2].setChecked(true);  // partly ticked already: no change that could be handled
+  m_six[2].setChecked(true);  // already partly ticked, so there is no signal
   ASSERT_EQ(Qt::PartiallyChecked, m_all.checkState());
   m_all.click();
   ASSERT_EQ(Qt::Checked, m_all.checkState());

@@ -47,7 +47,7 @@ TEST_F(DataScreen, HasItsTwelvePagesInOrder) {
   }
 }
 
-// Picture and table have fixed sizes, and the page is lower than both.
+// Picture and table have fixed sizes, and the page is less high than both together.
 TEST_F(DataScreen, TableOfThePhotoStreamCoversSeventeenPixelsOfItsPicture) {
   OpenDataScreen();
 

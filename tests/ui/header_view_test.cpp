@@ -61,7 +61,7 @@ TEST_F(HeaderView, APressOnItsSectionReachesThePlainHeaderToo) {
   EXPECT_EQ(1, presses[0][0].toInt());
 }
 
-/// Gives the painting of a section to a test.
+/// Makes the painting of a section accessible.
 class PaintedHeader : public CCheckBoxHeaderView {
  public:
   using CCheckBoxHeaderView::CCheckBoxHeaderView;

@@ -9,7 +9,7 @@ namespace {
 
 class Menu : public WindowTest {
  protected:
-  /// A third of a button's picture is cut away by the division.
+  /// Size of a button: that of its picture divided by 1.3, truncated.
   static QSize ButtonSize() {
     const QPixmap picture(":/image/help.png");
     return QSize(static_cast<int>(picture.width() / 1.3), static_cast<int>(picture.height() / 1.3));

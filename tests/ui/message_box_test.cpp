@@ -17,7 +17,7 @@ constexpr char kQuestion[] = "Are you sure to cancel the scanning?";
 
 class MessageBox : public testing::Test {
  protected:
-  /// Shows the box modally, does something with it, and gives its answer.
+  /// Runs the box modally with an action. @return its answer.
   int Answer(const std::function<void(QWidget*)>& action) {
     ModalSteps steps;
     steps.Then("CMessageBox", action);

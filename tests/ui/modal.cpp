@@ -10,8 +10,8 @@
 #include <cstdlib>
 
 namespace {
-constexpr int kInterval = 2;   // milliseconds from look to look
-constexpr int kLooks = 30000;  // until a dialog is given up
+constexpr int kInterval = 2;   // polling interval in milliseconds
+constexpr int kLooks = 30000;  // polls until the timeout
 }  // namespace
 
 ModalSteps::~ModalSteps() {
@@ -49,12 +49,12 @@ void ModalSteps::Look() {
     const std::function<void(QWidget*)> action = first.action;
     m_steps.pop_front();
     m_nWaited = 0;
-    Arm();  // before the action, which may bring up the next dialog and return after that alone
+    Arm();  // before the action, which may open the next dialog and return only after it
     action(pDialog);
     return;
   }
   if (++m_nWaited > kLooks) {
-    // The loop of the dialog that is there instead would never end.
+    // The event loop of the dialog that is open instead would never end.
     std::fprintf(stderr, "no %s came up\n", first.strClass.c_str());
     std::abort();
   }

@@ -6,12 +6,12 @@
 #include <list>
 #include <string>
 
-/// Acts on modal dialogs while the test sits in their event loops: one step after the other, each as soon as
-/// a dialog of its class is the one on top. A dialog that doesn't come in time ends the process.
+/// Operates modal dialogs while the test is blocked in their event loops: one step after the other, each as
+/// soon as a dialog of its class is active. If a dialog doesn't appear in time, the process is terminated.
 class ModalSteps {
  public:
   ModalSteps() = default;
-  /// Fails the test when a step is left.
+  /// Fails the test if a step is left.
   ~ModalSteps();
   ModalSteps(const ModalSteps&) = delete;
   ModalSteps& operator=(const ModalSteps&) = delete;
@@ -45,6 +45,6 @@ void Click(QWidget* pWidget);
 /// A left click at a place of a widget.
 void Click(QWidget* pWidget, const QPoint& place);
 
-/// Waits until a condition holds, without an event loop's being needed by it. Events are served.
-/// @return false when it doesn't in time.
+/// Waits until a condition holds, processing events meanwhile.
+/// @return false on timeout.
 bool WaitFor(const std::function<bool()>& condition, int nMilliseconds = 30000);

@@ -113,7 +113,7 @@ TEST_F(PreviewMessages, MarkupAndEscapesAreInterpreted) {
       {"Gr\xc3\xbc\xc3\x9f \xe2\x82\xac \xf0\x9f\x98\x80",
        "Gr\xc3\xbc\xc3\x9f \xe2\x82\xac \xf0\x9f\x98\x80"},
       {"a\tb", "a\tb"},
-      {"a \\\nb", "a b"},  // a line goes on after a backslash
+      {"a \\\nb", "a b"},  // a backslash continues the line
       {"", ""},
   };
   std::vector<__MESSAGE_INFO__> messages;
@@ -268,7 +268,7 @@ TEST_F(PreviewWhatsApp, AFreshDataScreenStartsFromEmptyViews) {
         << pszName;
 }
 
-// The press selects the node, and the click then comes to a node that is selected: the view gets the chat
+// The press selects the node, and the click then is on a selected node, so the chat is added to the view
 // twice.
 TEST_F(PreviewWhatsApp, AClickOnTheNodeAddsTheFirstChatTwice) {
   OpenDataScreen();

@@ -1,4 +1,4 @@
-// Files that are no whole pictures, or no files at all.
+// Damaged pictures, and paths that aren't regular files.
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,7 +17,7 @@ class PreviewDamage : public PreviewTest {
  protected:
   PreviewDamage() : m_strGood(WritePicture("good.png", {20, 30})) {}
 
-  /// Shows a file, and a good picture after it. @return what was on view of the file.
+  /// Shows a file, then a valid picture. @return the size shown for the file.
   QSize ShowThenGood(const std::string& strPath) {
     ShowFiles(Camera(), {strPath, m_strGood});
     const QSize shown = Shown(Camera());
@@ -61,7 +61,7 @@ TEST_F(PreviewDamage, AFileWithoutRightsIsBlank) {
 }
 
 TEST_F(PreviewDamage, RandomBytesBehindTheHeadOfAPictureDoNoHarm) {
-  ExpectQtWarning(".");  // the readers tell of what they meet
+  ExpectQtWarning(".");  // the readers warn about damage
   std::minstd_rand random(11);
   const std::vector<std::string> heads = {
       std::string("\x89PNG\r\n\x1a\n", 8),
@@ -86,7 +86,7 @@ TEST_F(PreviewDamage, RandomBytesBehindTheHeadOfAPictureDoNoHarm) {
 struct DamagedPicture {
   const char* pszName;
   const char* pszEnding;
-  bool bWarns;  ///< whether its reader tells of damage by a Qt warning
+  bool bWarns;  ///< whether its reader reports damage by a Qt warning
 };
 
 void PrintTo(const DamagedPicture& one, std::ostream* pStream) {
@@ -98,7 +98,7 @@ class PreviewDamaged : public PreviewDamage, public testing::WithParamInterface<
   std::string Whole() {
     return ReadFile(WritePicture(std::string("whole") + GetParam().pszEnding, {90, 60}));
   }
-  /// What a reader can't make a picture of is blank, and else it has the size that its head tells.
+  /// A picture that can't be decoded is blank; otherwise it has the size in its header.
   void ExpectBlankOrWhole(const std::string& strBytes, const std::string& strWhat) {
     const QSize shown = ShowThenGood(m_folder.Write(std::string("damaged") + GetParam().pszEnding, strBytes));
     EXPECT_TRUE(shown == QSize(0, 0) || shown == QSize(90, 60))

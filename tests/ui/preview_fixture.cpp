@@ -34,7 +34,7 @@ Deadline::~Deadline() {
 ChatEngine& EngineOf(ChatView* pView) {
   const bool bHidden = pView->isHidden();
   pView->setVisible(true);
-  if (!pView->Engine()) {  // on a page that isn't on view
+  if (!pView->Engine()) {  // on a hidden page
     QShowEvent event;
     QCoreApplication::sendEvent(pView, &event);
   }
@@ -45,7 +45,7 @@ ChatEngine& EngineOf(ChatView* pView) {
 }
 
 QVariant Ask(ChatView* pView, const QString& qstrScript) {
-  // The answer may come after the wait has been given up.
+  // The answer may arrive after the timeout.
   struct Answer {
     bool bThere = false;
     QVariant value;

@@ -1,4 +1,4 @@
-// Icons: their directory gives sizes up to 256, the pictures in them may have any.
+// Icons: sizes in their directory are at most 256, the pictures themselves may have any.
 #include <QBuffer>
 #include <QElapsedTimer>
 #include <QImageWriter>
@@ -39,20 +39,20 @@ std::string Encoded(const QImage& image, const char* pszFormat) {
   return bytes.toStdString();
 }
 
-/// A PNG whose header claims another size. Nothing but the header is good.
+/// A PNG whose header claims another size. Only the header is valid.
 std::string PngHead(quint32 nWidth, quint32 nHeight, char nDepth = 8) {
   std::string strBytes = Encoded(Colourful({8, 8}), "png");
   return strBytes.replace(16, 9, BigEndian(nWidth) + BigEndian(nHeight) + nDepth);
 }
 
-/// A good PNG of more pixels than are decoded, in a few bytes.
+/// A valid PNG of a few bytes with more pixels than are decoded.
 std::string GreatPng() {
   QImage image(8000, 8000, QImage::Format_Mono);
   image.fill(0);
   return Encoded(image, "png");
 }
 
-/// The bitmap of an icon, of 32 bits, with a head of any size and a few pixels.
+/// A 32-bit icon bitmap with any size in its header and a few pixels.
 std::string Bitmap(qint32 nWidth, qint32 nHeight) {
   return LittleEndian(quint32(40)) + LittleEndian(nWidth) + LittleEndian(nHeight) + LittleEndian(quint16(1)) +
          LittleEndian(quint16(32)) + std::string(24, '\0') + std::string(16 * 16 * 4 + 16 * 4, '\x7f');
@@ -72,7 +72,7 @@ std::string Directory(const std::vector<Entry>& entries, quint16 nCount) {
   return strBytes;
 }
 
-/// An icon of pictures one behind the other.
+/// An icon file with consecutive pictures.
 std::string Icon(const std::vector<std::string>& pictures, uchar nSize = 0) {
   std::vector<Entry> entries;
   std::string strPictures;

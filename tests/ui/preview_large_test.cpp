@@ -1,4 +1,4 @@
-// Pictures that are large, or say so in their head: neither memory nor time follows what they claim.
+// Pictures that are large or claim to be: neither memory nor time may depend on the claimed size.
 
 #include <QBuffer>
 #include <QElapsedTimer>
@@ -14,10 +14,10 @@ const PictureCategory& Camera() {
   return kPictureCategories[0];
 }
 
-constexpr qint64 kMostGrowth = 600LL * 1024;  // KB that showing one picture may add at its peak
+constexpr qint64 kMostGrowth = 600LL * 1024;  // peak memory increase for one picture, in KB
 constexpr double kMostSeconds = 10;
 
-/// A value of the process's status, in KB; -1 where the system has none.
+/// A value of /proc/self/status, in KB; -1 if not available.
 qint64 StatusOf(const std::string& strKey) {
   std::ifstream status("/proc/self/status");
   for (std::string strLine; std::getline(status, strLine);)
@@ -25,11 +25,11 @@ qint64 StatusOf(const std::string& strKey) {
   return -1;
 }
 
-/// The most memory that the process takes while the object lives, above what it had.
+/// Measures the peak memory increase of the process during the object's lifetime.
 class PeakWatch {
  public:
   PeakWatch() {
-    std::ofstream("/proc/self/clear_refs") << 5 << std::flush;  // sets the peak back
+    std::ofstream("/proc/self/clear_refs") << 5 << std::flush;  // resets the peak
     m_nBegin = StatusOf("VmRSS");
   }
   qint64 Growth() const { return StatusOf("VmHWM") - m_nBegin; }
@@ -75,7 +75,8 @@ std::string Png(int nWidth, int nHeight, int nDepth, int nColourType, bool bInte
   std::string strData;
   if (bWhole) {
     const QByteArray packed = qCompress(QByteArray(static_cast<int>(nBytes), '\0'), 1);
-    strData.assign(packed.constData() + 4, static_cast<size_t>(packed.size() - 4));  // behind Qt's own length
+    strData.assign(packed.constData() + 4,
+                   static_cast<size_t>(packed.size() - 4));  // without Qt's length prefix
   }
   const std::string strHead = BigEndian(static_cast<quint32>(nWidth)) +
                               BigEndian(static_cast<quint32>(nHeight)) + static_cast<char>(nDepth) +
@@ -95,7 +96,7 @@ std::string Encoded(const char* pszFormat, const QSize& size, bool bProgressive 
   return bytes.toStdString();
 }
 
-/// A small JPEG whose head tells of another size.
+/// A small JPEG whose header claims another size.
 std::string JpegHead(quint16 nWidth, quint16 nHeight, bool bProgressive) {
   std::string strBytes = Encoded("jpg", {64, 64}, bProgressive);
   const size_t nFrame = strBytes.find(bProgressive ? "\xff\xc2" : "\xff\xc0");
@@ -103,7 +104,7 @@ std::string JpegHead(quint16 nWidth, quint16 nHeight, bool bProgressive) {
   return strBytes.replace(nFrame + 5, 4, BigEndian(nHeight) + BigEndian(nWidth));
 }
 
-/// A small BMP whose head tells of another size.
+/// A small BMP whose header claims another size.
 std::string BmpHead(qint32 nWidth, qint32 nHeight) {
   return Encoded("bmp", {64, 64}).replace(18, 8, LittleEndian(nWidth) + LittleEndian(nHeight));
 }
@@ -114,7 +115,7 @@ std::string GifHead(quint16 nScreen, quint16 nPicture) {
          LittleEndian(nPicture) + std::string("\0\2\2\x4c\1\0;", 7);
 }
 
-/// An icon, which says of itself that it is small, around another picture.
+/// An icon that claims to be small, containing another picture.
 std::string Icon(uchar nSize, const std::string& strPicture) {
   return std::string("\0\0\1\0\1\0", 6) + static_cast<char>(nSize) + static_cast<char>(nSize) +
          std::string("\0\0\1\0\x20\0", 6) + LittleEndian(static_cast<quint32>(strPicture.size())) +
@@ -124,8 +125,8 @@ std::string Icon(uchar nSize, const std::string& strPicture) {
 struct LargePicture {
   const char* pszName;
   std::string (*pfnBytes)();
-  bool bBlank;  ///< whether nothing may be shown; else it is shown scaled
-  bool bWarns;  ///< whether the reader tells that something is missing
+  bool bBlank;  ///< whether the preview must be blank; otherwise the picture is scaled
+  bool bWarns;  ///< whether the reader warns about missing data
 };
 
 void PrintTo(const LargePicture& one, std::ostream* pStream) {
@@ -205,8 +206,8 @@ const std::vector<LargePicture> kLargePictures = {
 };
 INSTANTIATE_TEST_SUITE_P(Of, PreviewLarge, testing::ValuesIn(kLargePictures), NameOf<LargePicture>);
 
-// What the reader of the format decodes whole before it scales, or holds twice. Blank or not, it has its
-// bound.
+// Formats whose reader decodes at full size before scaling, or needs two copies. Memory is bounded in any
+// case.
 class PreviewLargeDecoded : public PreviewTest, public testing::WithParamInterface<LargePicture> {};
 
 TEST_P(PreviewLargeDecoded, StaysWithinBounds) {

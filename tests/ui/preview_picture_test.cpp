@@ -1,4 +1,4 @@
-// What the six categories of files show above their tables.
+// The previews above the tables of the six file categories.
 #include <unistd.h>
 
 #include "tests/ui/preview_fixture.h"
@@ -30,7 +30,7 @@ TEST_P(PreviewPicture, WiderIsScaledIntoTheArea) {
   const std::vector<Case> cases = {
       {{701, 1000}, {210, 300}, {140, 200}}, {{1500, 600}, {750, 300}, {500, 200}},
       {{3000, 300}, {750, 75}, {700, 70}},   {{1400, 400}, {750, 214}, {700, 200}},
-      {{701, 10}, {750, 10}, {700, 9}},  // the area is wider than that, so that it may grow
+      {{701, 10}, {750, 10}, {700, 9}},  // the area is wider, so the picture may be enlarged
       {{800, 8000}, {30, 300}, {20, 200}},
   };
   for (const Case& one : cases) {
@@ -71,7 +71,7 @@ TEST_P(PreviewPicture, LabelKeepsItsSizeAndCentresWhatItShows) {
     EXPECT_EQ(GetParam().labelSize, pLabel->size()) << paths[static_cast<size_t>(nRow)];
     EXPECT_EQ(GetParam().labelSize, pLabel->minimumSize());
     EXPECT_EQ(GetParam().labelSize, pLabel->maximumSize());
-    if (nRow != 2) {  // the wide one has no alignment of its own
+    if (nRow != 2) {  // the alignment isn't set for a scaled one
       EXPECT_EQ(Qt::AlignCenter, pLabel->alignment()) << paths[static_cast<size_t>(nRow)];
     }
   }
@@ -187,7 +187,7 @@ TEST_P(PreviewPicture, NoOtherLabelChanges) {
   }
 }
 
-// Pictures of up to eight million pixels are read whole, whatever their format can do.
+// Pictures of up to eight million pixels are decoded at full size in every format.
 class PreviewLargestWhole : public PreviewTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(PreviewLargestWhole, IsScaledBySinglePixelsToo) {

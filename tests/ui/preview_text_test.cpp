@@ -14,7 +14,7 @@ TEST_F(PreviewText, ContactShowsWhatIsThere) {
   struct Case {
     const char *pszCompany, *pszAddress, *pszUrl, *pszEmail, *pszText;
   };
-  // A company shows the phone once more.
+  // A company shows the phone number again.
   const std::vector<Case> cases = {
       {"", "", "", "", "Ann\n123"},
       {"Firm", "", "", "", "Ann\n123\n123"},
@@ -158,7 +158,7 @@ TEST_F(PreviewText, NoItemPreviewsNothing) {
   EXPECT_EQ(strBody, BodyOf(Messages()));
 }
 
-// The rows of the app tables have no record, so that the branch of the category before gets an empty one.
+// Rows of the app tables have no record, so the previous category's preview gets an empty one.
 
 class PreviewAppRow : public PreviewTest, public testing::WithParamInterface<AppCategory> {
  protected:
@@ -192,7 +192,7 @@ TEST_P(PreviewAppRow, WritesTheTextOfAnEmptyRecord) {
 
   ClickAppAfter(6);
   ClickNode(8);
-  ClickNode(6);  // leaves the app table, so that the next click selects a row anew
+  ClickNode(6);  // leaves the app table, so the next click changes the selection
   Table(GetParam().pszTable)->clearSelection();
   ClickAppAfter(8);
 

@@ -1,4 +1,4 @@
-// Presses in the file list of an app, which go up to the app's row and on to the node.
+// Presses in the file list of an app, which propagate to the app's row and the node.
 
 #include "tests/ui/selection_fixture.h"
 
@@ -10,7 +10,7 @@ class SelectionAppFiles : public SelectionTest, public testing::WithParamInterfa
   int Other() const { return 5 - Number(); }
   QTableWidget* Apps() { return Table(GetParam().pszTable); }
   AppSelectionMap& Map() { return AppSelection(Number()); }
-  /// Opens the list of an app without a press on the app's row before.
+  /// Opens the list of an app without a preceding press on the app's row.
   void OpenUnpressed(int nRow) {
     (Window().*GetParam().pfnOpen)(nRow, 0);
     QCoreApplication::processEvents();
@@ -155,11 +155,11 @@ TEST_P(SelectionAppFiles, APartlyTickedFileCountsForNeitherEndOfItsApp) {
   DoubleClickRow(Apps(), 0, 0);
   SetState(Files(), 0, kPart);
 
-  // With no file unticked, the app is whole.
+  // With no file unticked, the app is ticked.
   ClickRow(Files(), 2);
   EXPECT_EQ(std::vector<int>({2, 2, 2}), States(Apps()));
 
-  // With no file wholly ticked, it isn't ticked at all.
+  // With no file fully ticked, it isn't ticked.
   SetState(Files(), 1, kUnticked);
   ClickRowBox(Files(), 2);
   EXPECT_EQ(std::vector<int>({0, 2, 2}), States(Apps()));

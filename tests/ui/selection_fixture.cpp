@@ -104,7 +104,7 @@ bool SelectionTest::RecoveryIsOn() {
 
 void SelectionTest::DoubleClickRow(QTableWidget* pTable, int nRow, int nColumn, bool bOnBox) {
   bOnBox ? ClickRowBox(pTable, nRow, nColumn) : ClickRow(pTable, nRow, nColumn);
-  // Where the second press goes within the cell makes no difference.
+  // The position of the second press within the cell doesn't matter.
   const QPoint place = pTable->visualItemRect(pTable->item(nRow, nColumn)).center();
   QTest::mouseDClick(pTable->viewport(), Qt::LeftButton, Qt::NoModifier, place);
   QTest::mouseRelease(pTable->viewport(), Qt::LeftButton, Qt::NoModifier, place);

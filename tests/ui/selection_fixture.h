@@ -1,16 +1,16 @@
 #pragma once
 #include "tests/ui/window_fixture.h"
 
-/// A category whose rows are ticked one by one, and what its rows of SelectionTest come to.
+/// A category whose rows are ticked individually, with the expectations for its rows in SelectionTest.
 struct PlainCategory {
   int nNumber;
   const char* pszName;
   const char* pszTable;
   void (DRUI::*pfnPress)(int nRow, int nColumn);
   SelectionMap whole;         ///< with all rows ticked
-  const char* pszWholeSize;   ///< of all rows, as the line has it
+  const char* pszWholeSize;   ///< of all rows, as shown in the line
   const char* pszMiddleGone;  ///< without row 1
-  SelectionMap untickedNode;  ///< what the node's untick leaves of the whole
+  SelectionMap untickedNode;  ///< the map after unticking the node
 };
 
 inline void PrintTo(const PlainCategory& one, std::ostream* pStream) {
@@ -36,8 +36,7 @@ inline void PrintTo(const AppCategory& one, std::ostream* pStream) {
 /// The two of them.
 extern const std::vector<AppCategory> kAppCategories;
 
-/// Tests of ticks: a data screen over three records of each category, and three apps in each of the two
-/// categories of apps.
+/// Tests of ticks: a data screen with three records of each category, and three apps in both app categories.
 class SelectionTest : public WindowTest {
  protected:
   static constexpr int kUnticked = 0;
@@ -46,13 +45,13 @@ class SelectionTest : public WindowTest {
 
   /// All tables empty and all nodes unticked, until a node is selected.
   DRUI& OpenFilled();
-  /// As a scan leaves the screen: all nodes and rows ticked, and no node selected.
+  /// The state after a scan: all nodes and rows ticked, and no node selected.
   DRUI& OpenScanned();
-  /// Puts the records where a scan puts them.
+  /// Fills the records, as a scan does.
   void PutRecords();
-  /// Ticks a node and brings its table in line with it, as a scan does.
+  /// Ticks a node and updates its table, as a scan does.
   void TickNode(int nCategory) { SetNode(nCategory, kTicked); }
-  /// Brings a node's table in line with a state of the node, without showing it.
+  /// Updates a node's table to a state of the node, without showing it.
   void SetNode(int nCategory, int nState);
 
   BackupRecords& Records() { return WindowAccess::Records(*m_pWindow); }
@@ -67,7 +66,7 @@ class SelectionTest : public WindowTest {
   QTableWidget* Files() { return Table("m_pAppsTable"); }
   bool RecoveryIsOn();
 
-  /// As a double click comes to a table: a click, and the second press and release.
+  /// The events of a double click: a click, then the second press and release.
   void DoubleClickRow(QTableWidget* pTable, int nRow, int nColumn, bool bOnBox = false);
 };
 

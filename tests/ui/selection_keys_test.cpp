@@ -1,4 +1,4 @@
-// Ticks by the space key: they reach the map, the node and the line like a click.
+// Ticks by the space key: they update the map, the node and the line like a click.
 
 #include <QTest>
 
@@ -8,7 +8,7 @@ namespace {
 
 class SelectionKeys : public SelectionTest {
  protected:
-  /// Brings the keyboard to a cell, and presses the space key.
+  /// Gives a cell the keyboard focus, and presses the space key.
   static void PressSpace(QTableWidget* pTable, int nRow, int nColumn = 0) {
     pTable->setFocus();
     pTable->setCurrentCell(nRow, nColumn);

@@ -1,4 +1,4 @@
-// The rule for a tree with levels, which holds for one of any depth.
+// The tick rule for trees of any depth.
 
 #include <QTreeWidget>
 
@@ -150,8 +150,8 @@ TEST_F(SelectionLevels, TheOlderFormLeavesTheItemOfEachLevelOut) {
     int nBeside;  // state of a child of the top beside the item's parent
     int nMiddle, nRoot;
   };
-  // Beside the item, the parent has one ticked child, so that it gets a tick. Of that its own parent hears
-  // only with a count.
+  // Besides the item, the parent has a ticked child, so it becomes ticked. That affects its own parent only
+  // with a count.
   const Case cases[] = {{0, 0, 2, 0}, {0, 2, 2, 2}, {1, 0, 2, 2}, {1, 1, 2, 2}, {0, 1, 2, 0}};
   for (const Case& one : cases) {
     QTreeWidgetItem* pRoot = Add(nullptr, 1);

@@ -1,4 +1,4 @@
-// What becomes of the ticks when a screen makes way for the next.
+// Ticks when a data screen is replaced by the next.
 
 #include "sample/pictures.h"
 #include "tests/cli/small_backup.h"
@@ -8,7 +8,7 @@ namespace {
 
 class SelectionLifetime : public SelectionTest {
  protected:
-  /// Builds the data screen anew, as a scan does.
+  /// Rebuilds the data screen, as a scan does.
   void BuildAnew() {
     Window().InitLayout3Widget();
     QStackedLayout* pScreens = WindowAccess::ScreenStack(Window());

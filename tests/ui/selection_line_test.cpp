@@ -110,7 +110,7 @@ TEST_F(SelectionLines, SumsPassFourGigabytes) {
 
 TEST_F(SelectionLines, ASumOfFourGigabytesTurnsRecoveryOn) {
   OpenDataScreen();
-  Selection(0) = {{0, 0x80000000u}, {1, 0x80000000u}};  // nought in 32 bits
+  Selection(0) = {{0, 0x80000000u}, {1, 0x80000000u}};  // 0 in 32 bits
 
   EXPECT_EQ("Select 4.00 GB in 2 files", Refreshed());
   EXPECT_TRUE(RecoveryIsOn());

@@ -16,7 +16,7 @@ std::string SizeText(quint64 uBytes) {
     if (uBytes < unit.uBytes) continue;
     const double dNumber = static_cast<double>(uBytes) / static_cast<double>(unit.uBytes);
     char szNumber[32];
-    std::snprintf(szNumber, sizeof szNumber, "%.2f", dNumber);  // half of a hundredth goes to the even one
+    std::snprintf(szNumber, sizeof szNumber, "%.2f", dNumber);  // rounds half to even
     return szNumber + std::string(unit.pszText);
   }
   return std::to_string(uBytes) + " Bytes";
@@ -110,7 +110,7 @@ void SelectionModel::PressNode(int nCategory, bool bBox) {
     UpdateNode(nCategory);
     current = nCategory;
   };
-  // A press on the text selects the node at once. One on the box selects nothing before its release.
+  // A press on the text selects the node immediately, one on the box only on release.
   if (!bBox && m_selected != nCategory) select();
   if (bBox) {
     const int nBefore = nodes[nCategory];
@@ -203,7 +203,7 @@ void SelectionModel::OpenApp(int nRow, Place place) {
   qstrPressedApp = app.qstrApp;
   nView = kFileList;
   rows[kFileList].clear();
-  Map& entry = appMaps[nTable][qstrPressedApp];  // there already, or made by the rows' ticks below
+  Map& entry = appMaps[nTable][qstrPressedApp];  // existing, or created by the rows' ticks below
   if (app.nState == 0) entry.clear();
   if (app.nState == 1 && !entry.empty()) ++happened["a list shows part of an app"];
   ++happened["a list opens at " + std::to_string(app.nState)];
@@ -249,7 +249,7 @@ void SelectionModel::PressFile(int nRow, Place place) {
 }
 
 void SelectionModel::MoveTo(int nRow) {
-  if (nView == 2) appCell = Cell{2, nRow, 0};  // the table of videos keeps what was pressed
+  if (nView == 2) appCell = Cell{2, nRow, 0};  // the video table keeps the pressed cell
   ++happened["a key moves in category " + std::to_string(nView)];
 }
 

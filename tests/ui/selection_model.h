@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// What a data screen is built over, in plain numbers.
+/// The records behind a data screen, in plain numbers.
 struct ModelContent {
   struct Record {
     bool bDeleted = false;
@@ -13,17 +13,17 @@ struct ModelContent {
     quint32 nKey = 0;     ///< of a conversation
     quint32 uSize = 0;    ///< of a file
   };
-  /// By category; the records of conversations in the order of their keys. Nothing for the two of apps.
+  /// By category; the records of conversations in the order of their keys. Empty for the two app categories.
   std::vector<Record> records[11];
   /// Sizes of the files of apps, for the categories 2 and 3.
   std::map<QString, std::vector<quint32>> apps[4];
 };
 
-/// The rules of ticks a second time, in the plainest form and without a line of the window's code, for
-/// comparison with the window after each action of a user.
+/// Reference model of the tick rules, independent of the window's code, for comparison with the window after
+/// each user action.
 class SelectionModel {
  public:
-  /// Where a press on a row goes.
+  /// Target of a press on a row.
   enum class Place { kBox, kText, kSecondColumn };
   /// A page of the screen: that of a category, or the list of an app's files.
   static constexpr int kFileList = 11;
@@ -41,23 +41,24 @@ class SelectionModel {
   };
   using Map = std::map<quint32, quint32>;
 
-  /// A screen over other records: all nodes unticked, all tables empty, the camera page on view.
+  /// A screen for other records: all nodes unticked, all tables empty, the camera page visible.
   void BuildAnew(const ModelContent& content);
-  /// What a scan does for a category with something to show, or without it.
+  /// The effect of a scan on a category with or without records.
   void Scan(int nCategory, bool bTick);
   void PressNode(int nCategory, bool bBox);
-  /// A press on a row of the table of the category on view.
+  /// A press on a row of the visible category's table.
   void PressRow(int nRow, Place place);
-  /// A double click on a row of the app table on view, its first press included.
+  /// A double click on a row of the visible app table, including its first press.
   void OpenApp(int nRow, Place place);
-  /// A press on a row of the file list on view.
+  /// A press on a row of the visible file list.
   void PressFile(int nRow, Place place);
-  /// The selected row of the app table on view moves to another one, by a key.
+  /// A key moves the selection in the visible app table to another row.
   void MoveTo(int nRow);
 
-  /// Rewrites the line and Recovery by the maps. Each press does, the opening of a list does not.
+  /// Updates the line and the Recovery button from the maps, as each press does, but not the opening of a
+  /// list.
   void Refresh();
-  /// The rows of the page on view.
+  /// The rows of the visible page.
   const std::vector<Row>& RowsOnView() const { return rows[nView]; }
 
   int nodes[11] = {};
@@ -67,12 +68,12 @@ class SelectionModel {
   int nView = 0;
   int nPressed = 0;
   QString qstrPressedApp;
-  std::optional<int> current;  ///< the node that presses report to
+  std::optional<int> current;  ///< the node that presses update
   std::optional<Cell> appCell;
   std::string strLine;
   bool bRecovery = false;
 
-  /// How often each thing happened, by its name.
+  /// Number of occurrences of each event, by name.
   static std::map<std::string, int> happened;
 
  private:

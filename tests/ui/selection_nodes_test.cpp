@@ -1,4 +1,4 @@
-// From a node's tick to its rows and its map.
+// The effect of a node's tick on its rows and its map.
 
 #include "tests/ui/selection_fixture.h"
 

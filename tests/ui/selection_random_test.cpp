@@ -1,4 +1,4 @@
-// Thousands of random presses, and after each of them the whole state of the window against the model's.
+// Thousands of random presses; after each, the window's whole state is compared with the model's.
 
 #include <QTest>
 #include <random>
@@ -26,14 +26,14 @@ class SelectionRandom : public SelectionTest {
 
   ModelContent RandomContent();
   void PutContent(const ModelContent& content);
-  /// A new screen over new records, after a scan or before the tables are filled.
+  /// A new screen with new records, after a scan or before the tables are filled.
   void BuildAnew();
   void Act();
   void ActOnRow();
   void ClickTable(QTableWidget* pTable, int nRow, Place place);
   void Note(const std::string& strAction) { m_actions.push_back(strAction); }
 
-  /// What differs between window and model; empty when nothing does.
+  /// The differences between window and model; empty if there are none.
   std::string Difference();
   std::string TableDifference(int nTable);
   std::string LastActions() const;
@@ -41,10 +41,10 @@ class SelectionRandom : public SelectionTest {
   quint32 RandomSize() { return kSizes[Pick(m_bSmall ? kSmallSizes : static_cast<int>(std::size(kSizes)))]; }
 
   std::mt19937 m_random;
-  bool m_bSmall = false;  // few records, so that the line passes through nothing and through small sizes
+  bool m_bSmall = false;  // few records, so that the line covers no selection and small sizes
   SelectionModel m_model;
   QTableWidget* m_tables[12] = {};
-  int m_current[12] = {};  // row that a key moves on from, -1 for none; a press on a box leaves it
+  int m_current[12] = {};  // row that a key moves from, -1 for none; a press on a box doesn't change it
   std::vector<std::string> m_actions;
 };
 
@@ -176,7 +176,7 @@ void SelectionRandom::ActOnRow() {
   const bool bApps = nView == 2 || nView == 3;
   const int nRows = static_cast<int>(m_model.RowsOnView().size());
   const int nRow = Pick(nRows);
-  // The one way to see which files of a partly ticked app are ticked.
+  // The only way to see which files of a partly ticked app are ticked.
   const bool bPart = bApps && m_model.RowsOnView()[static_cast<size_t>(nRow)].nState == 1 && Chance(40);
   const Place place = bPart        ? Place::kSecondColumn
                       : Chance(60) ? Place::kBox
@@ -212,7 +212,7 @@ void SelectionRandom::ActOnRow() {
 
 void SelectionRandom::Act() {
   if (Chance(1) && Chance(60)) return BuildAnew();
-  const bool bChats = m_model.nView == 9;  // whose node and rows fall out of step
+  const bool bChats = m_model.nView == 9;  // whose node and rows may become inconsistent
   if (!m_model.RowsOnView().empty() && Chance(bChats ? 50 : 75)) return ActOnRow();
   const bool bStay = m_model.nView < 11 && Chance(bChats ? 80 : 30);
   const int nCategory = bStay ? m_model.nView : Chance(35) ? 2 + Pick(2) : Chance(20) ? 9 : Pick(11);
@@ -272,7 +272,7 @@ std::string SelectionRandom::Difference() {
       compare("map " + std::to_string(i), Selection(i), m_model.maps[i]);
   }
   for (int i = 0; i < 12; ++i) {
-    // A list that is out of sight is of no use to anybody before it is opened and filled again.
+    // The content of a hidden list doesn't matter, as it is refilled when opened.
     if (i != SelectionModel::kFileList || m_model.nView == i) text << TableDifference(i);
   }
   compare("the line", std::string(TextOf(WindowAccess::SelectInfoLabel(Window()))), m_model.strLine);

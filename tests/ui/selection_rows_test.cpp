@@ -1,4 +1,4 @@
-// From a row's tick to the map, the node and the line.
+// The effect of a row's tick on the map, the node and the line.
 
 #include "tests/ui/selection_fixture.h"
 

@@ -9,8 +9,8 @@ namespace {
 struct ButtonCase {
   const char* pszName;
   const QString& qstrStyle;
-  QStringList plain;   ///< what the button itself must have
-  QStringList absent;  ///< and what it must not
+  QStringList plain;   ///< required declarations
+  QStringList absent;  ///< forbidden declarations
 };
 
 /// The declarations of one rule of a style sheet, without blanks.

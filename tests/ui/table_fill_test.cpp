@@ -133,7 +133,7 @@ TEST_F(TableFill, CallsShowTheirDirectionAndLength) {
     int nDeleted, nAnswered, nDuration;
     std::string strType, strLength;
   };
-  // Deleted calls stand first, and never read "Canceled" or "Missed".
+  // Deleted calls come first, and are never "Canceled" or "Missed".
   const std::vector<Case> cases = {
       {1, 0, 0, "Outgoing", GetTimeStringA(0)},
       {2, 1, 0, "Incoming", GetTimeStringA(0)},

@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <QUrl>
 
-/// Takes what the program opens in the user's browser while the object lives.
+/// Records the URLs that the program opens in the user's browser during the object's lifetime.
 class UrlRecorder : public QObject {
   Q_OBJECT
 

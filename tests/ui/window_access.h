@@ -3,7 +3,7 @@
 
 #include "ui/window.h"
 
-/// What tests see of a window's state.
+/// Access of tests to a window's private state.
 class WindowAccess {
  public:
   static BackupRecords& Records(DRUI& window) { return window.m_records; }
@@ -28,8 +28,8 @@ class WindowAccess {
   static QString PressedApp(const DRUI& window) { return window.m_strPressedApp; }
   static QTableWidgetItem* CurrentAppItem(const DRUI& window) { return window.m_pCurrentAppItem; }
 
-  /// Ticked rows of a category other than the two of apps. Named here once more, and not taken from the
-  /// program's own table of categories, so that a wrong row of that table shows.
+  /// Ticked rows of a category other than the two app categories. Listed here independently of the program's
+  /// table of categories, so that a wrong row of that table is detected.
   static std::map<U32, U32>& Selection(DRUI& window, int nCategory) {
     switch (nCategory) {
       case 0:
@@ -63,11 +63,11 @@ class WindowAccess {
   static QPushButton*& CheckBoxButton(DRUI& window) { return window.m_pCheckBoxButton; }
   /// Makes the system refuse to start the workers of a window, or start them again.
   static void RefuseWorkers(DRUI& window, bool bRefuse) { window.m_nWorkerStackSize = bRefuse ? 1 : 0; }
-  /// What the scans of a window take their parsers from.
+  /// The parser factory that the scans of a window use.
   static auto& ParserMaker(DRUI& window) { return window.m_makeParser; }
   static std::unique_ptr<IPhoneRecoveryParse> MakeParser(CIphoneBackupFile& backupFile) {
     return DRUI::MakeParser(backupFile);
   }
-  /// Where the last recovery goes; null when no folder was chosen.
+  /// Destination of the last recovery; null if no folder was chosen.
   static QString RecoveryFolder(const DRUI& window) { return window.m_strSelectDir; }
 };

@@ -46,7 +46,7 @@ DRUI& WindowTest::OpenDataScreen() {
 
 void WindowTest::ClickRow(QTableWidget* pTable, int nRow, int nColumn) {
   ASSERT_NE(nullptr, pTable->item(nRow, nColumn));
-  // Behind the tick box, which would be toggled.
+  // To the right of the tick box, which would be toggled.
   const QRect rect = pTable->visualItemRect(pTable->item(nRow, nColumn));
   Click(pTable->viewport(), rect.center());
 }

@@ -12,19 +12,19 @@
 #include "tests/ui/window_access.h"
 #include "ui/window.h"
 
-/// Tests of the window: a folder with a backup root and a work folder of its own, and the window over it.
+/// Tests of the window, with a temporary backup root and work folder.
 class WindowTest : public testing::Test {
  protected:
   WindowTest();
 
-  /// Full path of a backup, which need not exist yet.
+  /// Full path of a backup, which need not exist.
   std::string BackupPath(const std::string& strName) const { return m_folder.Path("backups/" + strName); }
-  /// Writes a backup without any content but what the list of backups shows.
+  /// Writes a backup with only the data that the list of backups shows.
   void WriteEmptyBackup(const std::string& strName, const BackupBuilder::Info& info = {}) const;
 
   /// Builds the window and shows it.
   DRUI& Open();
-  /// Builds the window with a fresh data screen on view, its records empty.
+  /// Builds the window with a new data screen visible and without records.
   DRUI& OpenDataScreen();
   DRUI& Window() { return *m_pWindow; }
   void CloseWindow() { m_pWindow.reset(); }
@@ -42,10 +42,10 @@ class WindowTest : public testing::Test {
   /// Clicks as a user does.
   void ClickRow(QTableWidget* pTable, int nRow, int nColumn = 0);
   void ClickNode(int nCategory);
-  /// The same on tick boxes. A cell without one takes the click where its box would be.
+  /// The same on tick boxes. A cell without one is clicked where its box would be.
   void ClickRowBox(QTableWidget* pTable, int nRow, int nColumn = 0);
   void ClickNodeBox(int nCategory);
-  /// Picks a row of the list of backups, presses "Scan" and waits for the end.
+  /// Selects a row of the list of backups, presses "Scan" and waits for the end.
   void ScanBackup(int nRow = 0);
 
   /// Labels of the tree from the top.
@@ -58,7 +58,7 @@ class WindowTest : public testing::Test {
   std::unique_ptr<DRUI> m_pWindow;
 };
 
-/// A rectangle from its top left to its bottom right corner, both included.
+/// A rectangle from its top left to its bottom right corner, both inclusive.
 inline QRect Corners(int nLeft, int nTop, int nRight, int nBottom) {
   return QRect(QPoint(nLeft, nTop), QPoint(nRight, nBottom));
 }

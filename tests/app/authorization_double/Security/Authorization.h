@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-// A double of the calls by which a program asks for rights on macOS: names, types and values as the system's
-// own header has them. The calls are recorded and answered as a test says.
+// A test double of the macOS authorization calls, with the names, types and values of the system's header.
+// Calls are recorded and answered as configured by a test.
 
 using OSStatus = int32_t;
 using AuthorizationFlags = uint32_t;
@@ -45,7 +45,7 @@ OSStatus AuthorizationExecuteWithPrivileges(AuthorizationRef authorization, cons
                                             AuthorizationFlags options, char* const* arguments, FILE** pipe);
 OSStatus AuthorizationFree(AuthorizationRef authorization, AuthorizationFlags flags);
 
-/// What the double was called with, and what it answers.
+/// The recorded calls of the double, and its answers.
 struct AuthorizationDouble {
   std::vector<std::string> calls;  ///< each with its arguments, in order
   OSStatus createStatus = errAuthorizationSuccess;
