@@ -1,17 +1,18 @@
-/* Preloaded into the programs under test: makes one of their system calls fail, takes a file of the backup
- * away under them, or ends them, at a call whose number the campaign chooses. Calls are counted per process,
- * so that a plan gives the same fault at the same place in every run of a single-threaded program.
+/* Preloaded into the programs under test: at a call whose number the campaign chooses, makes a system call
+ * fail, removes a file of the backup, or sends a signal. Calls are counted per process, so a plan causes the
+ * same fault at the same place in every run of a single-threaded program.
  *
- * The plan comes in the environment (see sandbox.cpp):
+ * The plan is passed in the environment (see sandbox.cpp):
  *   FAULT_PROGRAM   name of the executable that the plan is for; others run undisturbed
  *   FAULT_BACKUP    the backup's folder
- *   FAULT_WRITABLE  prefixes of paths that may be written, divided by ":"
+ *   FAULT_WRITABLE  prefixes of paths that may be written, separated by ":"
  *   FAULT_COUNTERS  a file that receives the counters: all calls, write-like calls, opens in the backup
- *   FAULT_OUTSIDE   a file that receives a line for each path that is written anywhere else ("outside PATH")
- * and for each private work folder that is made ("work PATH") FAULT_PLAN      KIND NUMBER VALUE FAULT_VICTIM
- * path of the file that the plan is about
+ *   FAULT_OUTSIDE   a file that receives a line for each path written elsewhere ("outside PATH")
+ *                   and for each private work folder that is created ("work PATH")
+ *   FAULT_PLAN      KIND NUMBER VALUE
+ *   FAULT_VICTIM    path of the file that the plan is about
  *
- * Standard streams call the kernel from inside the C library, where nothing can be put in between. They are
+ * Standard streams call the kernel from inside the C library, where calls can't be intercepted. They are
  * replaced by streams over the functions of this file (fopencookie).
  */
 #define _GNU_SOURCE
@@ -154,7 +155,7 @@ static void count_call(void) {
   if (plan == SIGNAL && count == number) kill(getpid(), value);
 }
 
-/* A call that needs room on the disk. @return whether there is none. */
+/* A call that needs disk space. @return whether it fails with ENOSPC. */
 static int disk_full(void) {
   count_call();
   const unsigned long count = __atomic_add_fetch(&counters->writes, 1, __ATOMIC_SEQ_CST);
@@ -226,7 +227,7 @@ int openat64(int folder, const char* path, int flags, ...) {
   return open_at(folder, path, flags, mode);
 }
 
-/* Cuts a read of the victim off where it can't be read any further. @return whether it fails. */
+/* Truncates a read of the victim at the unreadable position. @return whether it fails. */
 static int read_fails(int descriptor, unsigned long from, size_t* count) {
   if (!known(descriptor) || !is_victim[descriptor]) return 0;
   if (from >= number) {
@@ -281,7 +282,7 @@ int ftruncate64(int descriptor, off64_t size) {
   return ftruncate(descriptor, size);
 }
 
-/* The descriptor is gone in any case, as with the kernel. */
+/* The descriptor is closed in any case, as by the kernel. */
 int close(int descriptor) {
   const int fails = write_fails(descriptor), error = errno;
   if (known(descriptor)) written_to[descriptor] = is_victim[descriptor] = 0;
@@ -293,7 +294,7 @@ int close(int descriptor) {
 int mkdir(const char* name, mode_t mode) {
   char path[PATH_MAX];
   absolute(AT_FDCWD, name, path);
-  /* A folder that is there already needs no room. */
+  /* An existing folder needs no space. */
   const int is_there = syscall(SYS_faccessat, AT_FDCWD, name, F_OK) == 0;
   if (is_writable(path) && !is_there && disk_full()) return -1;
   const int result = (int)syscall(SYS_mkdirat, AT_FDCWD, name, mode);

@@ -105,7 +105,7 @@ class Browser {
   }
 }
 
-/// One page of a browser. It keeps what a page should never do: dialogs and visits to other places.
+/// One page of a browser. It records what a page must never do: dialogs and navigation.
 class Tab {
   constructor(browser, targetId, sessionId) {
     Object.assign(this, { browser, targetId, sessionId });
@@ -153,7 +153,7 @@ class Tab {
     });
   }
 
-  /// The value of an expression in the page, promises awaited.
+  /// The value of an expression in the page; promises are awaited.
   async evaluate(expression) {
     const answer = await this.send('Runtime.evaluate', { expression, returnByValue: true, awaitPromise: true });
     if (answer.exceptionDetails)
@@ -161,11 +161,11 @@ class Tab {
     return answer.result.value;
   }
 
-  /// Returns when no task of the page is due. Where its scripts are off they are on for the time of the call, since
-  /// callbacks don't run otherwise; what the page holds has been parsed without them then.
+  /// Returns when no task of the page is due. Scripts are enabled during the call if they are off, because callbacks
+  /// don't run otherwise; the page has already been parsed without them.
   async idle() {
     if (!this.scripts) await this.send('Emulation.setScriptExecutionDisabled', { value: false });
-    // A page that leaves meanwhile gives no answer; that it left is in `visited`.
+    // A page that navigates meanwhile gives no answer; `visited` records the navigation.
     await this.evaluate('new Promise((resolve) => requestIdleCallback(() => resolve()))').catch((error) => {
       if (!/context|navigated|collected/i.test(error.message)) throw error;
     });
@@ -198,7 +198,7 @@ class Tab {
     await this.send('Input.insertText', { text });
   }
 
-  /// What the page holds, read from outside: works where scripts are off.
+  /// The content of the page, read through the debugger, which works with scripts off.
   async outerHtml() {
     const { root } = await this.send('DOM.getDocument', { depth: 0 });
     return (await this.send('DOM.getOuterHTML', { nodeId: root.nodeId })).outerHTML;

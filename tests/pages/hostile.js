@@ -1,10 +1,10 @@
-// Texts as strangers could send them. Each wants to run a script, to call out, or to wreck the page.
+// Hostile texts. Each tries to run a script, to send a request, or to break the page.
 
 'use strict';
 
 /// @param remote the address that must never be called, such as "http://127.0.0.1:4711".
 /// @param host   a name that must never be looked up.
-/// @return pairs of a name and a text; every text shows as it is.
+/// @return pairs of a name and a text; every text must be shown verbatim.
 function hostileTexts(remote, host) {
   return Object.entries({
     'a script': '<script>window.pwned = 1; alert(1)</script>',

@@ -1,4 +1,4 @@
-// Checks pages as large as a backup can make them.
+// Checks pages of the largest size that a backup can cause.
 
 'use strict';
 
@@ -9,8 +9,8 @@ const { messageRow, tableRow, pageOf } = require('./rows');
 const MANY = 200000;
 const FEW = 20000;
 
-// Cells and rows of a table are laid out even out of view, and 200,000 of them keep a browser busy for half a
-// minute. What the script does with them needs no layout.
+// Table cells and rows are laid out even outside the viewport, and 200,000 of them take a browser half a minute.
+// The script's work on them needs no layout.
 const WITHOUT_LAYOUT =
   `addEventListener('DOMContentLoaded', () => { document.documentElement.style.display = 'none'; }, { capture: true })`;
 
@@ -53,8 +53,8 @@ async function checkLargeTable(stage) {
   });
 }
 
-/// What it takes to show a conversation. The seconds are those that the page's thread ran, not those that went by:
-/// a machine that is busy otherwise doesn't change them much.
+/// The cost of showing a conversation. Seconds are CPU time of the page's thread, which depends little on the load
+/// of the machine.
 async function costOf(stage, count) {
   let cost;
   await stage.show(chatOf(count), async (tab) => {
@@ -74,7 +74,7 @@ async function checkLargeConversation(stage) {
   await check(`A conversation of ${MANY} messages costs in proportion to one of ${FEW}, and most of it sleeps`, async () => {
     const [few, many] = [await costOf(stage, FEW), await costOf(stage, MANY)];
 
-    // Ten times the messages take ten times the work; a step that looks at all others for each would take a hundred.
+    // Ten times the messages take ten times the work; a quadratic step would take a hundred times.
     const growth = many.ScriptDuration / few.ScriptDuration;
     assert.ok(growth > 3 && growth < 40, `the script ran ${growth.toFixed(1)} times as long`);
     for (const { awake, LayoutCount: layouts } of [few, many]) {

@@ -29,7 +29,7 @@ const chatPage = (messages, template = 'Sms.html', change = undefined) =>
 const tablePage = (template, records) => pageOf(template, { title: TITLE }, records.map(tableRow));
 const asParsed = (text) => text.replaceAll('\r\n', '\n');
 
-/// The messages as the page shows them, with the sides of their boxes.
+/// The messages as shown by the page, with the sides of their boxes.
 const readBubbles = (tab) => tab.evaluate(`Array.from(document.querySelectorAll(${JSON.stringify(ALL_BUBBLES)}), (bubble) => {
   const box = bubble.getBoundingClientRect();
   const frame = bubble.closest('main').getBoundingClientRect();
@@ -157,8 +157,8 @@ async function checkFence(stage) {
       await stage.showFenced(chatPage([message('recv_msg', text)], 'Sms.html', withoutFence), () => {});
     });
   }
-  // The rows of a page are fixed and nothing in them is escaped, so that a text that holds the exact end of a message
-  // and the head of another can't be told from two messages.
+  // Deliberate: rows have a fixed form and aren't escaped, so a text that contains the exact end of a message and the
+  // start of another can't be distinguished from two messages.
   const forged = [['a bubble of the other side', { kind: 'send_msg', party: 'Me', text: 'I never wrote this' }],
                   ['a bubble with markup', { kind: 'recv_msg', party: '<i>Bank</i>', text: stage.texts[0][1] }]];
   for (const [name, second] of forged) {
@@ -389,7 +389,7 @@ async function checkTables(stage) {
   });
 }
 
-// Looks that all pages share
+// The appearance of all pages
 
 function ordinaryPage(page) {
   const long = 'https://example.org/' + 'abcdefghij'.repeat(30);
@@ -460,7 +460,7 @@ async function checkBuiltInView(stage) {
   });
 }
 
-// Pages that were made by the program
+// Pages written by the program
 
 function pagesBelow(folder) {
   return fs.readdirSync(folder, { withFileTypes: true }).flatMap((entry) => {

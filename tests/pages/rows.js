@@ -1,4 +1,4 @@
-// Makes pages as the recovery does: rows as they are, put into the templates.
+// Creates pages as the recovery does: unescaped rows inserted into the templates.
 
 'use strict';
 
@@ -9,7 +9,7 @@ const TEMPLATES = process.env.TEMPLATES;  // the folder that the build has put t
 const CONTENT = '{|content|}';
 const FENCE = '<plaintext id="source"';  // behind it all is text
 
-/// A message as rows hold it. @param kind "recv_msg", "del_recv_msg", "send_msg" or "del_send_msg".
+/// The row of a message. @param kind "recv_msg", "del_recv_msg", "send_msg" or "del_send_msg".
 function messageRow({ kind, date, party, text }) {
   return `<div class="date">Date: ${date} ${party}:</div>\r\n<div class="${kind}">${text}</div>\r\n`;
 }
@@ -18,7 +18,7 @@ function tableRow(cells) {
   return '\t<tr>' + cells.map((cell) => `<td>${cell}</td>`).join('') + '</tr>\r\n';
 }
 
-/// A page of rows. @param change what to do to the template before, to see what the checks make of it.
+/// A page of rows. @param change modifies the template first, to test the checks.
 function pageOf(template, { title, person = '' }, rows, change = (text) => text) {
   const text = change(fs.readFileSync(path.join(TEMPLATES, template), 'utf8'));
   const at = text.indexOf(CONTENT);

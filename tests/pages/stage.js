@@ -1,4 +1,4 @@
-// What the checks of pages share: the checks themselves, a browser, and listeners that no page may reach.
+// Shared by the checks of pages: running checks, a browser, and listeners that no page may reach.
 
 'use strict';
 
@@ -27,7 +27,7 @@ async function check(name, body) {
   }
 }
 
-/// The outside world: counts who connects to it, and keeps what is asked for.
+/// The outside world: counts connections and records requests.
 class Listener {
   static async start() {
     const listener = new Listener();
@@ -53,7 +53,7 @@ class Listener {
     for (const look of this.waiting) look();
   }
 
-  /// Returns when the condition holds, which is looked at after each connection and request.
+  /// Returns when the condition holds, which is checked after each connection and request.
   async until(condition, what) {
     await new Promise((resolve, reject) => {
       const timer = setTimeout(() => reject(new Error(`${what} did not arrive`)), ARRIVAL_LIMIT);
@@ -73,7 +73,7 @@ class Listener {
   }
 }
 
-/// What the checks share: a browser, the listener, and a folder for pages.
+/// A browser, the listener, and a folder for pages.
 class Stage {
   static async open() {
     const stage = new Stage();
@@ -115,9 +115,9 @@ class Stage {
     }
   }
 
-  /// Returns when everything that the page of a tab has asked for since it was loaded has reached the listener.
+  /// Returns when everything that the page of a tab has requested since it was loaded has reached the listener.
   ///
-  /// That "nothing came" is certain, and no matter of how long one waits:
+  /// This proves that nothing was requested, independent of waiting times:
   /// 1. The page has asked for all that it is going to. It has fired its load event, and then an idle callback,
   ///    which runs only when no task of the page is due; a refresh after 0 seconds is such a task.
   /// 2. Its requests have left the browser. A control page is opened after it in the same browser, without a
@@ -147,7 +147,7 @@ class Stage {
     }
   }
 
-  /// As show, and throws when the page ran something, asked something or called out.
+  /// Like show, and throws if the page ran a script, opened a dialog or made a request.
   async showFenced(page, use, options = {}) {
     const before = this.listener.calls;
     await this.show(page, async (tab) => {
