@@ -54,7 +54,7 @@ QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
   Result<OpenedFile> opened = OpenBackupFile(ToNarrow(qstrPath));
   QFile file;
   if (!opened || !file.open(opened->descriptor.Release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
-    return QPixmap();  // also for the empty path of a row without a record
+    return QPixmap();                   // also for the empty path of a row without a record
   QImageReader::setAllocationLimit(0);  // the limits above hold
   QImageReader reader(&file);
   reader.setDecideFormatFromContent(true);

@@ -1,4 +1,4 @@
-// The display while the main thread is blocked: the wait cursor, and no closed dialog.
+// What the user sees while the main thread blocks: the wait cursor, and no dialog that has gone.
 #include <QApplication>
 #include <optional>
 #include <set>
@@ -12,25 +12,25 @@ namespace {
 constexpr char kAccept[] = "echo Count:0; exec sleep 60";
 constexpr char kRefuse[] = "echo 'Wrong password'; exec sleep 60";
 
-/// Shape of the override cursor; none if there is none.
+/// The shape of the cursor over all windows; none where each has its own.
 std::optional<Qt::CursorShape> CursorOverAll() {
   const QCursor* pCursor = QGuiApplication::overrideCursor();
   return pCursor ? std::optional(pCursor->shape()) : std::nullopt;
 }
 
-/// Records which windows are painted after a dialog of a class has closed.
+/// Notes which windows are painted after a dialog of a class has gone.
 class PaintWatch : public QObject {
  public:
   explicit PaintWatch(const char* pszDialog) : m_strDialog(pszDialog) { qApp->installEventFilter(this); }
 
   bool HasGone() const { return m_bGone; }
   bool HasSeen(const char* pszClass) const { return m_painted.count(pszClass) != 0; }
-  /// Called with each paint event of a window after the dialog has closed.
+  /// Called with each paint event of a window once the dialog has gone.
   std::function<void(QWidget*)> onPaint;
 
  protected:
   bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
-    // Other events may reach objects that aren't fully constructed.
+    // Other events may come to objects that aren't made to their end.
     const QEvent::Type type = pEvent->type();
     if (type != QEvent::Show && type != QEvent::Hide && type != QEvent::Paint) return false;
     auto* pWidget = qobject_cast<QWidget*>(pWatched);
@@ -57,7 +57,7 @@ class PaintWatch : public QObject {
 class BusyCheck : public EncryptedTest {
  protected:
   BusyCheck() : m_watch("CPasswordUI") {
-    // The window is painted after the process was created and before the tool starts, which blocks.
+    // The window is painted, with the process made and the tool not yet begun: what follows is the block.
     m_watch.onPaint = [this](QWidget* pWidget) {
       QProcess* pProcess = m_pWindow ? WindowAccess::DecryptProcess(*m_pWindow) : nullptr;
       if (pWidget != m_pWindow.get() || !pProcess || pProcess == m_pSeen || Exists(ToolFolder() + "/pid"))
@@ -134,8 +134,8 @@ TEST_F(BusyWait, HidesTheQuestionAndShowsTheWaitCursorWhileTheWorkerEnds) {
   std::optional<Qt::CursorShape> during;
   std::thread worker([&] {
     while (!Window().m_bCancelScan) std::this_thread::yield();
-    // Runs while the main thread is blocked, as no event loop runs here.
-    Window().GetHandOver().Run([&] {
+    // Served while the main thread blocks, and by nothing else: no event loop runs here.
+    Window().GetTask().RunOnMainThread([&] {
       bPainted = watch.HasSeen("SCANUI") && watch.HasSeen("DRUI");
       during = CursorOverAll();
     });

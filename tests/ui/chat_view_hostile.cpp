@@ -16,7 +16,8 @@ WindowWatch::WindowWatch() {
 }
 
 bool WindowWatch::eventFilter(QObject* pWatched, QEvent* pEvent) {
-  // Events of the engine's internal objects, which have no type information, arrive here, too; none is shown.
+  // Objects of the engine's own come by, too, which are built without type information; none of them is
+  // shown.
   if (pEvent->type() != QEvent::Show) return false;
   auto* pWidget = qobject_cast<QWidget*>(pWatched);
   if (pWidget && pWidget->isWindow() && !qobject_cast<DRUI*>(pWidget)) {
@@ -66,22 +67,30 @@ void ChatHostileTest::SelectHostile(const std::string& strText) {
   Records().m_mapWhatsApp = {{1, {ChatMessage(0, Filled(strText))}}, {2, {ChatMessage(1, "normal")}}};
   SelectNode(4);
   SelectNode(9);
+  SelectNode(4);  // the chat has emptied the view of messages
+  EXPECT_EQ(nullptr, Messages()->Engine()) << "a stranger's text reaches no engine";
   EXPECT_EQ(nullptr, Chats()->Engine());
+}
+
+void ChatHostileTest::ShowHostile(const std::string& strText) {
+  SelectHostile(strText);
+  EngineOf(Messages());
   EngineOf(Chats());
-  SelectNode(4);  // the chat cleared the view of messages
+  SelectNode(9);
+  SelectNode(4);  // now into the running engines
   ServeEngine(Messages());
   ServeEngine(Chats());
 }
 
 void ChatHostileTest::ClickGo(ChatView* pView) {
-  // A hidden page accepts no clicks.
+  // Out of sight a page takes no clicks.
   SelectNode(pView == Chats() ? 9 : 4);
   pView->setVisible(true);
   pView->setMinimumSize(600, 400);
   QCoreApplication::processEvents();
   QWidget* pPage = EngineOf(pView).Widget()->focusProxy();
   ASSERT_NE(nullptr, pPage);
-  // Lay out the page in its current size, with the element visible.
+  // Laid out for the size that it has now, with the element in view.
   ASSERT_TRUE(WaitFor([&] { return Ask(pView, "window.innerWidth").toInt() == pPage->width(); }));
   Ask(pView, "document.querySelector('[id=go]').scrollIntoView({block:'center'})");
   const QVariantList middle =
@@ -114,7 +123,7 @@ void ChatHostileTest::ExpectNothingHappened() {
   EXPECT_EQ(nullptr, QApplication::activeModalWidget());
   EXPECT_EQ(QStringList(), m_urls.m_opened);
   EXPECT_FALSE(m_pFileWatch->WasOpened());
-  // A request of the test, which arrives after all others.
+  // A call of the test's own comes after all others.
   QTcpSocket socket;
   socket.connectToHost(QHostAddress::LocalHost, m_server.serverPort());
   ASSERT_TRUE(WaitFor(

@@ -5,7 +5,7 @@
 #include "tests/ui/preview_fixture.h"
 #include "tests/ui/url_recorder.h"
 
-/// Records every window shown during the object's lifetime, and closes modal dialogs.
+/// Takes note of each window that comes up while the object lives, and closes dialogs that would wait.
 class WindowWatch : public QObject {
  public:
   WindowWatch();
@@ -19,7 +19,7 @@ class WindowWatch : public QObject {
   std::vector<std::string> m_shown;
 };
 
-/// Records every open of a file by any process. Records nothing if the system doesn't support it.
+/// Takes note of each opening of a file, by anybody. Tells nothing where the system can't.
 class FileWatch {
  public:
   explicit FileWatch(const std::string& strPath);
@@ -33,18 +33,21 @@ class FileWatch {
   int m_nHandle = -1;
 };
 
-/// Tests of hostile texts: they must not cause requests, dialogs or windows, and later content must be shown.
+/// Tests of texts that mean harm: whatever they say, nothing is reached, asked or opened, and what comes
+/// after them is shown.
 class ChatHostileTest : public PreviewTest {
  protected:
   ChatHostileTest();
 
-  /// Replaces HTTP, WS and FILE in a text by the test's addresses.
+  /// A text with the addresses of the test in place of HTTP, WS and FILE.
   std::string Filled(std::string strText) const;
-  /// Shows a text as a message and optionally as a chat, in a new window.
+  /// Selects a text as a message and as a chat, in a fresh window. As ever, no view is shown.
+  void SelectHostile(const std::string& strText);
+  /// The same, with the views' engines started.
   void ShowHostile(const std::string& strText);
-  /// Clicks the element "go" of a view, which accepts events although it is hidden.
+  /// Clicks on the element "go" of a view. Hidden as it is, it takes the events.
   void ClickGo(ChatView* pView);
-  /// Shows another conversation and another chat, and expects them to be unaffected.
+  /// Shows another conversation and another chat, which stand as if nothing had been.
   void ExpectGoesOn();
   void ExpectNothingHappened();
 

@@ -12,8 +12,8 @@ namespace {
 
 QtMessageHandler g_pfnTestHandler = nullptr;
 
-/// Ignores warnings that the program doesn't cause: the offscreen platform's about features of real screens,
-/// and the chat engine's about the missing shared OpenGL context, which is disabled.
+/// The offscreen platform reports each thing that only a real screen can do, and the engine of the chat views
+/// that it has no context of OpenGL to share, which it is told not to use. Neither is the program's fault.
 void DropPlatformTalk(QtMsgType type, const QMessageLogContext& context, const QString& qstrMessage) {
   for (const char* pszBeginning :
        {"This plugin does not support ", "Qt WebEngine seems to be initialized from a plugin.",
@@ -28,9 +28,9 @@ void DropPlatformTalk(QtMsgType type, const QMessageLogContext& context, const Q
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   if (geteuid() == 0) qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");  // the engine's sandbox refuses root
-  QApplication application(argc, argv);  // also sets the locale from the environment
+  QApplication application(argc, argv);  // also takes the locale from the environment
   QApplication::setQuitOnLastWindowClosed(false);
-  QDir::setCurrent(QCoreApplication::applicationDirPath());  // the chat page is opened by a relative path
+  QDir::setCurrent(QCoreApplication::applicationDirPath());  // the chat page is found by its name alone
   InitResources();
   testing::InitGoogleMock(&argc, argv);
   InstallTestEnvironment();

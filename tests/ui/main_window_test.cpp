@@ -14,7 +14,8 @@ namespace {
 
 class MainWindow : public WindowTest {
  protected:
-  /// Drags from a position of a widget by an offset, with a mouse button.
+  /// Presses at a place of a widget, moves by a way and lets go, all by a button. Each event is made when it
+  /// is sent, since all of them share the place of the mouse.
   static void Drag(QWidget* pWidget, const QPoint& place, const QPoint& way, Qt::MouseButton button) {
     QMouseEvent press(QEvent::MouseButtonPress, place, pWidget->mapToGlobal(place), button, button,
                       Qt::NoModifier);
@@ -38,7 +39,7 @@ Distances DistancesFrom(const DRUI& window, const QRect& screen) {
           screen.bottom() - frame.bottom()};
 }
 
-/// Equal distances to opposite edges, up to an odd pixel.
+/// The same distance to opposite edges; an odd pixel may lie at either.
 void ExpectInTheMiddle(const Distances& distances) {
   EXPECT_LE(std::abs(distances.nLeft - distances.nRight), 1) << distances.nLeft << ", " << distances.nRight;
   EXPECT_LE(std::abs(distances.nTop - distances.nBottom), 1) << distances.nTop << ", " << distances.nBottom;
@@ -119,10 +120,9 @@ TEST_F(MainWindow, PassesOtherKeysOnAndSwallowsEscape) {
   EXPECT_FALSE(letter.isAccepted());
 }
 
-/// Runs the event loop to its end, as main does. If an earlier test has started the engine of the chat views,
-/// the engine would take that for the end of the process and never run timers again, for which later tests
-/// wait.
-/// @param nEnds receives the number of aboutToQuit signals.
+/// Runs the event loop as main does, to its end. Where an earlier test has begun it, the engine of the chat
+/// views would take that end for the process's and never run a timer again, which later tests wait for.
+/// @param nEnds receives how often the application told of its end.
 int RunEventLoop(int& nEnds) {
   QObject::disconnect(qApp, &QCoreApplication::aboutToQuit, nullptr, nullptr);
   const QSignalSpy ends(qApp, &QCoreApplication::aboutToQuit);
@@ -225,7 +225,7 @@ TEST_F(MainWindow, FilesOfAnEarlierRunAreGoneWhenTheHomeScreenComesUp) {
   EXPECT_TRUE(NamesIn(m_folder.Path("work/VelmoraiTunesExBackupPath")).empty());
 }
 
-/// Permissions of a folder, 0 if it doesn't exist.
+/// Permissions of a folder, 0 where there is none.
 unsigned int ModeOf(const std::string& strFolder) {
   struct stat info = {};
   return stat(strFolder.c_str(), &info) == 0 ? info.st_mode & 07777u : 0;

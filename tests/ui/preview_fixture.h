@@ -5,7 +5,7 @@
 #include "ui/chat_engine.h"
 #include "ui/chat_view.h"
 
-/// Terminates the process if a test hangs.
+/// Ends the process when a test hangs: nothing inside it could.
 class Deadline {
  public:
   explicit Deadline(int nSeconds);
@@ -14,12 +14,13 @@ class Deadline {
   Deadline& operator=(const Deadline&) = delete;
 };
 
-/// Shows a view (on its own if its page isn't visible), waits until its engine has run all scripts, and hides
-/// it again if it was hidden.
+/// Shows a view by itself where its page isn't on view, waits until its engine has run all its scripts, and
+/// hides it again if it was hidden.
 ChatEngine& EngineOf(ChatView* pView);
-/// Runs a script of the test in a view's page. @return its result.
+/// The value of a script of the test's in a view's page.
 QVariant Ask(ChatView* pView, const QString& qstrScript);
-/// Runs the timers of a view's page that are due within 100 ms of its clock.
+/// Serves what the engine of a view has put off: all that is due within a tenth of a second of its page's own
+/// clock.
 void ServeEngine(ChatView* pView);
 
 /// A category whose rows are files, shown as pictures.
@@ -29,8 +30,8 @@ struct PictureCategory {
   const char* pszTable;  ///< of the files
   const char* pszLabel;
   QSize labelSize;
-  QSize area;  ///< bounds that wide pictures are scaled to
-  bool bApps;  ///< its files are grouped by app
+  QSize area;  ///< that wide pictures are scaled into
+  bool bApps;  ///< its files lie below an app
 };
 
 inline void PrintTo(const PictureCategory& one, std::ostream* pStream) {
@@ -40,26 +41,26 @@ inline void PrintTo(const PictureCategory& one, std::ostream* pStream) {
 /// The six of them.
 extern const std::vector<PictureCategory> kPictureCategories;
 
-/// Tests of the preview beside or above a table.
+/// Tests of what stands beside or above a table.
 class PreviewTest : public SelectionTest {
  protected:
-  /// Adds files to a category, in app "Alpha" if it has apps.
+  /// Puts one file after the other into a category, under "Alpha" where it has apps.
   void PutFiles(const PictureCategory& category, const std::vector<std::string>& paths);
-  /// Opens a data screen, adds files to a category and shows them.
+  /// Opens a data screen, puts files into a category and brings them on view.
   void ShowFiles(const PictureCategory& category, const std::vector<std::string>& paths);
-  /// The same with one file. @return size of the visible picture, 0 by 0 for a blank label.
+  /// The same with one file. @return the size of the picture on view, 0 by 0 for a blank label.
   QSize ShowFile(const PictureCategory& category, const std::string& strPath);
-  /// Selects a node once; a click on an unselected one would show its page twice.
+  /// Selects a node once; a click on one that isn't selected brings its page up twice.
   void SelectNode(int nCategory) { WindowAccess::Tree(*m_pWindow)->setCurrentItem(Node(nCategory)); }
   QLabel* Preview(const PictureCategory& category) { return Find<QLabel>(category.pszLabel); }
   QSize Shown(const PictureCategory& category) { return PictureSize(Preview(category)); }
   static QSize PictureSize(const QLabel* pLabel);
-  /// The visible picture, in a fixed format for comparison.
+  /// What is on view, in one format to compare.
   QImage Picture(const PictureCategory& category);
-  /// Selects a row by keyboard.
+  /// Selects a row as the user does with the keys.
   void PressKey(QTableWidget* pTable, int nKey);
 
-  /// Writes a picture of random black and white pixels, in the format of its extension.
+  /// Writes a picture of black and white pixels at random. The name's ending tells its format.
   std::string WritePicture(const std::string& strName, const QSize& size) const;
 
   ChatView* Messages() { return Find<ChatView>("m_pMessageWebView"); }
@@ -72,7 +73,7 @@ class PreviewTest : public SelectionTest {
   Deadline m_deadline{60};
 };
 
-/// Expected markup of a bubble in a view.
+/// Markup of a bubble as it stands in a view.
 std::string Received(const std::string& strText);
 std::string Sent(const std::string& strText);
 
