@@ -20,8 +20,8 @@ constexpr char kReceivedScript[] =
 constexpr char kSentScript[] =
     "document.getElementById(\"content\").insertAdjacentHTML(\"beforeEnd\",\"<div style='overflow:hidden;'>"
     "<p class='triangle-right right'>%1</p></div>\")";
-// A script that looks something up would meet an element of that name instead. The functions are taken from
-// where no element can stand in for them. A field for a colour would open a dialog of the toolkit's.
+// Named elements could shadow the properties that scripts look up (DOM clobbering), so the script takes its
+// functions from prototypes. Colour inputs would open a native dialog.
 constexpr char kRemoveNamesScript[] =
     "(function(){var take=Element.prototype.removeAttribute;"
     "function each(what,name){Document.prototype.querySelectorAll.call(document,what).forEach("
@@ -29,8 +29,8 @@ constexpr char kRemoveNamesScript[] =
     "each('body [name]','name');each('body object[id],body applet[id],body embed[id],body img[id],"
     "body form[id],body iframe[id]','id');each('body input[type=color i]','type')})()";
 
-/// True for a text with an element that has a name or asks for a colour, or with an escape of the script that
-/// may hide one.
+/// Returns true for text that may contain a named element or a colour input, or a script escape that may hide
+/// one.
 bool MayHoldNames(const QString& qstrText) {
   static const QRegularExpression name("<[^>]*((id|name)\\s*=|color)",
                                        QRegularExpression::CaseInsensitiveOption);
@@ -42,8 +42,7 @@ QString ReadPage(const char* pszStyleFile) {
   return style.open(QIODevice::ReadOnly) ? QString::fromUtf8(style.readAll()) : QString();
 }
 
-/// The module with the engine, which lies beside the program. Loaded on the first call. @return null if it is
-/// missing.
+/// Loads the engine module from the program's folder on the first call. @return null if it is missing.
 ChatEngineFactory* EngineFactory() {
   static ChatEngineFactory* const pFactory = [] {
     QPluginLoader loader(QCoreApplication::applicationDirPath() + "/" ORVANDEL_CHAT_MODULE);
@@ -96,7 +95,7 @@ QString ChatView::TextOf(const Script& script) {
                                                                     : qstrScript;
 }
 
-/// True for a script that may not even be one: a text with an escape that is none.
+/// True for a script that may be a syntax error: a backslash in its text may start an invalid escape.
 bool ChatView::MayFail(const Script& script) {
   return script.qstrText.contains('\\');
 }
@@ -108,7 +107,7 @@ void ChatView::ScheduleSending() {
 }
 
 void ChatView::Send() {
-  // A call costs as much as some hundred bubbles. One that fails ends alone.
+  // A call costs as much as some hundred bubbles, so scripts share one, except those that may fail.
   constexpr qsizetype kMostOfACall = 256 * 1024;
   m_bSendingScheduled = false;
   while (m_nSent < m_scripts.size()) {

@@ -6,15 +6,13 @@ class ChatEngine;
 
 /// A chat of speech bubbles.
 ///
-/// The view keeps the scripts that make up what it would show. Only when it is first shown does it load a
-/// browser engine, in which the scripts then run in their order. Each of them fails silently where the page
-/// has no element "content".
+/// The view records the scripts that build its content, loads a browser engine when it is first shown, and
+/// runs the scripts there in order. Each fails silently if the page has no element "content".
 class ChatView : public QWidget {
   Q_OBJECT
 
  public:
-  /// @param pszStyleFile the page to begin with, UTF-8, read at once. One that can't be read gives an empty
-  /// page.
+  /// @param pszStyleFile initial page, UTF-8; read immediately. If it can't be read, the page is empty.
   explicit ChatView(const char* pszStyleFile, QWidget* pParent = nullptr);
   ~ChatView() override;
 
@@ -29,7 +27,7 @@ class ChatView : public QWidget {
 
   /// Null until the view is first shown, or if no engine can run.
   ChatEngine* Engine() const { return m_pEngine; }
-  /// True when all scripts so far have run.
+  /// True if all scripts so far have run.
   bool IsLoaded() const { return m_bPageLoaded && m_nSent == m_scripts.size() && m_nRunning == 0; }
 
   /// Capacity of a view, in characters plus kBubbleCost for each bubble. Each bubble of a chat repeats all
@@ -67,6 +65,6 @@ class ChatView : public QWidget {
   ChatEngine* m_pEngine = nullptr;
   bool m_bPageLoaded = false;
   bool m_bSendingScheduled = false;
-  size_t m_nSent = 0;  // of m_scripts
-  int m_nRunning = 0;  // calls that the engine has yet to finish
+  size_t m_nSent = 0;  // number of m_scripts passed to the engine
+  int m_nRunning = 0;  // calls that the engine hasn't finished
 };
