@@ -27,12 +27,14 @@ constexpr char kRemoveNamesScript[] =
     "function each(what,name){Document.prototype.querySelectorAll.call(document,what).forEach("
     "function(element){take.call(element,name)})}"
     "each('body [name]','name');each('body object[id],body applet[id],body embed[id],body img[id],"
-    "body form[id],body iframe[id]','id');each('body input[type=color i]','type')})()";
+    "body form[id],body iframe[id]','id');each('body input[type=color i]','type');"
+    "each('body a,body area','href');each('body a','xlink:href');each('body form','action');"
+    "each('body [formaction]','formaction')})()";
 
 /// Returns true for text that may contain a named element or a colour input, or a script escape that may hide
 /// one.
 bool MayHoldNames(const QString& qstrText) {
-  static const QRegularExpression name("<[^>]*((id|name)\\s*=|color)",
+  static const QRegularExpression name("<[^>]*((id|name)\\s*=|color|href|form)",
                                        QRegularExpression::CaseInsensitiveOption);
   return qstrText.contains('\\') || qstrText.contains(name);
 }

@@ -32,15 +32,12 @@ Deadline::~Deadline() {
 }
 
 ChatEngine& EngineOf(ChatView* pView) {
-  const bool bHidden = pView->isHidden();
-  pView->setVisible(true);
-  if (!pView->Engine()) {  // on a hidden page
+  if (!pView->Engine()) {
     QShowEvent event;
     QCoreApplication::sendEvent(pView, &event);
   }
   if (!pView->Engine()) throw std::runtime_error("the view has no engine");
   EXPECT_TRUE(WaitFor([&] { return pView->IsLoaded(); }));
-  if (bHidden) pView->setVisible(false);
   return *pView->Engine();
 }
 
