@@ -31,6 +31,15 @@ constexpr char kRemoveNamesScript[] =
     "each('body a,body area','href');each('body a','xlink:href');each('body form','action');"
     "each('body [formaction]','formaction')})()";
 
+// A page with an instruction to refresh leaves for an empty one. Such an element acts when it is inserted, so
+// that it is taken out before, in a document that does nothing.
+constexpr char kGuardScript[] =
+    "(function(){var insert=Element.prototype.insertAdjacentHTML;"
+    "Element.prototype.insertAdjacentHTML=function(place,markup){if(/<meta/i.test(markup)){"
+    "var page=document.implementation.createHTMLDocument('');insert.call(page.body,place,markup);"
+    "page.querySelectorAll('meta').forEach(function(meta){meta.remove()});markup=page.body.innerHTML}"
+    "insert.call(this,place,markup)}})()";
+
 /// Returns true for text that may contain a named element or a colour input, or a script escape that may hide
 /// one.
 bool MayHoldNames(const QString& qstrText) {
@@ -140,6 +149,7 @@ void ChatView::StartEngine() {
   m_pEngine->Load(m_qstrPage, [pThis = QPointer<ChatView>(this)] {
     if (!pThis) return;
     pThis->m_bPageLoaded = true;
+    pThis->Run(kGuardScript);
     pThis->Send();
   });
 }

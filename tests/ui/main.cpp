@@ -13,7 +13,7 @@ namespace {
 QtMessageHandler g_pfnTestHandler = nullptr;
 
 /// The offscreen platform reports each thing that only a real screen can do, and the engine of the chat views
-/// that it has no context of OpenGL to share, which it is told not to use. Neither is the program's fault.
+/// that it has no context of OpenGL to share, which it doesn't use. Neither is the program's fault.
 void DropPlatformTalk(QtMsgType type, const QMessageLogContext& context, const QString& qstrMessage) {
   for (const char* pszBeginning :
        {"This plugin does not support ", "Qt WebEngine seems to be initialized from a plugin.",
