@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QDir>
+#include <csignal>
 
 #include "app/message_handler.h"
 #include "app/relaunch.h"
@@ -21,6 +22,9 @@ void ShowWindow() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Started by another process, the program may outlive whoever reads its output: the toolkit already warns
+  // at start.
+  signal(SIGPIPE, SIG_IGN);
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);  // the window quits explicitly
   qInstallMessageHandler(customMessageHandler);
