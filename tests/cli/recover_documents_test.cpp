@@ -218,7 +218,7 @@ TEST_F(RecoverDocuments, LinkIntoTheBackupFailsItsDocumentsAndTheBackupStays) {
   const CommandResult result = RunCommand({"recover", Backup(), Out(), "--only", "Message,Notes"});
 
   EXPECT_EQ(4, result.nExitStatus);
-  EXPECT_THAT(result.strOut, HasSubstr("in the backup"));
+  EXPECT_THAT(result.strOut, HasSubstr("inside the backup"));
   EXPECT_THAT(Succeeded(result, Out()), ElementsAre("/Notes/Notes_STAMP.html"));
   EXPECT_TRUE(before == TreeOf(Backup()));
 }

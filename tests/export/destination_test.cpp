@@ -158,7 +158,7 @@ TEST_P(LinkIntoBackup, IsRefusedAndTheBackupStays) {
   const bool bAllowed = MakeFolder(GetParam().pszFolder);
 
   EXPECT_FALSE(bAllowed);
-  EXPECT_THAT(Reason(), HasSubstr("in the backup"));
+  EXPECT_THAT(Reason(), HasSubstr("inside the backup"));
   EXPECT_THAT(NamesIn(m_folder.Path("backup")), ElementsAre("sub"));
   EXPECT_THAT(NamesIn(m_folder.Path("backup/sub")), IsEmpty());
 }

@@ -192,7 +192,7 @@ TEST_P(CategoryFolder, ThatLeadsIntoTheBackupIsRefusedAndTheOthersAreWritten) {
   EXPECT_EQ(before, TreeState(m_folder.Path("backup")));
   EXPECT_THAT(Written(), ElementsAreArray(DocumentsIn(GetParam(), false)));
   EXPECT_THAT(Failed(), Each(StartsWith(Out() + "/" + GetParam() + "/")));
-  EXPECT_THAT(Reason(), HasSubstr("in the backup"));
+  EXPECT_THAT(Reason(), HasSubstr("inside the backup"));
 }
 
 TEST_P(CategoryFolder, ThatIsAFileFailsItsDocumentsAndTheOthersAreWritten) {
@@ -242,7 +242,7 @@ TEST_F(RefusedExport, LinkInTheMiddleOfALabelIsRefused) {
   RecoverMessage("A/B", "");
 
   EXPECT_THAT(NamesIn(m_folder.Path("backup")), IsEmpty());
-  EXPECT_THAT(Reason(), HasSubstr("in the backup"));
+  EXPECT_THAT(Reason(), HasSubstr("inside the backup"));
 }
 
 TEST_F(RefusedExport, LinkToAnotherFolderIsFollowed) {
