@@ -14,8 +14,8 @@ class Deadline {
   Deadline& operator=(const Deadline&) = delete;
 };
 
-/// Starts the engine of a view as its first show does, and waits until all scripts have run. The view stays as hidden
-/// as it was, so that nothing is laid out.
+/// Starts the engine of a view as its first show does, and waits until all scripts have run. The view stays
+/// as hidden as it was, so that nothing is laid out.
 ChatEngine& EngineOf(ChatView* pView);
 /// The value of a script of the test's in a view's page.
 QVariant Ask(ChatView* pView, const QString& qstrScript);
