@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr double kSmallestText = 8;  // points
+constexpr int kSmallestText = 8;  // pixels
 
-/// Shrinks the font until the text fits its label, for instance on displays with more pixels per point.
+/// Shrinks the font until the text fits its label, for instance where a wider font stands in for Calibri.
 void ShrinkToFit(QLabel* pLabel) {
   QFont font = pLabel->font();
   const auto fits = [&] {
@@ -19,7 +19,7 @@ void ShrinkToFit(QLabel* pLabel) {
         QFontMetrics(font).boundingRect(QRect(QPoint(), pLabel->size()), Qt::TextWordWrap, pLabel->text());
     return needed.height() <= pLabel->height() && needed.width() <= pLabel->width();
   };
-  while (font.pointSizeF() > kSmallestText && !fits()) font.setPointSizeF(font.pointSizeF() - 0.5);
+  while (font.pixelSize() > kSmallestText && !fits()) font.setPixelSize(font.pixelSize() - 1);
   pLabel->setFont(font);
 }
 

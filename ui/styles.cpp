@@ -37,7 +37,9 @@ const QString dialog_style::main_button_style = ButtonStyle("rgb(191, 191, 191)"
 const QString dialog_style::backGroud_style = "background-color: rgb(79, 79 ,79);";
 
 QFont TextFont(int nSize, int nWeight) {
-  return QFont("Calibri", nSize, FontWeight(nWeight));
+  QFont font("Calibri", -1, FontWeight(nWeight));
+  font.setPixelSize(nSize);
+  return font;
 }
 
 void InitResources() {

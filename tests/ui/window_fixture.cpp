@@ -94,7 +94,7 @@ std::string FontOf(const QFont& font) {
   const auto weight = weights.find(font.weight());
   return QString("%1 %2/%3")
       .arg(font.family())
-      .arg(font.pointSize())
+      .arg(font.pixelSize())
       .arg(weight == weights.end() ? -1 : weight->second)
       .toStdString();
 }
