@@ -9,6 +9,8 @@
 #include "ui/drag.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 constexpr int kRowHeight = 22;
 }

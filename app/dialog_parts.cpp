@@ -2,6 +2,8 @@
 
 #include "ui/styles.h"
 
+namespace orvandel {
+
 QLabel* CreateHeadBand(int nMinimumHeight, int nTextHeight, QLabel*& pText) {
   auto* pBand = new QLabel;
   pBand->setObjectName("headBand");
@@ -27,3 +29,5 @@ QPushButton* CreateDialogButton(const QString& qstrText, QWidget* pParent) {
   pButton->resize(80, 25);
   return pButton;
 }
+
+}  // namespace orvandel

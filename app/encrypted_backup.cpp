@@ -20,6 +20,8 @@
 #include "ui/message_box.h"
 #include "ui/window.h"
 
+using namespace orvandel;
+
 namespace {
 
 /// Where decrypted files go. The double slash in it is wanted: the tool gets the path as it stands.

@@ -7,6 +7,8 @@
 #include "common/text.h"
 #include "ui/window.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kSecondStageArguments = 2;  // the program name and one argument of any value

@@ -7,6 +7,8 @@
 #include "ui/drag.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kSmallestText = 8;  // pixels

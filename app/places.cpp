@@ -4,6 +4,8 @@
 
 #include "common/text.h"
 
+namespace orvandel {
+
 std::string BackupRoot() {
   return kSystemBackupRoot;
 }
@@ -13,3 +15,5 @@ std::string WorkFolder() {
 std::string ProgramFolder() {
   return ToNarrow(QCoreApplication::applicationDirPath()) + "/";
 }
+
+}  // namespace orvandel

@@ -15,6 +15,8 @@
 #include "ui/styles.h"
 #include "ui/window.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kWidth = 500;

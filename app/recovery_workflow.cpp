@@ -10,6 +10,8 @@
 #include "export/recovery.h"
 #include "ui/category_tables.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kEndPercent = 1000;  // whatever stands before it, the bar is full

@@ -4,6 +4,8 @@
 
 #include "app/relaunch.h"
 
+namespace orvandel {
+
 // AuthorizationExecuteWithPrivileges has been deprecated since 10.7, but its replacements require a signed
 // helper.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
@@ -27,3 +29,5 @@ void RelaunchWithRights() {
   }
   AuthorizationFree(authorization, kAuthorizationFlagDestroyRights);
 }
+
+}  // namespace orvandel

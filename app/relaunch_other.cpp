@@ -5,6 +5,8 @@
 
 #include "app/relaunch.h"
 
+namespace orvandel {
+
 void RelaunchWithRights() {
   const QString qstrProgram = QCoreApplication::applicationFilePath();
   if (geteuid() == 0)
@@ -12,3 +14,5 @@ void RelaunchWithRights() {
   else
     QProcess::startDetached("pkexec", {qstrProgram, "start"});  // fails silently if declined or not installed
 }
+
+}  // namespace orvandel

@@ -14,6 +14,8 @@
 #include "ui/message_box.h"
 #include "ui/window.h"
 
+using namespace orvandel;
+
 namespace {
 constexpr int kComplete = 100;
 }

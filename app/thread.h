@@ -1,9 +1,13 @@
 #pragma once
 #include <QThread>
 
+namespace orvandel {
+
 /// What the user reads when a worker can't be started.
 constexpr char kNoWorker[] =
     "The system can't start another task. Please close other programs and try again.";
+
+}  // namespace orvandel
 
 /// A thread that runs one function. Owned by who starts it; the function's result goes nowhere.
 class CMyThread : public QThread {

@@ -2,6 +2,8 @@
 
 #include "common/status.h"
 
+namespace orvandel {
+
 namespace {
 
 /// The file of one row of a list.
@@ -107,3 +109,5 @@ int WalkCategories(IPhoneRecoveryParse& parser, BackupRecords& records,
   }
   return nStatus;
 }
+
+}  // namespace orvandel

@@ -7,6 +7,8 @@
 #include "backup/parser.h"
 #include "backup/records.h"
 
+namespace orvandel {
+
 /// Numbers of the categories: their indexes in the tree.
 enum CategoryNumber {
   kCameraRoll,
@@ -64,3 +66,5 @@ std::string CategoryLabel(const Category& category, size_t nCount);
 /// the last step.
 int WalkCategories(IPhoneRecoveryParse& parser, BackupRecords& records,
                    const std::function<void(const Category&)>& afterCategory);
+
+}  // namespace orvandel

@@ -16,6 +16,8 @@
 #include "common/status.h"
 #include "common/text.h"
 
+using namespace orvandel;
+
 namespace {
 
 using FilePointer = std::unique_ptr<FILE, decltype(&fclose)>;
@@ -138,6 +140,8 @@ int ReadInfoLines(FILE* pFile, __BACK_FILE_INFO__& info) {
 
 }  // namespace
 
+namespace orvandel {
+
 int TraverseSubFolders(const std::string& strFolder, std::vector<std::string>& folders) {
   // Reverse order is intended: the table of backups is filled from the last row up. One insertion for all,
   // since inserting each at the front would be quadratic.
@@ -158,6 +162,8 @@ int TraverseFiles(const std::string& strFolder, std::vector<std::string>& files)
   return 1;
 }
 
+}  // namespace orvandel
+
 int TraverseFolderAndFile(const std::string& strFolder, std::vector<std::string>& entries) {
   VisitFolder(strFolder, [&](const QFileInfo& entry, std::string strPath) {
     if (!IsDotEntry(entry)) entries.push_back(std::move(strPath));
@@ -171,6 +177,8 @@ int64_t TraverseFileCnt(const std::string& strFolder) {
               [&](const QFileInfo& entry, const std::string&) { nCount += entry.isFile() ? 1 : 0; });
   return nCount;
 }
+
+namespace orvandel {
 
 int64_t CountBackupFiles(const std::string& strFolder) {
   std::vector<std::string> entries;
@@ -211,3 +219,5 @@ int IsBackupEncrypted(const std::string& strFolder) {
   if (fread(head, 1, sizeof head, file->get()) < 6) return 1;
   return memcmp(head, "SQLite", 6) == 0 ? 0 : 1;
 }
+
+}  // namespace orvandel

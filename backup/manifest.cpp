@@ -8,6 +8,8 @@
 #include "common/store.h"
 #include "common/text.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kIdentifierDigits = 40;

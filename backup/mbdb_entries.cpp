@@ -13,6 +13,8 @@
 #include "common/status.h"
 #include "common/text.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kMagic[4] = {'m', 'b', 'd', 'b'};
@@ -179,6 +181,8 @@ std::string getstring(const unsigned char* pData, long long* pOffset, long long 
   return {reinterpret_cast<const char*>(bytes.pBytes), static_cast<size_t>(bytes.nLength)};
 }
 
+namespace orvandel {
+
 std::string gethash(const unsigned char* pData, long long* pOffset, long long nSize) {
   std::string strText;
   ReadHash(pData, pOffset, nSize, strText);
@@ -208,3 +212,5 @@ int VisitBinaryManifest(const char16_t* pPath, const std::function<void(const fi
   VisitEntries(strPath, window, visit);
   return kStatusOk;
 }
+
+}  // namespace orvandel

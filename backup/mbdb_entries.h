@@ -24,9 +24,13 @@ struct fileinfo {
   uint32_t nPropertyCount = 0;
 };
 
+namespace orvandel {
+
 /// Calls visit for each entry of a binary manifest, in file order, including directories and links. The
 /// record is valid only during the call.
 /// @param pPath UTF-16.
 /// @return 0, or 87 when the file can't be opened or doesn't begin with the magic. A truncated file gives 0
 ///         and its complete entries. Problems are reported to the problem handler.
 int VisitBinaryManifest(const char16_t* pPath, const std::function<void(const fileinfo&)>& visit);
+
+}  // namespace orvandel

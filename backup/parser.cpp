@@ -2,6 +2,8 @@
 
 #include "common/status.h"
 
+using namespace orvandel;
+
 int CLocalBuckupRecovery::Init(void* pSession) {
   m_pBackupFile = static_cast<CIphoneBackupFile*>(pSession);
   return kStatusOk;

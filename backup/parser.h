@@ -14,11 +14,11 @@ enum RECOVERY_TYPE { RECOVERY_TYPE_LOCAL_BACKUP = 1 };
 class IPhoneRecoveryParse {
  public:
   virtual int Init(void* pSession) = 0;
-  virtual int InitCallback(ProgressCallback pfnCallback, void* pContext) = 0;
+  virtual int InitCallback(orvandel::ProgressCallback pfnCallback, void* pContext) = 0;
   virtual int IsEncrypt(bool& bEncrypted) = 0;
   virtual int CheckPassword(char* pszPassword) = 0;
   virtual int Scan(QString qstrDecryptedFolder) = 0;
-  virtual int GetIPhoneMessageInfo(MessageMap& messages) = 0;
+  virtual int GetIPhoneMessageInfo(orvandel::MessageMap& messages) = 0;
   virtual int GetAttachmentsFilePath(std::vector<_IPHONE_ATTACHMENTS_>& attachments) = 0;
   virtual int GetIPhonePersonContent(std::vector<__PERSON_CONTENT__>& people) = 0;
   virtual int GetIPhoneNotes(std::vector<__NOTES__>& notes) = 0;
@@ -27,19 +27,21 @@ class IPhoneRecoveryParse {
                                 std::vector<_IPHONE_CAMERA_INFO_>& photoStream) = 0;
   virtual int GetWhatsAppAttachment(std::vector<_WHATSAPP_ATTACHMENTS_>& attachments) = 0;
   virtual int GetAppFilePath(std::vector<_IPHONE_APP_FILE_INFO_>& files) = 0;
-  virtual int GetQQMessageInfo(QQMap& messages) = 0;
-  virtual int GetWeiXinMessageInfo(WeiXinMap& messages) = 0;
-  virtual int GetWhatsappMessageInfo(WhatsAppMap& chats) = 0;
-  virtual int PreView(char16_t* pFirst, char16_t* pSecond, ProgressCallback pfnCallback, void* pContext) = 0;
-  virtual int Recovery(char16_t* pFirst, char16_t* pSecond, RecoveryCallback pfnCallback, void* pContext) = 0;
+  virtual int GetQQMessageInfo(orvandel::QQMap& messages) = 0;
+  virtual int GetWeiXinMessageInfo(orvandel::WeiXinMap& messages) = 0;
+  virtual int GetWhatsappMessageInfo(orvandel::WhatsAppMap& chats) = 0;
+  virtual int PreView(char16_t* pFirst, char16_t* pSecond, orvandel::ProgressCallback pfnCallback,
+                      void* pContext) = 0;
+  virtual int Recovery(char16_t* pFirst, char16_t* pSecond, orvandel::RecoveryCallback pfnCallback,
+                       void* pContext) = 0;
   virtual int RecoverySMSMessage(char* pszDestination) = 0;
   virtual int RecoveryPersonContacts(char* pszDestination) = 0;
-  virtual int RecoveryWhatsAppMessage(unsigned int nChatId, char16_t* pPath, RecoveryCallback pfnCallback,
-                                      void* pContext) = 0;
+  virtual int RecoveryWhatsAppMessage(unsigned int nChatId, char16_t* pPath,
+                                      orvandel::RecoveryCallback pfnCallback, void* pContext) = 0;
   virtual int RecoveryQQMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird,
-                                RecoveryCallback pfnCallback, void* pContext) = 0;
+                                orvandel::RecoveryCallback pfnCallback, void* pContext) = 0;
   virtual int RecoveryWeiXinMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird,
-                                    RecoveryCallback pfnCallback, void* pContext) = 0;
+                                    orvandel::RecoveryCallback pfnCallback, void* pContext) = 0;
   virtual ~IPhoneRecoveryParse() = default;
 };
 
@@ -47,11 +49,11 @@ class IPhoneRecoveryParse {
 class CLocalBuckupRecovery : public IPhoneRecoveryParse {
  public:
   int Init(void* pSession) override;  ///< @param pSession a CIphoneBackupFile that outlives the parser
-  int InitCallback(ProgressCallback pfnCallback, void* pContext) override;
+  int InitCallback(orvandel::ProgressCallback pfnCallback, void* pContext) override;
   int IsEncrypt(bool& bEncrypted) override;       ///< @return 0, with the argument unchanged
   int CheckPassword(char* pszPassword) override;  ///< @return 1 for any password
   int Scan(QString qstrDecryptedFolder) override;
-  int GetIPhoneMessageInfo(MessageMap& messages) override;
+  int GetIPhoneMessageInfo(orvandel::MessageMap& messages) override;
   int GetAttachmentsFilePath(std::vector<_IPHONE_ATTACHMENTS_>& attachments) override;
   int GetIPhonePersonContent(std::vector<__PERSON_CONTENT__>& people) override;
   int GetIPhoneNotes(std::vector<__NOTES__>& notes) override;
@@ -60,19 +62,21 @@ class CLocalBuckupRecovery : public IPhoneRecoveryParse {
                         std::vector<_IPHONE_CAMERA_INFO_>& photoStream) override;
   int GetWhatsAppAttachment(std::vector<_WHATSAPP_ATTACHMENTS_>& attachments) override;
   int GetAppFilePath(std::vector<_IPHONE_APP_FILE_INFO_>& files) override;
-  int GetQQMessageInfo(QQMap& messages) override;
-  int GetWeiXinMessageInfo(WeiXinMap& messages) override;
-  int GetWhatsappMessageInfo(WhatsAppMap& chats) override;
-  int PreView(char16_t* pFirst, char16_t* pSecond, ProgressCallback pfnCallback, void* pContext) override;
-  int Recovery(char16_t* pFirst, char16_t* pSecond, RecoveryCallback pfnCallback, void* pContext) override;
+  int GetQQMessageInfo(orvandel::QQMap& messages) override;
+  int GetWeiXinMessageInfo(orvandel::WeiXinMap& messages) override;
+  int GetWhatsappMessageInfo(orvandel::WhatsAppMap& chats) override;
+  int PreView(char16_t* pFirst, char16_t* pSecond, orvandel::ProgressCallback pfnCallback,
+              void* pContext) override;
+  int Recovery(char16_t* pFirst, char16_t* pSecond, orvandel::RecoveryCallback pfnCallback,
+               void* pContext) override;
   int RecoverySMSMessage(char* pszDestination) override;
   int RecoveryPersonContacts(char* pszDestination) override;
-  int RecoveryWhatsAppMessage(unsigned int nChatId, char16_t* pPath, RecoveryCallback pfnCallback,
+  int RecoveryWhatsAppMessage(unsigned int nChatId, char16_t* pPath, orvandel::RecoveryCallback pfnCallback,
                               void* pContext) override;
-  int RecoveryQQMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird, RecoveryCallback pfnCallback,
-                        void* pContext) override;
+  int RecoveryQQMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird,
+                        orvandel::RecoveryCallback pfnCallback, void* pContext) override;
   int RecoveryWeiXinMessage(char16_t* pFirst, char16_t* pSecond, char16_t* pThird,
-                            RecoveryCallback pfnCallback, void* pContext) override;
+                            orvandel::RecoveryCallback pfnCallback, void* pContext) override;
 
  private:
   CIphoneBackupFile* m_pBackupFile = nullptr;

@@ -9,6 +9,8 @@
 #include "extract/messages.h"
 #include "extract/notes.h"
 
+namespace orvandel {
+
 /// All records found by a scan. Filled on the scan's thread; not to be used by others during a scan.
 struct BackupRecords {
   /// @param messages receives the conversations: the session's own map, to avoid a second copy.
@@ -29,3 +31,5 @@ struct BackupRecords {
   WhatsAppMap m_mapWhatsApp;
   std::vector<_WHATSAPP_ATTACHMENTS_> m_vecWhatsAppAttachment;
 };
+
+}  // namespace orvandel

@@ -2,6 +2,8 @@
 
 #include "common/status.h"
 
+namespace orvandel {
+
 std::unique_ptr<IPhoneRecoveryParse> MakeLocalParser(CIphoneBackupFile& session) {
   return std::unique_ptr<IPhoneRecoveryParse>(
       CIphoneRecoveryFactory::getInstance()->CreateRecoveryParse(&session, RECOVERY_TYPE_LOCAL_BACKUP));
@@ -29,3 +31,5 @@ int ScanBackup(const __BACK_FILE_INFO__& info, CIphoneBackupFile& session,
   if (nStatus == kStatusFailed || nStatus == kStatusStopWalk) return kStatusStopWalk;
   return WalkCategories(*pParser, records, steps.afterCategory);
 }
+
+}  // namespace orvandel

@@ -5,6 +5,8 @@
 
 #include "backup/categories.h"
 
+namespace orvandel {
+
 /// Creates the parser of a scan. @return null when there is none.
 using ParserMaker = std::function<std::unique_ptr<IPhoneRecoveryParse>(CIphoneBackupFile& session)>;
 
@@ -35,3 +37,5 @@ struct ScanSteps {
 /// missing or unreadable manifest (87) doesn't end the scan.
 int ScanBackup(const __BACK_FILE_INFO__& info, CIphoneBackupFile& session,
                std::unique_ptr<IPhoneRecoveryParse>& pParser, BackupRecords& records, const ScanSteps& steps);
+
+}  // namespace orvandel

@@ -10,6 +10,8 @@
 #include "common/status.h"
 #include "common/text.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kStartProgress = 1;

@@ -49,7 +49,7 @@ class CIphoneBackupFile {
   /// Selects a backup. @return 0.
   int Init(const __BACK_FILE_INFO__* pInfo);
   /// Sets the progress callback; null for none. @return 0.
-  int InitCallback(ProgressCallback pfnCallback, void* pContext);
+  int InitCallback(orvandel::ProgressCallback pfnCallback, void* pContext);
   /// The selected backup; after the scan of an encrypted one its path is the folder of decrypted files.
   __BACK_FILE_INFO__* GetSelectBackUpFileInfo();
   /// Empties the folder of decrypted files and removes the temporary files of an earlier run. @return 0.
@@ -66,7 +66,7 @@ class CIphoneBackupFile {
   int GetBackupCameraFile(std::vector<_IPHONE_CAMERA_INFO_>& camera,
                           std::vector<_IPHONE_CAMERA_INFO_>& photoStream);
   /// The session keeps the messages for the export; pass GetMessageMap() itself to avoid a copy.
-  int GetBackupFileMessageInfo(MessageMap& messages);
+  int GetBackupFileMessageInfo(orvandel::MessageMap& messages);
   int GetBackupMsgAttachments(std::vector<_IPHONE_ATTACHMENTS_>& attachments);
   int GetBackupFilePersonContent(std::vector<__PERSON_CONTENT__>& people);
   int GetBackupFileHistoryCallInfo(std::vector<__CALLHISTORY__>& calls);
@@ -74,13 +74,13 @@ class CIphoneBackupFile {
   /// Also collects the files for GetWhatsAppAttachment.
   int GetAppFileInfo(std::vector<_IPHONE_APP_FILE_INFO_>& files);
   /// Copies the caller's chats into the session. @return the callback's result.
-  int GetWhatsappMessageInfo(WhatsAppMap& chats);
+  int GetWhatsappMessageInfo(orvandel::WhatsAppMap& chats);
   /// Replaces the caller's list with the files collected by GetAppFileInfo. @return the callback's result.
   int GetWhatsAppAttachment(std::vector<_WHATSAPP_ATTACHMENTS_>& attachments);
   /// Adds an empty entry for each QQ account of the manifest. @return 0, or the callback's result that ended
   /// the walk.
-  int GetQQMessageInfo(QQMap& messages);
-  int GetWeiXinMessageInfo(WeiXinMap& messages);  ///< reads nothing; @return 0
+  int GetQQMessageInfo(orvandel::QQMap& messages);
+  int GetWeiXinMessageInfo(orvandel::WeiXinMap& messages);  ///< reads nothing; @return 0
 
   // Copies and transcripts. Destinations are narrow (char) or UTF-16 (char16_t).
 
@@ -90,36 +90,38 @@ class CIphoneBackupFile {
   int RecoveryPersonContacts(const char* pszDestination);
   /// Writes one chat as plain text.
   /// @return 0, the callback's result if other than 0, or an errno value.
-  int RecoveryWhatsAppMessage(unsigned int nChatId, const char16_t* pPath, RecoveryCallback pfnCallback,
-                              void* pContext);
+  int RecoveryWhatsAppMessage(unsigned int nChatId, const char16_t* pPath,
+                              orvandel::RecoveryCallback pfnCallback, void* pContext);
 
   // Parts of the interface that do nothing. @return 0.
   int DecryptBackupFile(const char* pszPassword, const char16_t* pFolder, std::string& strResult);
-  int PreView(const char16_t* pFirst, const char16_t* pSecond, ProgressCallback pfnCallback, void* pContext);
-  int Recovery(const char16_t* pFirst, const char16_t* pSecond, RecoveryCallback pfnCallback, void* pContext);
+  int PreView(const char16_t* pFirst, const char16_t* pSecond, orvandel::ProgressCallback pfnCallback,
+              void* pContext);
+  int Recovery(const char16_t* pFirst, const char16_t* pSecond, orvandel::RecoveryCallback pfnCallback,
+               void* pContext);
   int RecoveryQQMessage(const char16_t* pFirst, const char16_t* pSecond, const char16_t* pThird,
-                        RecoveryCallback pfnCallback, void* pContext);
+                        orvandel::RecoveryCallback pfnCallback, void* pContext);
   int RecoveryWeiXinMessage(const char16_t* pFirst, const char16_t* pSecond, const char16_t* pThird,
-                            RecoveryCallback pfnCallback, void* pContext);
+                            orvandel::RecoveryCallback pfnCallback, void* pContext);
 
   // State of the session.
-  MessageMap& GetMessageMap() { return m_mapMessages; }
-  const Catalogue& GetManifest() const { return m_vecManifest; }
+  orvandel::MessageMap& GetMessageMap() { return m_mapMessages; }
+  const orvandel::Catalogue& GetManifest() const { return m_vecManifest; }
   const std::vector<std::string>& GetBackupDirs() const { return m_vecBackupDirs; }
-  const WhatsAppMap& GetWhatsAppMap() const { return m_mapWhatsApp; }
-  const QQMap& GetQQMap() const { return m_mapQQ; }
+  const orvandel::WhatsAppMap& GetWhatsAppMap() const { return m_mapWhatsApp; }
+  const orvandel::QQMap& GetQQMap() const { return m_mapQQ; }
   int GetProgress() const { return m_nProgress; }
   uint64_t GetMaxMessageId() const { return m_nMaxMessageId; }
   uint64_t GetMaxContactId() const { return m_nMaxContactId; }
   /// Locates the files of the open backup.
-  BackupLayout GetLayout() const;
+  orvandel::BackupLayout GetLayout() const;
   /// The open backup's own folder, even when decrypted files are read from another. Narrow.
   const std::string& GetBackupFolder() const { return m_strBackupFolder; }
 
  private:
   /// Narrow path of a store of the open backup.
   std::string StorePath(const char* pszStoreId) const;
-  WalkProgress GetWalkProgress() const;
+  orvandel::WalkProgress GetWalkProgress() const;
   /// Fills the catalogue from the manifest in the backup's own folder, or from the decrypted one.
   /// @param strDecryptedFolder see Scan. @return see Scan.
   int ReadManifest(const std::string& strDecryptedFolder);
@@ -132,17 +134,17 @@ class CIphoneBackupFile {
   __BACK_FILE_INFO__ m_backupInfo;
   std::vector<std::string> m_vecBackupDirs;
   std::vector<std::string> m_vecDecryptedFiles;
-  Catalogue m_vecManifest;
-  ProgressCallback m_pfnCallback = nullptr;
+  orvandel::Catalogue m_vecManifest;
+  orvandel::ProgressCallback m_pfnCallback = nullptr;
   void* m_pCallbackContext = nullptr;
   int m_nProgress = 0;
   int m_nProgressStep = 0;
   uint64_t m_nMaxMessageId = 20000;
   uint64_t m_nMaxContactId = 20000;
   bool m_bHasManifestDb = false;
-  MessageMap m_mapMessages;
-  QQMap m_mapQQ;
-  WeiXinMap m_mapWeiXin;
-  WhatsAppMap m_mapWhatsApp;
+  orvandel::MessageMap m_mapMessages;
+  orvandel::QQMap m_mapQQ;
+  orvandel::WeiXinMap m_mapWeiXin;
+  orvandel::WhatsAppMap m_mapWhatsApp;
   std::vector<_WHATSAPP_ATTACHMENTS_> m_vecWhatsAppAttachments;
 };

@@ -8,6 +8,8 @@
 #include "common/status.h"
 #include "common/text.h"
 
+using namespace orvandel;
+
 int CIphoneBackupFile::GetBackupCameraFile(std::vector<_IPHONE_CAMERA_INFO_>& camera,
                                            std::vector<_IPHONE_CAMERA_INFO_>& photoStream) {
   const int nAnswer = WalkCameraFiles(m_vecManifest, GetLayout(), GetWalkProgress(), camera, photoStream);

@@ -9,6 +9,8 @@
 #include "common/file.h"
 #include "common/status.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kUnknownName[] = "Unknown";

@@ -12,6 +12,8 @@
 #include "sample/pictures.h"
 #include "sample/stores.h"
 
+namespace orvandel {
+
 namespace {
 
 QString g_folder;
@@ -124,3 +126,5 @@ std::string LargeBackup() {
                   })
       .toStdString();
 }
+
+}  // namespace orvandel

@@ -4,6 +4,8 @@
 
 // Test data. Each item is created in the data folder on first use and kept there for the next run.
 
+namespace orvandel {
+
 constexpr int kManifestEntries = 1000000;
 constexpr int kMediaFiles = 100000;
 constexpr int kMessageCount = 1000000;
@@ -20,3 +22,5 @@ std::string MessageStorePath();   ///< a message store with a million messages o
 std::string ContactsStorePath();  ///< a contacts store (new layout) with 5,000 people
 std::string ExportFolder();       ///< a folder for the output of exports
 std::string LargeBackup();        ///< folder: a million entries, 100,000 photos, 500,000 messages
+
+}  // namespace orvandel

@@ -7,6 +7,8 @@
 
 #include "sample/backup_builder.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kPassword[] = "benchmark";

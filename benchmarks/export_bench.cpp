@@ -10,6 +10,8 @@
 #include "common/text.h"
 #include "export/recovery.h"
 
+namespace orvandel {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -172,3 +174,5 @@ void ExportMessages(benchmark::State& state) {
 BENCHMARK(ExportMessages)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace
+
+}  // namespace orvandel

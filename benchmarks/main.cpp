@@ -9,6 +9,8 @@
 #include "benchmarks/data.h"
 #include "benchmarks/memory.h"
 
+using namespace orvandel;
+
 namespace {
 
 /// A benchmark, its baseline, and the highest allowed ratio of the two.

@@ -7,6 +7,8 @@
 #include "benchmarks/data.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 const Catalogue& Names() {
@@ -102,3 +104,5 @@ void ReadDatabaseManifest(benchmark::State& state) {
 BENCHMARK(ReadDatabaseManifest)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+}  // namespace orvandel

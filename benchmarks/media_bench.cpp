@@ -8,6 +8,8 @@
 #include "common/text.h"
 #include "extract/media.h"
 
+namespace orvandel {
+
 namespace {
 
 struct Media {
@@ -67,3 +69,5 @@ void WalkMedia(benchmark::State& state) {
 BENCHMARK(WalkMedia)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+}  // namespace orvandel

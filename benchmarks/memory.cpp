@@ -10,6 +10,8 @@
 
 #include "benchmarks/data.h"
 
+namespace orvandel {
+
 double ScanPeakMemory() {
   const std::string program = (QCoreApplication::applicationDirPath() + "/orvandel-cli").toStdString();
   const std::string backup = LargeBackup();
@@ -29,3 +31,5 @@ double ScanPeakMemory() {
   return static_cast<double>(usage.ru_maxrss) / 1024.0;  // KiB
 #endif
 }
+
+}  // namespace orvandel

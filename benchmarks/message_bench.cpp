@@ -4,6 +4,8 @@
 #include "benchmarks/data.h"
 #include "extract/messages.h"
 
+namespace orvandel {
+
 namespace {
 
 // The statement of the message reader.
@@ -53,3 +55,5 @@ void ReadMessageStore(benchmark::State& state) {
 BENCHMARK(ReadMessageStore)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+}  // namespace orvandel

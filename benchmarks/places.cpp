@@ -1,5 +1,7 @@
 #include "common/places.h"
 
+namespace orvandel {
+
 // Benchmarks don't use the system's folders.
 std::string BackupRoot() {
   return "/nonexistent/";
@@ -10,3 +12,5 @@ std::string WorkFolder() {
 std::string ProgramFolder() {
   return "/nonexistent/";
 }
+
+}  // namespace orvandel

@@ -21,6 +21,10 @@
 #include "ui/category_tables.h"
 #include "ui/window.h"
 
+using namespace orvandel;
+
+namespace orvandel {
+
 /// Access to the window's private members.
 class WindowAccess {
  public:
@@ -298,6 +302,8 @@ std::string WorkFolder() {
   static const QTemporaryDir folder;
   return ToNarrow(folder.path()) + "/";
 }
+
+}  // namespace orvandel
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -6,6 +6,8 @@
 #include <QWebEngineSettings>
 #include <cstring>
 
+namespace orvandel {
+
 namespace {
 
 constexpr char kPolicy[] =
@@ -106,3 +108,5 @@ bool SealedPage::javaScriptPrompt(const QUrl&, const QString&, const QString&, Q
 
 void SealedPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int,
                                           const QString&) {}
+
+}  // namespace orvandel

@@ -3,6 +3,8 @@
 #include <QWebEngineUrlRequestInterceptor>
 #include <atomic>
 
+namespace orvandel {
+
 /// Blocks and counts every request, to the network or to files, except for the page itself.
 class RefuseRequests : public QWebEngineUrlRequestInterceptor {
   Q_OBJECT
@@ -55,3 +57,5 @@ class SealedPage : public QWebEnginePage {
   bool m_bLoading = false;  // SetContent is loading its page; nothing else may load
   RefuseRequests* m_pRequests;
 };
+
+}  // namespace orvandel

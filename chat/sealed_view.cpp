@@ -8,6 +8,8 @@
 
 #include "chat/sealed_page.h"
 
+namespace orvandel {
+
 namespace {
 
 /// Run by root with its sandbox enabled, the engine terminates the process. Only the user may disable the
@@ -56,3 +58,5 @@ ChatEngine* SealedViewFactory::Create(QWidget* pParent) {
   qWarning("a chat can't be shown: its sandbox doesn't work for the superuser");
   return nullptr;
 }
+
+}  // namespace orvandel

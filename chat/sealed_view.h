@@ -3,6 +3,8 @@
 
 #include "ui/chat_engine.h"
 
+namespace orvandel {
+
 class SealedPage;
 
 /// The engine of a chat view: a web view with a sealed page and its own off-the-record profile.
@@ -24,9 +26,11 @@ class SealedView : public QWebEngineView, public ChatEngine {
 class SealedViewFactory : public QObject, public ChatEngineFactory {
   Q_OBJECT
   Q_PLUGIN_METADATA(IID CHAT_ENGINE_FACTORY_IID)
-  Q_INTERFACES(ChatEngineFactory)
+  Q_INTERFACES(orvandel::ChatEngineFactory)
 
  public:
   SealedViewFactory();
   ChatEngine* Create(QWidget* pParent) override;
 };
+
+}  // namespace orvandel

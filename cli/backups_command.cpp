@@ -13,6 +13,8 @@
 #include "common/places.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 QJsonObject BackupObject(const __BACK_FILE_INFO__& info) {
@@ -81,3 +83,5 @@ Command BackupsCommand() {
           AddNoOptions,
           ListBackups};
 }
+
+}  // namespace orvandel

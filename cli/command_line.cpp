@@ -7,6 +7,8 @@
 #include "cli/options.h"
 #include "cli/output.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr char kHelp[] = "help";
@@ -105,3 +107,5 @@ int RunCommandLine(const QStringList& arguments) {
   if (!pCommand) return WrongUsage(QString("unknown command '%1'").arg(arguments[nCommand]));
   return RunCommand(*pCommand, parser, arguments);
 }
+
+}  // namespace orvandel

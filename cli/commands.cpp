@@ -1,5 +1,7 @@
 #include "cli/commands.h"
 
+namespace orvandel {
+
 const std::vector<Command>& Commands() {
   static const std::vector<Command> commands = {
       BackupsCommand(),
@@ -8,3 +10,5 @@ const std::vector<Command>& Commands() {
   };
   return commands;
 }
+
+}  // namespace orvandel

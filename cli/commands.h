@@ -3,6 +3,8 @@
 #include <QStringList>
 #include <vector>
 
+namespace orvandel {
+
 /// A command of orvandel-cli.
 struct Command {
   /// A positional argument.
@@ -31,3 +33,5 @@ Command RecoverCommand();
 
 /// All commands, in the order of the overview.
 const std::vector<Command>& Commands();
+
+}  // namespace orvandel

@@ -21,6 +21,8 @@
 #include "common/text.h"
 #include "decrypt/client.h"
 
+namespace orvandel {
+
 namespace {
 
 /// The disk space needed for the decrypted files of a backup.
@@ -131,3 +133,5 @@ int DecryptRun::Run(const BackupOptions& options, ProgressBar& bar) {
   PrintError(options.qstrBackup + ": the backup could not be decrypted");
   return kExitNotWritten;
 }
+
+}  // namespace orvandel

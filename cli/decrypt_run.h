@@ -6,6 +6,8 @@
 #include "cli/options.h"
 #include "cli/progress_bar.h"
 
+namespace orvandel {
+
 /// Decrypts a backup into this process's private work folder with the decrypt tool. Must live as long as the
 /// decrypted files are used. The backup's own folder isn't changed.
 class DecryptRun {
@@ -36,3 +38,5 @@ class DecryptRun {
   QString m_qstrFolder;
   std::vector<Failure> m_failures;
 };
+
+}  // namespace orvandel

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace orvandel {
+
 /// Exit status of the process. After a signal it is 128 plus the signal's number.
 enum ExitStatus {
   kExitDone = 0,
@@ -8,3 +10,5 @@ enum ExitStatus {
   kExitPassword = 3,
   kExitNotWritten = 4,
 };
+
+}  // namespace orvandel

@@ -5,6 +5,8 @@
 
 #include "cli/output.h"
 
+namespace orvandel {
+
 QByteArray ToJson(const QJsonValue& value) {
   // QJsonDocument accepts only arrays and objects, so the value is wrapped in an array, whose brackets are
   // removed.
@@ -77,3 +79,5 @@ void JsonStream::Element(const QJsonValue& value) {
   Separate();
   Print(ToJson(value));
 }
+
+}  // namespace orvandel

@@ -2,6 +2,8 @@
 #include <QJsonValue>
 #include <QString>
 
+namespace orvandel {
+
 /// Prints one large JSON object on standard output piece by piece, so that a million records needn't be in
 /// memory as JSON at once. The pieces are formatted by QJsonDocument; this class adds brackets and commas.
 class JsonStream {
@@ -32,3 +34,5 @@ class JsonStream {
 
 /// Formats a value as compact JSON.
 QByteArray ToJson(const QJsonValue& value);
+
+}  // namespace orvandel

@@ -8,6 +8,8 @@
 #include "cli/stop_signal.h"
 #include "common/text.h"
 
+using namespace orvandel;
+
 int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);
   inner_initUnicodeMap("UTF-8");

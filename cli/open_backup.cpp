@@ -18,6 +18,8 @@
 #include "decrypt/backup_files.h"
 #include "decrypt/protocol.h"
 
+namespace orvandel {
+
 namespace {
 
 bool HoldsBackups(const QString& qstrFolder) {
@@ -156,3 +158,5 @@ std::vector<WrittenFile> AllLosses(const OpenBackup& backup) {
   lost.insert(lost.end(), backup.notDecrypted.begin(), backup.notDecrypted.end());
   return lost;
 }
+
+}  // namespace orvandel

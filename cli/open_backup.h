@@ -9,6 +9,8 @@
 #include "cli/progress_bar.h"
 #include "export/written_file.h"
 
+namespace orvandel {
+
 /// A backup opened and read by the command line.
 struct OpenBackup {
   explicit OpenBackup(const BackupOptions& options)
@@ -38,3 +40,5 @@ std::vector<WrittenFile> AllLosses(const OpenBackup& backup);
 
 /// Reports that a signal stopped the command. @return the exit status for it.
 int Interrupted();
+
+}  // namespace orvandel

@@ -5,6 +5,8 @@
 #include "cli/exit_status.h"
 #include "cli/output.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr char kJson[] = "json";
@@ -50,3 +52,5 @@ int WrongUsage(QString qstrReason) {
   PrintError(qstrReason + "; see 'orvandel-cli --help'");
   return kExitUsage;
 }
+
+}  // namespace orvandel

@@ -4,6 +4,8 @@
 
 #include "cli/commands.h"
 
+namespace orvandel {
+
 /// Options of every command.
 struct Options {
   bool bJson = false;
@@ -37,3 +39,5 @@ QString AbsolutePath(const QString& qstrPath);
 
 /// Reports an error of the command line on standard error. @return the exit status for it.
 int WrongUsage(QString qstrReason);
+
+}  // namespace orvandel

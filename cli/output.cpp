@@ -7,6 +7,8 @@
 #include "common/problem.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 using ProblemSet = std::set<std::pair<std::string, std::string>>;
@@ -62,3 +64,5 @@ QString Printable(QString qstrName) {
   }
   return qstrName;
 }
+
+}  // namespace orvandel

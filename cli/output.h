@@ -8,6 +8,8 @@
 // Output of the command line: results on standard output, always in UTF-8, and problems on standard error, in
 // the locale's encoding.
 
+namespace orvandel {
+
 /// Writes bytes to standard output.
 void Print(const QByteArray& bytes);
 /// Writes a line of text to standard output.
@@ -29,3 +31,5 @@ const std::set<std::pair<std::string, std::string>>& Losses();
 /// Replaces control characters in a name from a backup by "?", since they could break the line or control the
 /// terminal.
 QString Printable(QString qstrName);
+
+}  // namespace orvandel

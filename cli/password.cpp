@@ -11,6 +11,8 @@
 #include "cli/output.h"
 #include "cli/stop_signal.h"
 
+namespace orvandel {
+
 namespace {
 
 QByteArray FirstLine(QFile& file) {
@@ -83,3 +85,5 @@ bool ReadPassword(const BackupOptions& options, QByteArray& password) {
       ": the backup is encrypted; give its password by --password-stdin, --password-file or a terminal");
   return false;
 }
+
+}  // namespace orvandel

@@ -6,6 +6,8 @@
 #include "cli/places.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 std::string& Root() {
@@ -41,3 +43,5 @@ QString WorkFolderProblem() {
 std::string ProgramFolder() {
   return ToNarrow(QCoreApplication::applicationDirPath()) + "/";
 }
+
+}  // namespace orvandel

@@ -1,8 +1,12 @@
 #pragma once
 #include <QString>
 
+namespace orvandel {
+
 /// Why the private work folder could not be created, with its location; empty when it exists.
 QString WorkFolderProblem();
 
 /// Sets the folder that contains the backups; the system's fixed root by default.
 void SetBackupRoot(const QString& qstrFolder);
+
+}  // namespace orvandel

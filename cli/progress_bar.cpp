@@ -8,6 +8,8 @@
 
 #include "cli/stop_signal.h"
 
+namespace orvandel {
+
 namespace {
 constexpr int kCells = 40;
 constexpr std::chrono::milliseconds kDrawStep(50);
@@ -47,3 +49,5 @@ int ProgressBar::Report(void* pBar, int nPercent) {
   static_cast<ProgressBar*>(pBar)->Show(nPercent);
   return StopSignal() != 0 ? 1 : 0;
 }
+
+}  // namespace orvandel

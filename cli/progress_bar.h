@@ -1,6 +1,8 @@
 #pragma once
 #include <chrono>
 
+namespace orvandel {
+
 /// A progress bar on standard error, drawn only on a terminal and at most a few times a second.
 class ProgressBar {
  public:
@@ -23,3 +25,5 @@ class ProgressBar {
   int m_nPercent = -1;
   std::chrono::steady_clock::time_point m_lastDrawn;
 };
+
+}  // namespace orvandel

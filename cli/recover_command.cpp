@@ -11,6 +11,8 @@
 #include "cli/recover_steps.h"
 #include "cli/stop_signal.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr char kOnly[] = "only";
@@ -126,3 +128,5 @@ Command RecoverCommand() {
           AddRecoverOptions,
           Recover};
 }
+
+}  // namespace orvandel

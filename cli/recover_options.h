@@ -4,8 +4,12 @@
 #include "backup/categories.h"
 #include "cli/options.h"
 
+namespace orvandel {
+
 /// Options of a recovery.
 struct RecoverOptions : BackupOptions {
   QString qstrDestination;           ///< absolute path
   std::vector<CategoryNumber> only;  ///< what to recover; empty for everything
 };
+
+}  // namespace orvandel

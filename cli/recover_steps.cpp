@@ -7,6 +7,8 @@
 #include "export/document_steps.h"
 #include "export/file_name.h"
 
+namespace orvandel {
+
 namespace {
 
 class FileRecovery {
@@ -144,3 +146,5 @@ void ReportLosses(const RecoverOptions& options, const OpenBackup& backup, Recov
     report.Add(file);
   for (const WrittenFile& file : backup.notDecrypted) report.Add(file);
 }
+
+}  // namespace orvandel

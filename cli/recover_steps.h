@@ -8,6 +8,8 @@
 // The steps of a recovery, in the same order as in the window. Each step stops between two files after a
 // signal.
 
+namespace orvandel {
+
 /// True when a category is to be recovered.
 bool IsWanted(const RecoverOptions& options, CategoryNumber nNumber);
 
@@ -26,3 +28,5 @@ void RecoverDocuments(const RecoverOptions& options, const BackupRecords& record
 
 /// Reports files that could not be decrypted or read, and so are missing from the recovery, as failed.
 void ReportLosses(const RecoverOptions& options, const OpenBackup& backup, RecoveryReport& report);
+
+}  // namespace orvandel

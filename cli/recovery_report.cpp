@@ -8,6 +8,8 @@
 #include "common/format.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 RecoveryReport::RecoveryReport(const RecoverOptions& options, ProgressBar& bar, qint64 nTotal)
     : m_options(options), m_bar(bar), m_nTotal(nTotal) {}
 
@@ -52,3 +54,5 @@ void RecoveryReport::PrintTotals() const {
                 .arg(m_nFailed)
                 .arg(FromNarrow(GetFileSizeString(m_nBytes)), m_options.qstrDestination));
 }
+
+}  // namespace orvandel

@@ -3,6 +3,8 @@
 #include "cli/recover_options.h"
 #include "export/written_file.h"
 
+namespace orvandel {
+
 /// Prints the result of each file of a recovery, and the totals at the end.
 class RecoveryReport {
  public:
@@ -24,3 +26,5 @@ class RecoveryReport {
   qint64 m_nFailed = 0;
   qint64 m_nBytes = 0;
 };
+
+}  // namespace orvandel

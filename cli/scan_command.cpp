@@ -6,6 +6,8 @@
 #include "cli/scan_json.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr char kManifest[] = "manifest";
@@ -40,3 +42,5 @@ Command ScanCommand() {
           AddScanOptions,
           Scan};
 }
+
+}  // namespace orvandel

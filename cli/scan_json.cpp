@@ -6,6 +6,8 @@
 #include "cli/json_stream.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 template <typename File>
@@ -128,3 +130,5 @@ void PrintScanJson(OpenBackup& backup, bool bManifest) {
   }
   if (bManifest) PrintArray(json, "manifest", backup.session.GetManifest(), EntryObject);
 }
+
+}  // namespace orvandel

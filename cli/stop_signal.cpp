@@ -6,6 +6,8 @@
 
 #include "common/stop.h"
 
+namespace orvandel {
+
 namespace {
 
 volatile std::sig_atomic_t g_nSignal = 0;
@@ -33,3 +35,5 @@ void CatchStopSignals() {
 int StopSignal() {
   return g_nSignal;
 }
+
+}  // namespace orvandel

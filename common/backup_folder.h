@@ -3,6 +3,8 @@
 
 #include "common/file.h"
 
+namespace orvandel {
+
 /// Opens many files of one backup, with the results of OpenBackupFile and fewer system calls per file. Holds
 /// the backup's folder open for its lifetime. Thread-safe.
 class BackupFolder {
@@ -20,3 +22,5 @@ class BackupFolder {
   std::string m_strPrefix;  // common prefix of the paths below the root
   int m_nFolder = -1;
 };
+
+}  // namespace orvandel

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace orvandel {
+
 /// Called with the progress of an operation, in percent. Return 0 to continue, anything else to stop.
 using ProgressCallback = int (*)(void* pContext, int nProgress);
 
@@ -14,3 +16,5 @@ struct WalkProgress {
   int nBase = 0;  ///< percentage at the start of the walk
   int nStep = 0;  ///< percentage points per step
 };
+
+}  // namespace orvandel

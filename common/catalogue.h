@@ -8,5 +8,9 @@ struct __MBDB_FILE__ {
   std::string strFileId;    ///< 40 lower-case hexadecimal digits: the file's name in the backup
 };
 
+namespace orvandel {
+
 /// All entries of a manifest, in its order.
 using Catalogue = std::vector<__MBDB_FILE__>;
+
+}  // namespace orvandel

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+namespace orvandel {
+
 /// Owns a file descriptor and closes it on destruction.
 class Descriptor {
  public:
@@ -24,3 +26,5 @@ class Descriptor {
  private:
   int m_nDescriptor;
 };
+
+}  // namespace orvandel

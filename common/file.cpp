@@ -27,6 +27,8 @@
 #include "common/status.h"
 #include "common/text.h"
 
+using namespace orvandel;
+
 FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode) {
   // Only the first letter of the mode is used. Required for output compatibility.
   const char szMode[2] = {pMode ? static_cast<char>(*pMode) : '\0', '\0'};
@@ -94,6 +96,8 @@ size_t ShardFolderLength(const std::string& strPath) {
 }
 
 }  // namespace
+
+namespace orvandel {
 
 void DeclareSharded(const std::string& strRoot) {
   {
@@ -220,6 +224,8 @@ Problem CopyBackupFile(const std::string& strSource, const std::string& strTarge
   fchmod(target->Get(), static_cast<mode_t>(nRights));
   return target->Finish();
 }
+
+}  // namespace orvandel
 
 int GetFileByteSize(const char16_t* pPath, long long& nSize) {
   std::string strPath;

@@ -18,6 +18,8 @@ struct STRUCT_RSB_FILE_ATTR {
 /// @return the stream from fopen, or null with errno set.
 FILE* _wfopen(const char16_t* pPath, const wchar_t* pMode);
 
+namespace orvandel {
+
 /// Marks a backup as sharded: its files are in sub-folders, which then must not be links either. Applies to
 /// the whole process. @param strRoot narrow, without a trailing "/".
 void DeclareSharded(const std::string& strRoot);
@@ -51,6 +53,8 @@ constexpr unsigned int kRecoveredFileRights = 0777;
 /// @param strSource, strTarget narrow. @return a problem with the source (Open, Read) or the target (Create,
 /// Write).
 Problem CopyBackupFile(const std::string& strSource, const std::string& strTarget, unsigned int nRights);
+
+}  // namespace orvandel
 
 /// Gets the size of a file in bytes. The path is converted to Latin-1, so paths with non-ASCII characters
 /// aren't found on a UTF-8 file system. The low half of the size is sign-extended; only the low 32 bits are

@@ -5,6 +5,8 @@
 #include "common/file.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 /// An identifier must not lead to another folder, and paths end at the first NUL.
@@ -57,3 +59,5 @@ bool FileLocator::Locate(const std::string& strFileId, std::string& strPath) con
   strPath += strFileId;
   return true;
 }
+
+}  // namespace orvandel

@@ -2,6 +2,8 @@
 #include <QString>
 #include <string>
 
+namespace orvandel {
+
 /// Locates the files of a backup, stores and manifest entries alike.
 struct BackupLayout {
   QString qstrRoot;             ///< the backup's folder, or that of the decrypted files
@@ -38,3 +40,5 @@ constexpr char kNotesStore[] = "ca3bc056d4da0bbf88b5fb3be254f3b7147e639c";      
 constexpr char kNotesCloudStore[] = "4f98687d8ab0d6d1a371110e6b7300f6e465bef2";  // ZICCLOUDSYNCINGOBJECT
 constexpr char kCallStore[] = "5a4935c78a5255723f707230a451d79c540d2741";
 constexpr char kCallStoreFallback[] = "2b2b0084a1bc3a5ac8c27afdf14afb42c61a19ca";
+
+}  // namespace orvandel

@@ -5,6 +5,8 @@
 
 #include <cerrno>
 
+namespace orvandel {
+
 namespace {
 
 std::string PathOf(const Descriptor& file) {
@@ -45,3 +47,5 @@ Problem NewFile::Finish() {
   unlink(m_strPath.c_str());
   return SystemProblem(Problem::Step::Write, m_strPath, nCloseError);
 }
+
+}  // namespace orvandel

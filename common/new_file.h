@@ -4,6 +4,8 @@
 #include "common/descriptor.h"
 #include "common/result.h"
 
+namespace orvandel {
+
 /// A file under construction. Where the system supports unnamed files, it is linked to its path only by
 /// Finish, so a killed process leaves no partial file. Elsewhere it has its name from the start. Not
 /// thread-safe.
@@ -32,3 +34,5 @@ class NewFile {
   Descriptor m_file;
   bool m_bNamed;
 };
+
+}  // namespace orvandel

@@ -7,6 +7,8 @@
 #include "common/status.h"
 #include "common/text.h"
 
+using namespace orvandel;
+
 namespace {
 
 /// Returns the first path that doesn't exist. Numbers start at nNumber; 0 is the path itself.
@@ -49,6 +51,8 @@ int GetExtendName(const char* pszName, std::string& strExtension) {
   return 0;
 }
 
+namespace orvandel {
+
 std::string FreeNames::Take(const std::string& strPath) {
   return FirstFreeName(strPath, m_lastNumbers[strPath]);
 }
@@ -56,6 +60,8 @@ std::string FreeNames::Take(const std::string& strPath) {
 bool HasParentStep(const std::string& strPath) {
   return ("/" + strPath + "/").find("/../") != std::string::npos;
 }
+
+}  // namespace orvandel
 
 std::u16string GetRealFileName(const char* pszPath) {
   unsigned int nNumber = 0;

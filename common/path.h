@@ -16,6 +16,8 @@ int GetExtendName(const char* pszName, std::string& strExtension);
 /// @param pszPath narrow. @return UTF-16.
 std::u16string GetRealFileName(const char* pszPath);
 
+namespace orvandel {
+
 /// Same as above for many files. Remembers the last number used for each path, so a thousand files of one
 /// name don't try a thousand names each. One object per recovery. Not thread-safe.
 class FreeNames {
@@ -29,3 +31,5 @@ class FreeNames {
 
 /// True when a component of the path is "..".
 bool HasParentStep(const std::string& strPath);
+
+}  // namespace orvandel

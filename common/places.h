@@ -5,6 +5,8 @@
 // the machine-wide folders, the command line with a private folder, the tests with a temporary one. No other
 // code knows these paths, and no environment variable changes them.
 
+namespace orvandel {
+
 /// The folder that contains the backups, one sub-folder each. Narrow, with a trailing "/".
 std::string BackupRoot();
 
@@ -24,3 +26,5 @@ constexpr char kDecryptedManifestName[] = "Manifest.db-decypted";
 /// The places of the installed program.
 constexpr char kSystemBackupRoot[] = "/Library/Application Support/MobileSync/Backup/";
 constexpr char kSystemWorkFolder[] = "/Library/Application Support/Velmora Orvandel/";
+
+}  // namespace orvandel

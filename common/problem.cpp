@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <cstring>
 
+namespace orvandel {
+
 namespace {
 std::atomic<ProblemHandler> g_pfnHandler{nullptr};
 std::atomic<ProblemHandler> g_pfnLossHandler{nullptr};
@@ -45,3 +47,5 @@ void ReportProblem(const Problem& problem) {
 void ReportLoss(const Problem& problem) {
   ReportLoss(problem.strFile, problem.strReason);
 }
+
+}  // namespace orvandel

@@ -1,6 +1,8 @@
 #pragma once
 #include <string>
 
+namespace orvandel {
+
 /// Why an operation on a file failed. Returned by functions below the fixed interfaces, directly or in a
 /// Result (common/result.h); these report nothing themselves.
 struct Problem {
@@ -39,3 +41,5 @@ void ReportProblem(const Problem& problem);
 /// both handlers.
 void ReportLoss(const std::string& strFile, const std::string& strReason);
 void ReportLoss(const Problem& problem);
+
+}  // namespace orvandel

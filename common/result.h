@@ -4,6 +4,8 @@
 
 #include "common/problem.h"
 
+namespace orvandel {
+
 /// The value that an operation returned, or the problem that prevented it.
 template <typename T>
 class Result {
@@ -23,3 +25,5 @@ class Result {
  private:
   std::variant<T, Problem> m_content;
 };
+
+}  // namespace orvandel

@@ -1,5 +1,7 @@
 #include "common/stop.h"
 
+namespace orvandel {
+
 namespace {
 std::atomic<const std::atomic<bool>*> g_pFlag{nullptr};
 }
@@ -12,3 +14,5 @@ bool IsStopRequested() {
   const std::atomic<bool>* pFlag = g_pFlag;
   return pFlag && pFlag->load(std::memory_order_relaxed);
 }
+
+}  // namespace orvandel

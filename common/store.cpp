@@ -15,6 +15,8 @@
 #include "common/stop.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr int kLongestValue = 128 << 20;  // bytes of a text or blob
@@ -289,3 +291,5 @@ StoreQuery::Bytes StoreQuery::Blob(int nColumn) const {
 int StoreQuery::ColumnCount() const {
   return m_pStatement ? sqlite3_column_count(m_pStatement) : 0;
 }
+
+}  // namespace orvandel

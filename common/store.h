@@ -9,6 +9,8 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
+namespace orvandel {
+
 /// A forward-only query over one SQLite store of a backup.
 ///
 /// All stores are opened through this class. The file is opened read-only and immutable: a missing store
@@ -72,3 +74,5 @@ class StoreQuery {
   bool m_bEnded = false;
   Problem m_problem;
 };
+
+}  // namespace orvandel

@@ -1,5 +1,7 @@
 #include "common/text.h"
 
+using namespace orvandel;
+
 namespace {
 const iconv_t kNoHandle = reinterpret_cast<iconv_t>(-1);
 QStringConverter::Encoding g_narrowEncoding = QStringConverter::Utf8;
@@ -8,6 +10,8 @@ QStringConverter::Encoding g_narrowEncoding = QStringConverter::Utf8;
 std::string g_language;
 iconv_t sz2uni_handle = kNoHandle;
 iconv_t uni2sz_handle = kNoHandle;
+
+namespace orvandel {
 
 QStringConverter::Encoding NarrowEncoding() {
   return g_narrowEncoding;
@@ -43,6 +47,8 @@ std::u16string ToWide(const QString& qstrText) {
 QString FromWide(const std::u16string& wstrText) {
   return QString::fromStdU16String(wstrText);
 }
+
+}  // namespace orvandel
 
 std::string Unicode2Ansi(const char16_t* pWide) {
   return pWide ? ToNarrow(QString::fromUtf16(pWide)) : std::string();

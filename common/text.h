@@ -9,6 +9,8 @@
 // encoding. A wide string is in UTF-16. Conversion to narrow replaces characters that the encoding can't
 // represent.
 
+namespace orvandel {
+
 /// The encoding of narrow text. Always UTF-8, since Qt switches to a UTF-8 locale at start, unless a test
 /// sets another. Not thread-safe: set it only while no other thread converts.
 QStringConverter::Encoding NarrowEncoding();
@@ -27,6 +29,8 @@ QString FromNarrow(const char* pszNarrow);
 /// QString to wide and back, both lossless.
 std::u16string ToWide(const QString& qstrText);
 QString FromWide(const std::u16string& wstrText);
+
+}  // namespace orvandel
 
 /// Wide to narrow. Reads up to the terminator; null gives an empty string.
 std::string Unicode2Ansi(const char16_t* pWide);

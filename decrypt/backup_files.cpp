@@ -15,6 +15,8 @@
 #include "decrypt/property_list.h"
 #include "decrypt/protocol.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr int kFileFlag = 1;  // value of Files.flags for a regular file
@@ -154,3 +156,5 @@ void BackupFiles::VisitBinary(const std::function<void(FileJob&& job)>& visit) c
       });
   if (nStatus != 0) throw std::runtime_error(m_strManifest + ": isn't a manifest");
 }
+
+}  // namespace orvandel

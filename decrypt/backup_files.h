@@ -5,6 +5,8 @@
 #include "decrypt/file_job.h"
 #include "decrypt/keybag.h"
 
+namespace orvandel {
+
 /// True when "Manifest.plist" marks the backup as encrypted; false when it can't be read.
 bool IsMarkedEncrypted(const std::string& strBackup);
 
@@ -44,3 +46,5 @@ class BackupFiles {
   Bytes m_manifestKey;  // empty when the manifest isn't encrypted
   std::string m_strManifest;
 };
+
+}  // namespace orvandel

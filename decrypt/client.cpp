@@ -7,6 +7,8 @@
 
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr int kStartLimit = 30000;  // milliseconds
@@ -79,3 +81,5 @@ int ToolPercent(qint64 nDone, qint64 nTotal) {
   // Clamped on both sides to avoid overflow, which could report the scan as complete.
   return static_cast<int>(std::clamp(nDone, -nTotal, nTotal) * kToolProgress / nTotal);
 }
+
+}  // namespace orvandel

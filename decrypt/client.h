@@ -5,6 +5,8 @@
 
 #include "decrypt/protocol.h"
 
+namespace orvandel {
+
 /// The task of a run of the tool.
 enum class ToolTask { CheckPassword, Decrypt };
 
@@ -53,3 +55,5 @@ std::optional<qint64> CountIn(const QByteArray& line);
 int ToolPercent(qint64 nDone, qint64 nTotal);
 
 constexpr int kToolProgress = 10;  // percentage of the progress bar used for decrypting
+
+}  // namespace orvandel

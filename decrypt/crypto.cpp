@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <utility>
 
+namespace orvandel {
+
 namespace {
 
 constexpr size_t kLargestPiece = 1 << 30;  // OpenSSL's lengths are ints
@@ -93,3 +95,5 @@ void CbcDecryptor::Decrypt(const unsigned char* pInput, unsigned char* pOutput, 
       nLength != static_cast<int>(nSize))
     Fail("AES-256-CBC");
 }
+
+}  // namespace orvandel

@@ -6,6 +6,8 @@
 
 struct evp_cipher_ctx_st;
 
+namespace orvandel {
+
 /// Bytes that are zeroed on destruction: keys and passwords.
 class Secret {
  public:
@@ -58,3 +60,5 @@ class CbcDecryptor {
  private:
   evp_cipher_ctx_st* m_pContext;
 };
+
+}  // namespace orvandel

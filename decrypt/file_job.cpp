@@ -13,6 +13,8 @@
 #include "common/file.h"
 #include "decrypt/protocol.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr size_t kPieceSize = 256 * 1024;
@@ -125,3 +127,5 @@ void WriteDecrypted(const std::string& strSource, const std::string& strTarget, 
     throw;
   }
 }
+
+}  // namespace orvandel

@@ -4,6 +4,8 @@
 
 #include "decrypt/crypto.h"
 
+namespace orvandel {
+
 /// One file of a backup to write.
 struct FileJob {
   std::string strId;            ///< its name in the backup and in the output folder
@@ -19,3 +21,5 @@ struct FileJob {
 /// kMissingSource for a missing source.
 void WriteDecrypted(const std::string& strSource, const std::string& strTarget, const Secret& key,
                     uint64_t nSize);
+
+}  // namespace orvandel

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+namespace orvandel {
+
 namespace {
 
 constexpr uint32_t kUnderPassword = 2;  // bit of a class's WRAP: wrapped with the password's key
@@ -117,3 +119,5 @@ Secret Keybag::FileKey(const Bytes& wrapped) const {
     throw std::runtime_error("its key is damaged");
   return key;
 }
+
+}  // namespace orvandel

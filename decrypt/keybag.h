@@ -5,6 +5,8 @@
 
 #include "decrypt/crypto.h"
 
+namespace orvandel {
+
 /// The keys of a backup: one for each protection class, wrapped with the password's key until Unlock.
 class Keybag {
  public:
@@ -34,3 +36,5 @@ class Keybag {
   Bytes m_strongSalt;  // of the first derivation in newer backups; else empty
   uint32_t nStrongRounds = 0;
 };
+
+}  // namespace orvandel

@@ -10,6 +10,8 @@
 #include "common/problem.h"
 #include "decrypt/tool.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kHelp[] =
@@ -70,6 +72,8 @@ int ReadOptions(int argc, char** argv, bool& bLeaveBackup, bool& bPasswordStdin)
 
 }  // namespace
 
+namespace orvandel {
+
 // Not used by this tool, which only opens the folders given as arguments.
 std::string BackupRoot() {
   return {};
@@ -80,6 +84,8 @@ std::string WorkFolder() {
 std::string ProgramFolder() {
   return {};
 }
+
+}  // namespace orvandel
 
 int main(int argc, char** argv) {
   if (argc == 2 && strcmp(argv[1], "--help") == 0) {

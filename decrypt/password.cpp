@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string>
 
+namespace orvandel {
+
 namespace {
 
 constexpr size_t kLongestInUtf8 = 4;  // bytes of UTF-8 per byte of another encoding
@@ -59,3 +61,5 @@ std::vector<Secret> PasswordForms(const Secret& given, const char* pszLocaleEnco
   }
   return forms;
 }
+
+}  // namespace orvandel

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace orvandel {
+
 PropertyList::PropertyList(const void* pData, size_t nSize) {
   const auto* pBytes = static_cast<const char*>(pData);
   if (nSize < 8 || nSize > UINT32_MAX) return;
@@ -76,3 +78,5 @@ ArchivedFile ReadArchivedFile(const void* pData, size_t nSize) {
   file.bWhole = !file.wrappedKey.empty();
   return file;
 }
+
+}  // namespace orvandel

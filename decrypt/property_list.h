@@ -6,6 +6,8 @@
 
 #include "decrypt/crypto.h"
 
+namespace orvandel {
+
 /// A parsed property list, binary or XML. Empty for invalid input.
 class PropertyList {
  public:
@@ -38,3 +40,5 @@ struct ArchivedFile {
 
 /// Reads a record of the keyed archiver; empty for anything else.
 ArchivedFile ReadArchivedFile(const void* pData, size_t nSize);
+
+}  // namespace orvandel

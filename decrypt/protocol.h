@@ -10,6 +10,8 @@
 // line with kWrongPasswordMark. With kCheckMode a count is printed only after the password was verified.
 // Standard error has a line "FILE: REASON" for each failure. Lines end with a line feed.
 
+namespace orvandel {
+
 /// File name of the tool, installed in the programs' folder.
 constexpr char kToolFileName[] = "Velmora Orvandel";
 
@@ -34,3 +36,5 @@ enum ToolStatus {
   kToolUsage = 2,
   kToolWrongPassword = 3,
 };
+
+}  // namespace orvandel

@@ -12,6 +12,8 @@
 #include "decrypt/password.h"
 #include "decrypt/worker_pool.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr uint64_t kProgressLines = 200;  // per run
@@ -129,3 +131,5 @@ ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFol
   }
   return bFailed ? kToolFailed : kToolDone;
 }
+
+}  // namespace orvandel

@@ -2,6 +2,8 @@
 
 #include <system_error>
 
+namespace orvandel {
+
 namespace {
 constexpr size_t kMostWaiting = 256;
 }
@@ -46,3 +48,5 @@ void WorkerPool::Run() {
     lock.lock();
   }
 }
+
+}  // namespace orvandel

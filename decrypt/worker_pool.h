@@ -9,6 +9,8 @@
 
 #include "decrypt/file_job.h"
 
+namespace orvandel {
+
 /// Runs jobs on all cores. The queue is short, so that a manifest of a million files isn't in memory twice.
 class WorkerPool {
  public:
@@ -36,3 +38,5 @@ class WorkerPool {
   bool m_bFinished = false;
   std::vector<std::thread> m_threads;
 };
+
+}  // namespace orvandel

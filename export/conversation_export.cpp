@@ -8,6 +8,8 @@
 #include "export/document_file.h"
 #include "export/recovery.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kUnknownName[] = "Unknown";

@@ -8,6 +8,8 @@
 #include "common/path.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 /// The canonical path of a folder, or of its nearest existing ancestor, with a trailing "/". Components are
@@ -47,3 +49,5 @@ Problem Destination::MakeFolder(const QString& qstrFolder) {
   return {Problem::Step::Create, nError != 0 ? nError : EACCES, ToNarrow(qstrPath),
           std::string("The folder can't be created (") + strerror(nError) + ")"};
 }
+
+}  // namespace orvandel

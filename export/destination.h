@@ -5,6 +5,8 @@
 
 #include "common/problem.h"
 
+namespace orvandel {
+
 /// The folder that a recovery writes into. Decides which folders below it may be written.
 ///
 /// Names in a backup must not lead outside, and nothing may be written into the backup itself: a folder that
@@ -31,3 +33,5 @@ class Destination {
   QString m_qstrRealBackup;                                 // canonical, with a trailing "/"
   std::unordered_map<std::string, std::string> m_refusals;  // cached results of RefusalOf
 };
+
+}  // namespace orvandel

@@ -9,6 +9,8 @@
 #include "common/file.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr unsigned int kRights = 0666;  // the umask applies, as for any document
@@ -73,3 +75,5 @@ Problem TextFile::Close() {
 void TextFile::Keep(Problem::Step step, bool bFailed) {
   if (bFailed && !m_problem) m_problem = SystemProblem(step, m_strPath, errno != 0 ? errno : EIO);
 }
+
+}  // namespace orvandel

@@ -6,6 +6,8 @@
 
 #include "common/new_file.h"
 
+namespace orvandel {
+
 /// Writes a page, replacing an existing one. On failure the incomplete file is removed.
 /// @param strPath narrow.
 Problem WritePage(const std::string& strPath, std::initializer_list<const std::string*> parts);
@@ -36,3 +38,5 @@ class TextFile {
   FILE* m_pFile = nullptr;
   Problem m_problem;
 };
+
+}  // namespace orvandel

@@ -1,5 +1,7 @@
 #include "export/document_steps.h"
 
+namespace orvandel {
+
 namespace {
 
 /// The functions of a category of conversations.
@@ -78,3 +80,5 @@ constexpr std::array<DocumentStep, 6> kDocumentSteps = {{
 const std::array<DocumentStep, 6>& DocumentSteps() {
   return kDocumentSteps;
 }
+
+}  // namespace orvandel

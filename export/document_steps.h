@@ -6,6 +6,8 @@
 #include "backup/categories.h"
 #include "export/recovery.h"
 
+namespace orvandel {
+
 /// A step of a recovery that writes documents. One of three kinds: documents for each conversation of a
 /// category, one page for all records of a category, or the copy of a store.
 struct DocumentStep {
@@ -36,3 +38,5 @@ struct DocumentStep {
 
 /// All steps, in the order of a recovery.
 const std::array<DocumentStep, 6>& DocumentSteps();
+
+}  // namespace orvandel

@@ -5,6 +5,8 @@
 #include "common/file.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 /// The beginning of the error message, by the problem's step.
@@ -59,3 +61,5 @@ WrittenFile BackupFileCopier::Copy(const QString& qstrFolder, const std::string&
   }
   return result;
 }
+
+}  // namespace orvandel

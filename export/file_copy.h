@@ -6,6 +6,8 @@
 #include "export/destination.h"
 #include "export/written_file.h"
 
+namespace orvandel {
+
 /// Copies files of a backup into folders of the destination. All recovered files are copied by this class.
 /// One object per recovery, which must be the only writer of its folders. Not thread-safe.
 class BackupFileCopier {
@@ -25,3 +27,5 @@ class BackupFileCopier {
   QString m_qstrLastFolder;  // created for the previous file
   Destination m_destination;
 };
+
+}  // namespace orvandel

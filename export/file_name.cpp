@@ -4,6 +4,8 @@
 
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr int kLongestExtension = 10;  // in characters, with the dot; anything longer is part of the name
@@ -44,3 +46,5 @@ std::string SafeFileName(const std::string& strName) {
   while (qstrName.endsWith('.') || qstrName.endsWith(' ')) qstrName.chop(1);
   return qstrName.isEmpty() ? "_" : ToNarrow(qstrName);
 }
+
+}  // namespace orvandel

@@ -1,6 +1,8 @@
 #pragma once
 #include <string>
 
+namespace orvandel {
+
 /// What a recovery does with a name that isn't valid for a file or folder.
 enum class NamePolicy {
   AsTheyStand,  ///< used unchanged: a "/" separates folders, and what can't be created fails
@@ -19,3 +21,5 @@ bool CanBeFileName(const std::string& strName);
 /// "_"; a name that is too long is truncated before the extension. @param strName narrow. @return narrow,
 /// never empty.
 std::string SafeFileName(const std::string& strName);
+
+}  // namespace orvandel

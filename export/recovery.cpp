@@ -18,6 +18,8 @@
 #include "export/document_file.h"
 #include "export/replace.h"
 
+using namespace orvandel;
+
 namespace {
 constexpr char kContentToken[] = "{|content|}";
 constexpr char kTitleToken[] = "{|title|}";

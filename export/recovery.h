@@ -25,10 +25,10 @@ class CRecovery {
   explicit CRecovery(const QString& qstrProgramFolder = QCoreApplication::applicationDirPath());
 
   /// Sets the handler called for every document written or failed. May be empty.
-  void SetWrittenFileHandler(WrittenFileHandler handler);
+  void SetWrittenFileHandler(orvandel::WrittenFileHandler handler);
 
   /// Sets how conversations whose names aren't valid folder names are handled; AsTheyStand by default.
-  void SetNamePolicy(NamePolicy policy) { m_namePolicy = policy; }
+  void SetNamePolicy(orvandel::NamePolicy policy) { m_namePolicy = policy; }
 
   /// Finds a template that can't be read, or that has no place for the content. A page without its template
   /// consists of rows only, and nothing prevents scripts in its texts from running.
@@ -49,18 +49,18 @@ class CRecovery {
   // Messages: a text file and a page for each conversation, and a copy of the store.
 
   /// @param pMessage the first record of the conversation. @param messages all conversations.
-  void RecoveryMsg(const __MESSAGE_INFO__* pMessage, const MessageMap& messages);
-  int SaveSMSMessageTxt(unsigned int nHandleId, const char16_t* pPath, const MessageMap& messages);
-  int SaveSMSMessage(unsigned int nHandleId, const char16_t* pPath, const MessageMap& messages);
+  void RecoveryMsg(const __MESSAGE_INFO__* pMessage, const orvandel::MessageMap& messages);
+  int SaveSMSMessageTxt(unsigned int nHandleId, const char16_t* pPath, const orvandel::MessageMap& messages);
+  int SaveSMSMessage(unsigned int nHandleId, const char16_t* pPath, const orvandel::MessageMap& messages);
   /// Copies the store to "/Message/sms.db", if the folder "/Message" exists.
   void SaveMessage();
 
   // WhatsApp: a text file, a CSV file and a page for each chat.
 
-  void RecoveryWhatsAppMsg(const __WHATSAPP_MESSAGE__* pMessage, const WhatsAppMap& chats);
-  int SaveWhatsAppTxt(unsigned int nChatId, const char16_t* pPath, const WhatsAppMap& chats);
-  int SaveWhatsAppCsv(unsigned int nChatId, const char16_t* pPath, const WhatsAppMap& chats);
-  int SaveWhatsApp(unsigned int nChatId, const char16_t* pPath, const WhatsAppMap& chats);
+  void RecoveryWhatsAppMsg(const __WHATSAPP_MESSAGE__* pMessage, const orvandel::WhatsAppMap& chats);
+  int SaveWhatsAppTxt(unsigned int nChatId, const char16_t* pPath, const orvandel::WhatsAppMap& chats);
+  int SaveWhatsAppCsv(unsigned int nChatId, const char16_t* pPath, const orvandel::WhatsAppMap& chats);
+  int SaveWhatsApp(unsigned int nChatId, const char16_t* pPath, const orvandel::WhatsAppMap& chats);
 
   // Contacts: one page, and a copy of the store.
 
@@ -108,8 +108,8 @@ class CRecovery {
                                              std::initializer_list<const char*> extensions);
   /// Same as above with exactly these names, without reporting. @return a problem with the folder's path on
   /// failure.
-  Result<ConversationPlace> TryPlace(const char* pszCategoryFolder, const std::string& strLabel,
-                                     const std::string& strStem);
+  orvandel::Result<ConversationPlace> TryPlace(const char* pszCategoryFolder, const std::string& strLabel,
+                                               const std::string& strStem);
   /// A path in it that doesn't exist yet. @param pszExtension with its ".".
   std::u16string FreePath(const ConversationPlace& place, const char* pszExtension);
   /// The head of a template with the person inserted.
@@ -117,7 +117,7 @@ class CRecovery {
                              const std::string& strPhone);
 
   /// Creates a folder below the destination.
-  Problem MakeFolder(const QString& qstrFolder);
+  orvandel::Problem MakeFolder(const QString& qstrFolder);
   int SavePage(const QString& qstrFolder, const QString& qstrFileName, const std::string& strHead,
                const std::string& strBody, const std::string& strTail);
   /// Reports the result of a document to the handler. @return nError.
@@ -141,8 +141,8 @@ class CRecovery {
   CIphoneBackupFile* m_pBackupFile = nullptr;
 
   QString m_qstrProgramFolder;
-  WrittenFileHandler m_handler;
-  NamePolicy m_namePolicy = NamePolicy::AsTheyStand;
-  FreeNames m_freeNames;
-  std::unique_ptr<Destination> m_pDestination;  // made by Init
+  orvandel::WrittenFileHandler m_handler;
+  orvandel::NamePolicy m_namePolicy = orvandel::NamePolicy::AsTheyStand;
+  orvandel::FreeNames m_freeNames;
+  std::unique_ptr<orvandel::Destination> m_pDestination;  // made by Init
 };

@@ -8,6 +8,8 @@
 #include "export/recovery.h"
 #include "export/replace.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kContactsCsvHead[] =

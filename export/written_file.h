@@ -5,6 +5,8 @@
 #include "common/problem.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 /// The result of writing one file of a recovery.
 struct WrittenFile {
   QString qstrPath;          ///< of the file, or the intended path when there is none
@@ -19,3 +21,5 @@ struct WrittenFile {
 
 /// Called for every file after it was written or failed, on the writing thread.
 using WrittenFileHandler = std::function<void(const WrittenFile& file)>;
+
+}  // namespace orvandel

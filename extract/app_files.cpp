@@ -10,6 +10,8 @@
 #include "extract/file_type.h"
 #include "extract/sorting.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kAppDomain[] = "AppDomain-";
@@ -65,6 +67,8 @@ bool AppVectorCmp(const _IPHONE_APP_FILE_INFO_& first, const _IPHONE_APP_FILE_IN
   return strcasecmp(first.strFileName.c_str(), second.strFileName.c_str()) < 0;
 }
 
+namespace orvandel {
+
 int WalkAppFiles(const Catalogue& catalogue, const BackupLayout& layout, const WalkProgress& progress,
                  std::vector<_IPHONE_APP_FILE_INFO_>& files, std::vector<_WHATSAPP_ATTACHMENTS_>& whatsApp) {
   const auto nTotal = static_cast<uint32_t>(catalogue.size());
@@ -114,3 +118,5 @@ void GroupAppFiles(const std::vector<_IPHONE_APP_FILE_INFO_>& files, AppFileMap&
     ++(bVideo ? nVideos : nPhotos);
   }
 }
+
+}  // namespace orvandel

@@ -19,6 +19,8 @@ Q_DECLARE_METATYPE(_IPHONE_APP_FILE_INFO_)
 /// Ascending by name, ignoring case.
 bool AppVectorCmp(const _IPHONE_APP_FILE_INFO_& first, const _IPHONE_APP_FILE_INFO_& second);
 
+namespace orvandel {
+
 /// Appends the app files of a known type, sorted by name; WhatsApp's non-empty files are added to a separate
 /// list.
 /// @return the callback's last result; not 0 when it ended the walk.
@@ -35,3 +37,5 @@ bool IsAppVideo(const std::string& strFileName);
 /// this call only.
 void GroupAppFiles(const std::vector<_IPHONE_APP_FILE_INFO_>& files, AppFileMap& photos, AppFileMap& videos,
                    int& nPhotos, int& nVideos);
+
+}  // namespace orvandel

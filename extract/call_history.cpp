@@ -9,6 +9,8 @@
 #include "extract/name_matching.h"
 #include "extract/sorting.h"
 
+using namespace orvandel;
+
 namespace {
 
 // 978307200 in the statements: seconds from 1970-01-01 to 2001-01-01, the epoch of the stores.

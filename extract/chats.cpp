@@ -3,6 +3,8 @@
 #include "common/status.h"
 #include "common/store.h"
 
+using namespace orvandel;
+
 uint32_t g_u32WhatsappColNumber = 0;
 
 int select_result(void*, int nColumns, char**, char**) {

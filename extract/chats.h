@@ -23,8 +23,12 @@ struct __WHATSAPP_MESSAGE__ {
   std::string strReserved;
 };
 
+namespace orvandel {
+
 /// Chats by key.
 using WhatsAppMap = std::map<unsigned int, std::vector<__WHATSAPP_MESSAGE__>>;
+
+}  // namespace orvandel
 
 /// Records for a complete reader; not filled by anything yet.
 struct __WHATSAPP_CONTENT__ {
@@ -50,10 +54,14 @@ struct __WEIXIN_MESSAGE__ {
   std::string strFirst, strSecond, strThird, strFourth;
 };
 
+namespace orvandel {
+
 /// By chat, and by account and chat.
 using QQChats = std::map<std::string, std::vector<__QQ_MESSAGE__>>;
 using QQMap = std::map<std::string, QQChats>;
 using WeiXinMap = std::map<std::u16string, std::map<std::u16string, std::vector<__WEIXIN_MESSAGE__>>>;
+
+}  // namespace orvandel
 
 /// The largest column count of the table ZWAMESSAGE so far.
 extern uint32_t g_u32WhatsappColNumber;
@@ -68,12 +76,12 @@ class CIPhoneWhatsApp {
   /// @param strPath narrow path of the store. @param strSecondPath not used. @param chats unchanged.
   /// @return 0.
   int GetWhatsAppMessageInfo(const std::string& strPath, const std::string& strSecondPath,
-                             WhatsAppMap& chats);
+                             orvandel::WhatsAppMap& chats);
 };
 
 /// Reader of a QQ store; reads nothing yet.
 class CIPhoneQQ {
  public:
   /// @return 0, with chats unchanged.
-  int GetQQInfo(const std::string& strPath, QQChats& chats);
+  int GetQQInfo(const std::string& strPath, orvandel::QQChats& chats);
 };

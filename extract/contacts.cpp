@@ -9,6 +9,8 @@
 #include "common/store.h"
 #include "extract/sorting.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kNewLayout[] =

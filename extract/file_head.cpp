@@ -5,6 +5,8 @@
 #include "common/file.h"
 #include "common/status.h"
 
+namespace orvandel {
+
 namespace {
 
 void FillHead(const Result<OpenedFile>& file, BackupFileHead& head) {
@@ -29,3 +31,5 @@ void ReadFileHead(const char* pszPath, BackupFileHead& head) {
 void ReadFileHead(const BackupFolder& folder, const std::string& strPath, BackupFileHead& head) {
   FillHead(folder.Open(strPath), head);
 }
+
+}  // namespace orvandel

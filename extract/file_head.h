@@ -5,6 +5,8 @@
 
 #include "common/backup_folder.h"
 
+namespace orvandel {
+
 /// Size and first bytes of a file of a backup, or why they are missing.
 struct BackupFileHead {
   static constexpr uint32_t kSize = 512;
@@ -21,3 +23,5 @@ struct BackupFileHead {
 void ReadFileHead(const char* pszPath, BackupFileHead& head);
 /// Same as above for one of many files of a backup.
 void ReadFileHead(const BackupFolder& folder, const std::string& strPath, BackupFileHead& head);
+
+}  // namespace orvandel

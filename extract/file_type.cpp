@@ -10,6 +10,8 @@
 #include "common/problem.h"
 #include "common/status.h"
 
+using namespace orvandel;
+
 // The tests in the order in which they are tried. The first row of a type gives its extension; further rows
 // of a type are used only by GetExtendNameType.
 const CFileTypeJudge::Row CFileTypeJudge::szExtendNameAndType[] = {

@@ -11,7 +11,7 @@
 class CFileTypeJudge {
  public:
   static constexpr int kUnknown = 48;  ///< the type number of a file that no test accepts
-  static constexpr uint32_t kHeadSize = BackupFileHead::kSize;
+  static constexpr uint32_t kHeadSize = orvandel::BackupFileHead::kSize;
 
   /// @param strPath   narrow path.
   /// @param strOutput receives a running number, "." and the extension, starting with "0.jpg"; unchanged when
@@ -21,7 +21,7 @@ class CFileTypeJudge {
   int ParseFileBuf(const char* pszPath, std::string& strOutput);
 
   /// Same as above for a file whose head has been read. Reports the error when reading it failed.
-  int JudgeHead(const char* pszPath, const BackupFileHead& head, std::string& strOutput);
+  int JudgeHead(const char* pszPath, const orvandel::BackupFileHead& head, std::string& strOutput);
 
   /// Same as above for a head in memory, with one character per wchar_t in the result. @return 0.
   int ParseFileBuf(const void* pData, uint32_t nLength, std::wstring& wstrOutput);
@@ -114,6 +114,8 @@ class CFileTypeJudge {
   int64_t m_nFileCounter = 0;
 };
 
+namespace orvandel {
+
 // Searches in memory. They differ from the C library's in the result for an empty pattern.
 namespace memory_search {
 
@@ -124,3 +126,5 @@ const void* memmem(const void* pData, size_t nLength, const void* pPattern, size
 const void* memrmem(const void* pData, size_t nLength, const void* pPattern, size_t nPatternLength);
 
 }  // namespace memory_search
+
+}  // namespace orvandel

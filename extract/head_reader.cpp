@@ -6,6 +6,8 @@
 #include "common/stop.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 // Starting a thread costs as much as reading some ten files.
 constexpr size_t kSmallCatalogue = 1024;
@@ -104,3 +106,5 @@ void HeadReader::ReadFile(size_t nEntry, File& file) const {
   file.bPlain = m_locator.Locate(m_catalogue[nEntry].strFileId, file.strPath);
   ReadFileHead(m_folder, file.strPath, file.head);
 }
+
+}  // namespace orvandel

@@ -11,6 +11,8 @@
 #include "common/layout.h"
 #include "extract/file_head.h"
 
+namespace orvandel {
+
 /// Reads the heads of the files that a walk over the catalogue looks at.
 ///
 /// For a large catalogue a second thread reads up to 1024 entries ahead of the walk. Where the walk would
@@ -78,3 +80,5 @@ class HeadReader {
   bool m_bEnded = false;
   std::thread m_thread;
 };
+
+}  // namespace orvandel

@@ -12,6 +12,8 @@
 #include "extract/file_type.h"
 #include "extract/sorting.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kCameraRoll[] = "CameraRollDomain-Media/DCIM/";
@@ -81,6 +83,8 @@ bool AttVectorCmp(const _IPHONE_ATTACHMENTS_& first, const _IPHONE_ATTACHMENTS_&
 bool WhatsAppAttVectorCmp(const _WHATSAPP_ATTACHMENTS_& first, const _WHATSAPP_ATTACHMENTS_& second) {
   return strcasecmp(first.strFileName.c_str(), second.strFileName.c_str()) < 0;
 }
+
+namespace orvandel {
 
 std::string DeviceFileName(const std::string& strCatalogueName) {
   const std::string strName = strCatalogueName.c_str();  // a name ends at its first zero byte
@@ -154,3 +158,5 @@ int WalkMsgAttachments(const Catalogue& catalogue, const BackupLayout& layout, c
   SortRecords(attachments, AttVectorCmp);
   return nAnswer;
 }
+
+}  // namespace orvandel

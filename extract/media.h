@@ -39,6 +39,8 @@ bool CamVectorCmp(const _IPHONE_CAMERA_INFO_& first, const _IPHONE_CAMERA_INFO_&
 bool AttVectorCmp(const _IPHONE_ATTACHMENTS_& first, const _IPHONE_ATTACHMENTS_& second);
 bool WhatsAppAttVectorCmp(const _WHATSAPP_ATTACHMENTS_& first, const _WHATSAPP_ATTACHMENTS_& second);
 
+namespace orvandel {
+
 /// Appends the existing files of the camera roll and of the photo stream that have a known type. The camera
 /// roll is sorted by name, the photo stream is in catalogue order.
 /// @param progress covers two steps.
@@ -69,3 +71,5 @@ uint32_t SizeOf(const HeadReader::File& file, const std::u16string& wstrPath);
 
 /// Size of a file in bytes, low 32 bits; 0 when it can't be read.
 uint32_t FileSize32(const std::u16string& wstrPath);
+
+}  // namespace orvandel

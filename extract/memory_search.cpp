@@ -2,7 +2,7 @@
 
 #include "extract/file_type.h"
 
-namespace memory_search {
+namespace orvandel::memory_search {
 
 const void* memmem(const void* pData, size_t nLength, const void* pPattern, size_t nPatternLength) {
   if (!pData || !pPattern || nPatternLength == 0 || nPatternLength > nLength) return nullptr;
@@ -22,4 +22,4 @@ const void* memrmem(const void* pData, size_t nLength, const void* pPattern, siz
   return nullptr;
 }
 
-}  // namespace memory_search
+}  // namespace orvandel::memory_search

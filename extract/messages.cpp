@@ -11,6 +11,8 @@
 #include "common/store.h"
 #include "extract/name_matching.h"
 
+using namespace orvandel;
+
 namespace {
 
 // message.date is in nanoseconds in newer stores and in seconds in older ones; both conversions are made for

@@ -20,8 +20,12 @@ struct __MESSAGE_INFO__ {
   std::string strReserved;
 };
 
+namespace orvandel {
+
 /// Conversations by handle, each newest first.
 using MessageMap = std::map<unsigned int, std::vector<__MESSAGE_INFO__>>;
+
+}  // namespace orvandel
 
 /// Newest first.
 bool VectorCmp(const __MESSAGE_INFO__& first, const __MESSAGE_INFO__& second);
@@ -33,7 +37,7 @@ class CIPhoneMessage {
   bool bNewContactsLayout = false;     ///< column layout of the contacts store of a backup with "Manifest.db"
 
   /// Sets the progress callback; it gets percentages from nBase to nBase + nSpan. @return 0.
-  int InitCallback(ProgressCallback pfnCallback, void* pContext, int nBase, int nSpan);
+  int InitCallback(orvandel::ProgressCallback pfnCallback, void* pContext, int nBase, int nSpan);
 
   /// Adds the messages with a text to the map, with the name of the first contact whose phone text contains
   /// the sender.
@@ -41,8 +45,8 @@ class CIPhoneMessage {
   /// @param nMaxId receives the highest message row id, including skipped rows.
   /// @return the callback's last result, 0 without a callback. If its first result isn't 0, the map is
   /// unchanged.
-  int GetSMSInfo(const std::string& strMessagePath, const std::string& strContactsPath, MessageMap& messages,
-                 uint64_t& nMaxId);
+  int GetSMSInfo(const std::string& strMessagePath, const std::string& strContactsPath,
+                 orvandel::MessageMap& messages, uint64_t& nMaxId);
 
   /// Copies the store and makes the copy readable and writable by everybody. @param nMaxId not used.
   /// @return always 0.
@@ -52,7 +56,7 @@ class CIPhoneMessage {
   /// Reports the base plus nShare. @return the callback's result, 0 without a callback.
   int Report(int nShare);
 
-  ProgressCallback m_pfnCallback = nullptr;
+  orvandel::ProgressCallback m_pfnCallback = nullptr;
   void* m_pCallbackContext = nullptr;
   int m_nProgressBase = 0;
   int m_nProgressSpan = 0;

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace orvandel {
+
 std::vector<__PERSON_CONTENT__> ReadPhoneOwners(StoreQuery& query) {
   std::vector<__PERSON_CONTENT__> people;
   while (query.Next()) {
@@ -29,3 +31,5 @@ const std::string& NameMatcher::LookUp(const std::string& strNumber) const {
   }
   return m_strNobody;
 }
+
+}  // namespace orvandel

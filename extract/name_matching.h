@@ -6,6 +6,8 @@
 #include "common/store.h"
 #include "extract/person.h"
 
+namespace orvandel {
+
 /// Reads names and phone texts from a contacts store, in row order, skipping people without a phone.
 /// @param query its first columns are first name, last name, company and phone text.
 std::vector<__PERSON_CONTENT__> ReadPhoneOwners(StoreQuery& query);
@@ -29,3 +31,5 @@ class NameMatcher {
   std::unordered_map<std::string, const std::string*> m_known;
   std::string m_strNobody;
 };
+
+}  // namespace orvandel

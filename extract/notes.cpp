@@ -11,6 +11,8 @@
 #include "common/text.h"
 #include "extract/sorting.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kNotes[] =

@@ -5,6 +5,8 @@
 #include "decrypt/property_list.h"
 #include "fuzz/scratch_folder.h"
 
+using namespace orvandel;
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
   // A copy of the exact length, so that reading beyond its end is detected.
   const auto pExact = std::make_unique<uint8_t[]>(nSize);

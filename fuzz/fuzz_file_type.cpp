@@ -5,6 +5,8 @@
 #include "extract/file_type.h"
 #include "fuzz/scratch_folder.h"
 
+using namespace orvandel;
+
 namespace {
 
 using Judge = CFileTypeJudge;

@@ -2,6 +2,8 @@
 #include "backup/discovery.h"
 #include "fuzz/scratch_folder.h"
 
+using namespace orvandel;
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
   static const ScratchFolder folder;
   folder.Write("Info.plist", pData, nSize);

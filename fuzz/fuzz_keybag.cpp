@@ -6,6 +6,8 @@
 #include "decrypt/keybag.h"
 #include "fuzz/scratch_folder.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr size_t kFileKeySize = 44;

@@ -7,6 +7,8 @@
 #include "common/text.h"
 #include "fuzz/scratch_folder.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr size_t kIdentifierSize = 40;

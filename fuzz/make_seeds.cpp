@@ -13,6 +13,8 @@
 #include "tests/backup/manifest_bytes.h"
 #include "tests/extract/file_heads.h"
 
+using namespace orvandel;
+
 using namespace std::string_literals;
 
 namespace {

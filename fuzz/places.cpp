@@ -1,5 +1,7 @@
 #include "common/places.h"
 
+namespace orvandel {
+
 // No target lists backups or decrypts anything, so these folders don't exist.
 
 std::string BackupRoot() {
@@ -13,3 +15,5 @@ std::string WorkFolder() {
 std::string ProgramFolder() {
   return "/nonexistent/program/";
 }
+
+}  // namespace orvandel

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <memory>
 
+namespace orvandel {
+
 namespace {
 
 [[noreturn]] void Fail(const std::string& strWhat) {
@@ -38,3 +40,5 @@ std::string ScratchFolder::Write(const char* pszName, const uint8_t* pData, size
 void Require(bool bHolds, const char* pszWhat) {
   if (!bHolds) Fail(std::string("violated: ") + pszWhat);
 }
+
+}  // namespace orvandel

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+namespace orvandel {
+
 /// A temporary folder, in memory if possible, for readers that take a path. Removed on destruction, but not
 /// after a crash.
 class ScratchFolder {
@@ -24,3 +26,5 @@ class ScratchFolder {
 /// Checks an invariant: aborts, which the fuzzer reports as a finding, if it doesn't hold.
 /// @param pszWhat what was expected.
 void Require(bool bHolds, const char* pszWhat);
+
+}  // namespace orvandel

@@ -9,6 +9,8 @@
 #include "sample/plist_writer.h"
 #include "sample/written_file.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr char kManifestName[] = "Manifest.db";  // also used to derive the manifest's own key
@@ -163,3 +165,5 @@ void BackupBuilder::writeManifestPlist() const {
   plist.boolean("WasPasscodeSet", true);
   written_file::write(m_folder + "/Manifest.plist", plist.finish());
 }
+
+}  // namespace orvandel

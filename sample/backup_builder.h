@@ -7,6 +7,8 @@
 
 #include "sample/encryption.h"
 
+namespace orvandel {
+
 /// Builds one backup, file by file, in the format of a device. For tests, benchmarks and orvandel-sample.
 /// Deterministic: the same calls give the same bytes. Throws std::runtime_error when something can't be
 /// written.
@@ -97,3 +99,5 @@ class BackupBuilder {
   QSet<QString> m_plainFiles;          ///< identifiers
   QString m_productVersion;
 };
+
+}  // namespace orvandel

@@ -1,6 +1,8 @@
 #include "sample/store_guid.h"
 #include "sample/stores.h"
 
+namespace orvandel {
+
 CallStore::CallStore(const QString& path, bool wal) : SampleStore(path, wal) {
   create(
       {"CREATE TABLE ZCALLRECORD (Z_PK INTEGER PRIMARY KEY, Z_ENT INTEGER, Z_OPT INTEGER, ZANSWERED INTEGER, "
@@ -33,3 +35,5 @@ void CallStore::add(int answered, double duration, const QString& address, doubl
   run("UPDATE ZCALLRECORD SET ZUNIQUE_ID = ? WHERE Z_PK = ?", {storeGuid(QString("call %1").arg(row)), row});
   run("UPDATE Z_PRIMARYKEY SET Z_MAX = ? WHERE Z_ENT = 2", {row});
 }
+
+}  // namespace orvandel

@@ -1,6 +1,8 @@
 #include "sample/store_guid.h"
 #include "sample/stores.h"
 
+namespace orvandel {
+
 namespace {
 
 // Property numbers in ABMultiValue.
@@ -90,3 +92,5 @@ void ContactsStore::addValues(qint64 person, int property, const QString& lines)
     insert(kInsert, {person, property, identifier++, value});
   }
 }
+
+}  // namespace orvandel

@@ -4,6 +4,8 @@
 #include "sample/plist_writer.h"
 #include "sample/written_file.h"
 
+namespace orvandel {
+
 namespace {
 
 struct Place {
@@ -171,3 +173,5 @@ DemoSummary writeDemoBackup(const QString& folder, const DemoOptions& options) {
   backup.finish(options.layout == BackupBuilder::Layout::Db);
   return summary;
 }
+
+}  // namespace orvandel

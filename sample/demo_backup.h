@@ -4,6 +4,8 @@
 
 #include "sample/backup_builder.h"
 
+namespace orvandel {
+
 /// The size of the demo backup. The numbers are of items visible to a user.
 struct DemoOptions {
   BackupBuilder::Layout layout = BackupBuilder::Layout::Db;
@@ -36,3 +38,5 @@ struct DemoSummary {
 /// written.
 /// @param folder the backup's own folder, empty or missing.
 DemoSummary writeDemoBackup(const QString& folder, const DemoOptions& options);
+
+}  // namespace orvandel

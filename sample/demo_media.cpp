@@ -5,6 +5,8 @@
 #include "sample/pictures.h"
 #include "sample/store_guid.h"
 
+namespace orvandel {
+
 namespace {
 
 using Maker = std::function<QByteArray(int seed)>;
@@ -178,3 +180,5 @@ std::vector<SampleAttachment> addAttachments(BackupBuilder& backup, const DemoOp
   }
   return attachments;
 }
+
+}  // namespace orvandel

@@ -6,6 +6,8 @@
 
 // The parts of the demo backup. Internal.
 
+namespace orvandel {
+
 /// A file attached to a message.
 struct SampleAttachment {
   QString path;  ///< relative to MediaDomain
@@ -21,3 +23,5 @@ std::vector<SampleAttachment> addAttachments(BackupBuilder& backup, const DemoOp
 /// All stores: contacts, messages, calls, notes.
 void addStores(BackupBuilder& backup, const DemoOptions& options,
                const std::vector<SampleAttachment>& attachments, DemoSummary& summary);
+
+}  // namespace orvandel

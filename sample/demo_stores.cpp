@@ -4,6 +4,8 @@
 #include "sample/people.h"
 #include "sample/texts.h"
 
+namespace orvandel {
+
 namespace {
 
 using Layout = BackupBuilder::Layout;
@@ -206,3 +208,5 @@ void addStores(BackupBuilder& backup, const DemoOptions& options,
   summary.calls = addCalls(backup, options, people);
   summary.notes = addNotes(backup, options);
 }
+
+}  // namespace orvandel

@@ -10,6 +10,8 @@
 
 #include "sample/written_file.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr int kKeySize = 32;
@@ -223,3 +225,5 @@ QByteArray BackupKeys::record(quint16 mode, quint64 size, const QByteArray& wrap
   plist_to_bin_free(binary);
   return out;
 }
+
+}  // namespace orvandel

@@ -4,6 +4,8 @@
 #include <memory>
 #include <vector>
 
+namespace orvandel {
+
 /// Encryption parameters of a backup.
 struct Encryption {
   /// The format depends on the system that wrote the backup.
@@ -61,3 +63,5 @@ class BackupKeys {
 
   Encryption m_encryption;
 };
+
+}  // namespace orvandel

@@ -4,6 +4,8 @@
 #include <map>
 #include <vector>
 
+namespace orvandel {
+
 namespace {
 
 constexpr int kColors = 256;
@@ -146,3 +148,5 @@ QByteArray writeGif(const QImage& picture) {
   out.append(';');
   return out;
 }
+
+}  // namespace orvandel

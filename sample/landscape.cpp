@@ -6,6 +6,8 @@
 
 #include "sample/seeded_random.h"
 
+namespace orvandel {
+
 namespace {
 
 struct Light {
@@ -174,3 +176,5 @@ QImage paintLandscape(int seed, int width, int height) {
   Landscape(image, seed).paint();
   return image;
 }
+
+}  // namespace orvandel

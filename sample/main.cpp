@@ -9,6 +9,8 @@
 
 #include "sample/demo_backup.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kWrongUsage = 1;

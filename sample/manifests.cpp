@@ -7,6 +7,8 @@
 #include "sample/stores.h"
 #include "sample/written_file.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr quint16 kTypeMask = 0xF000;           // file type bits of a mode
@@ -159,3 +161,5 @@ void BackupBuilder::writeDb(bool wal) const {
   store.close();
   written_file::stamp(path);
 }
+
+}  // namespace orvandel

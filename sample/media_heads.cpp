@@ -4,6 +4,8 @@
 #include "sample/pictures.h"
 #include "sample/seeded_random.h"
 
+namespace orvandel {
+
 namespace {
 
 template <typename Number>
@@ -97,3 +99,5 @@ QByteArray unknown(int seed, int size) {
 }
 
 }  // namespace sample_media
+
+}  // namespace orvandel

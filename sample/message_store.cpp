@@ -1,6 +1,8 @@
 #include "sample/store_guid.h"
 #include "sample/stores.h"
 
+namespace orvandel {
+
 namespace {
 
 const QString kOwnAccount = "P:+4930901820";
@@ -107,3 +109,5 @@ void MessageStore::addAttachment(qint64 message, const QString& path, const QStr
          {message, attachment});
   run("UPDATE message SET cache_has_attachments = 1 WHERE ROWID = ?", {message});
 }
+
+}  // namespace orvandel

@@ -1,6 +1,8 @@
 #include "sample/store_guid.h"
 #include "sample/stores.h"
 
+namespace orvandel {
+
 // The entity numbers (Z_ENT) are defined by Z_PRIMARYKEY of the same store.
 
 NotesStore::NotesStore(const QString& path, bool wal) : SampleStore(path, wal) {
@@ -108,3 +110,5 @@ void NotesCloudStore::add(const QVariant& date1, const QString& title, const QSt
   run("UPDATE Z_PRIMARYKEY SET Z_MAX = ? WHERE Z_ENT = 2", {note});
   run("UPDATE Z_PRIMARYKEY SET Z_MAX = ? WHERE Z_ENT = 16", {data});
 }
+
+}  // namespace orvandel

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+namespace orvandel {
+
 namespace {
 
 struct Row {
@@ -94,3 +96,5 @@ std::vector<ContactsStore::Person> samplePeople(int count, SeededRandom& random)
 QString firstPhone(const ContactsStore::Person& person) {
   return person.phone.isEmpty() ? QString() : person.phone.section('\n', 0, 0);
 }
+
+}  // namespace orvandel

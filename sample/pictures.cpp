@@ -8,6 +8,8 @@
 #include "sample/gif_writer.h"
 #include "sample/landscape.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr int kJpegQuality = 82;
@@ -119,3 +121,5 @@ QByteArray bmp(int seed) {
 }
 
 }  // namespace sample_media
+
+}  // namespace orvandel

@@ -4,7 +4,7 @@
 // Media files for backups. Deterministic; no display is needed. Pictures are valid files of at least 512
 // bytes.
 
-namespace sample_media {
+namespace orvandel::sample_media {
 QByteArray jpeg(int seed, int width = 640, int height = 480);  ///< JFIF
 QByteArray exifJpeg(int seed);                                 ///< begins with an Exif segment
 QByteArray png(int seed, int width = 320, int height = 240);
@@ -17,4 +17,4 @@ QByteArray avi(int seed, int size = 4096);
 QByteArray mp3(int seed, int size = 4096);
 QByteArray wav(int seed, int size = 4096);
 QByteArray unknown(int seed, int size = 4096);  ///< text that no type test accepts
-}  // namespace sample_media
+}  // namespace orvandel::sample_media

@@ -1,5 +1,7 @@
 #include "sample/plist_writer.h"
 
+namespace orvandel {
+
 PlistWriter::PlistWriter(Style style) : m_xml(&m_bytes) {
   if (style == Style::Indented) {
     m_xml.setAutoFormatting(true);
@@ -58,3 +60,5 @@ QByteArray PlistWriter::finish() {
 void PlistWriter::writeKey(const QString& key) {
   if (!key.isNull()) m_xml.writeTextElement("key", key);
 }
+
+}  // namespace orvandel

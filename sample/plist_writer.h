@@ -3,6 +3,8 @@
 #include <QString>
 #include <QXmlStreamWriter>
 
+namespace orvandel {
+
 /// Writes one property list in XML: a dictionary, which may be nested. Keys are in the order of the calls.
 class PlistWriter {
  public:
@@ -41,3 +43,5 @@ class PlistWriter {
   QByteArray m_bytes;
   QXmlStreamWriter m_xml;
 };
+
+}  // namespace orvandel

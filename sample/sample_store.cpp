@@ -10,6 +10,8 @@
 #include "sample/stores.h"
 #include "sample/written_file.h"
 
+namespace orvandel {
+
 namespace {
 
 QString nextConnectionName() {
@@ -158,3 +160,5 @@ StorePlace callsFallback() {
 }
 
 }  // namespace store_places
+
+}  // namespace orvandel

@@ -2,6 +2,8 @@
 #include <QtGlobal>
 #include <random>
 
+namespace orvandel {
+
 /// Random numbers that are the same on every platform: the engine is specified by the C++ standard, and the
 /// distributions of the standard library, which aren't, are not used.
 class SeededRandom {
@@ -27,3 +29,5 @@ class SeededRandom {
  private:
   std::mt19937 m_engine;
 };
+
+}  // namespace orvandel

@@ -16,6 +16,8 @@
 // written. The tables lack the UNIQUE and NOT NULL constraints of devices, to allow damaged rows. Needs a
 // QCoreApplication; use a store only on the thread that created it.
 
+namespace orvandel {
+
 /// Domain and path of each well-known store on the device, for BackupBuilder::reserveFile.
 struct StorePlace {
   QString domain;
@@ -123,3 +125,5 @@ class NotesCloudStore : public SampleStore {
  private:
   QVariant m_folder, m_account;  // row ids, null before addFolder()
 };
+
+}  // namespace orvandel

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+namespace orvandel {
+
 namespace {
 
 const char* const kMessages[] = {
@@ -124,3 +126,5 @@ std::vector<NoteText> sampleNotes() {
   for (const NoteRow& row : kNotes) notes.push_back({text(row.title), text(row.body), text(row.snippet)});
   return notes;
 }
+
+}  // namespace orvandel

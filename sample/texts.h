@@ -6,6 +6,8 @@
 
 // Generated texts of messages and notes.
 
+namespace orvandel {
+
 /// @return one message; never null or empty.
 QString messageText(SeededRandom& random);
 
@@ -17,3 +19,5 @@ struct NoteText {
 
 /// The constant notes of the sample: markup, entities, CJK, title only, body only.
 std::vector<NoteText> sampleNotes();
+
+}  // namespace orvandel

@@ -3,6 +3,8 @@
 #include <QDateTime>
 #include <stdexcept>
 
+namespace orvandel {
+
 namespace {
 
 void stampOpen(QFile& file) {
@@ -43,3 +45,5 @@ void fail(const QString& path, const QString& reason) {
 }
 
 }  // namespace written_file
+
+}  // namespace orvandel

@@ -5,7 +5,7 @@
 
 // Writes files with a fixed modification time, so that two runs give equal trees.
 
-namespace written_file {
+namespace orvandel::written_file {
 /// Mode for new files: unbuffered, so that each write reports errors immediately.
 constexpr auto kNewFile =
     QIODevice::OpenMode(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered);
@@ -18,4 +18,4 @@ void append(QFile& file, const QByteArray& bytes);
 void stamp(const QString& path);
 /// Throws std::runtime_error with "path: reason".
 [[noreturn]] void fail(const QString& path, const QString& reason);
-}  // namespace written_file
+}  // namespace orvandel::written_file

@@ -17,6 +17,8 @@
 #include "ui/message_box.h"
 #include "ui/window.h"
 
+using namespace orvandel;
+
 namespace {
 
 std::string g_strBackupRoot;
@@ -130,6 +132,8 @@ void SavePages(DRUI& window) {
 
 }  // namespace
 
+namespace orvandel {
+
 std::string BackupRoot() {
   return g_strBackupRoot;
 }
@@ -142,6 +146,8 @@ std::string WorkFolder() {
 std::string ProgramFolder() {
   return ToNarrow(QCoreApplication::applicationDirPath()) + "/";
 }
+
+}  // namespace orvandel
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);

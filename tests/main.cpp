@@ -4,6 +4,8 @@
 
 #include "tests/support.h"
 
+using namespace orvandel;
+
 int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);  // also sets the locale from the environment
   testing::InitGoogleMock(&argc, argv);

@@ -10,6 +10,8 @@
 
 // Helpers for the tests of the session and of the readers. Paths are narrow.
 
+namespace orvandel {
+
 /// Records the calls of a progress callback, and answers them.
 struct ProgressLog {
   std::vector<int> values;
@@ -60,3 +62,5 @@ std::vector<Field> Column(const std::vector<Record>& records, Field Record::*pFi
 /// Seconds from 2001-01-01 to 2014-01-01, and that time in the formats of stores.
 constexpr qint64 kNewYear2014 = 410227200;
 constexpr char kNewYear2014Text[] = "2014-01-01 00:00:00";
+
+}  // namespace orvandel

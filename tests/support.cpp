@@ -16,6 +16,8 @@
 #include "common/problem.h"
 #include "common/text.h"
 
+namespace orvandel {
+
 namespace {
 
 struct Places {
@@ -196,3 +198,5 @@ void InstallTestEnvironment() {
   g_pfnQtHandler = qInstallMessageHandler(HandleQtMessage);
   testing::UnitTest::GetInstance()->listeners().Append(new TestWatcher);
 }
+
+}  // namespace orvandel

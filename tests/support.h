@@ -7,6 +7,8 @@
 
 // Shared test helpers. All paths are narrow, and narrow text is UTF-8 unless a LocaleCodec is active.
 
+namespace orvandel {
+
 /// A temporary folder, removed by the destructor.
 class TemporaryFolder {
  public:
@@ -84,3 +86,5 @@ void ExpectQtWarning(const char* pszPattern);
 
 /// For main: checks Qt's messages and resets the places before each test. Call it once, after InitGoogleTest.
 void InstallTestEnvironment();
+
+}  // namespace orvandel

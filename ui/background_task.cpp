@@ -2,6 +2,8 @@
 
 #include <QThread>
 
+namespace orvandel {
+
 namespace {
 constexpr unsigned int kWaitStep = 100;  // milliseconds after which a flag is read again, set by Raise or not
 }
@@ -56,3 +58,5 @@ bool BackgroundTask::IsNewProgress(int nProgress) {
   m_nLastProgress = nProgress;
   return true;
 }
+
+}  // namespace orvandel

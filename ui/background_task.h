@@ -7,6 +7,8 @@
 
 class QThread;
 
+namespace orvandel {
+
 /// Connects the main thread with a worker: its start, its progress, its steps on widgets, a cancel and its
 /// end.
 ///
@@ -59,3 +61,5 @@ class BackgroundTask {
   std::atomic<bool> m_bEnded{false};
   int m_nLastProgress = -1;  // of the worker
 };
+
+}  // namespace orvandel

@@ -1,6 +1,8 @@
 #pragma once
 #include <QGuiApplication>
 
+namespace orvandel {
+
 /// Shows the wait cursor over all windows during the object's lifetime, while the main thread is blocked.
 /// Main thread only.
 class BusyCursor {
@@ -10,3 +12,5 @@ class BusyCursor {
   BusyCursor(const BusyCursor&) = delete;
   BusyCursor& operator=(const BusyCursor&) = delete;
 };
+
+}  // namespace orvandel

@@ -8,6 +8,10 @@
 #include "ui/key_ticks.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
+namespace orvandel {
+
 namespace {
 
 constexpr int kRowHeight = 30;
@@ -305,6 +309,8 @@ const std::array<TableSpec, kCategoryCount + 1>& TableSpec::All() {
       WhatsAppAttachments(), AppFiles()};
   return specs;
 }
+
+}  // namespace orvandel
 
 QTableWidget* DRUI::CreateTable(const TableSpec& spec) {
   auto* pTable = new KeyTickTable;

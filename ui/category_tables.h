@@ -6,6 +6,8 @@
 
 #include "ui/window.h"
 
+namespace orvandel {
+
 class RowWriter;
 
 /// Fills the table of a category.
@@ -98,3 +100,5 @@ namespace preview_text {
 QString Contact(const QVariant& hidden);
 QString Note(const QVariant& hidden);
 }  // namespace preview_text
+
+}  // namespace orvandel

@@ -7,6 +7,8 @@
 #include "ui/key_ticks.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 /// Returns the category whose name a label contains; null if none.

@@ -4,6 +4,8 @@
 #include <QHelpEvent>
 #include <QToolTip>
 
+namespace orvandel {
+
 namespace {
 
 constexpr QChar kEllipsis(0x2026);
@@ -47,3 +49,5 @@ bool CellDelegate::helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView, const
   QToolTip::showText(pEvent->globalPos(), qstrPage, pView, pView->visualRect(index));
   return !qstrText.isEmpty();
 }
+
+}  // namespace orvandel

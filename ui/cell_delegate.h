@@ -3,6 +3,8 @@
 
 class QAbstractItemView;
 
+namespace orvandel {
+
 /// Paints table cells with text from a backup. Such text may be arbitrarily long, and laying it out takes
 /// half a second per megabyte on each repaint, so only as much as a cell can show is measured and painted.
 /// The item keeps the whole text.
@@ -32,3 +34,5 @@ class CellDelegate : public QStyledItemDelegate {
 
   QAbstractItemView* m_pView;
 };
+
+}  // namespace orvandel

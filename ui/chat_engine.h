@@ -6,6 +6,8 @@
 
 class QWidget;
 
+namespace orvandel {
+
 /// A browser engine with one sandboxed page for a chat view: no network or file access, no pop-ups, no
 /// dialogs, and no scripts except the program's own.
 ///
@@ -32,4 +34,7 @@ class ChatEngineFactory {
 };
 
 #define CHAT_ENGINE_FACTORY_IID "orvandel.ChatEngineFactory/1"
-Q_DECLARE_INTERFACE(ChatEngineFactory, CHAT_ENGINE_FACTORY_IID)
+
+}  // namespace orvandel
+
+Q_DECLARE_INTERFACE(orvandel::ChatEngineFactory, CHAT_ENGINE_FACTORY_IID)

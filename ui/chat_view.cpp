@@ -10,6 +10,8 @@
 
 #include "ui/chat_engine.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr char kClearScript[] = "document.body.innerHTML=''";
@@ -183,3 +185,5 @@ void ChatView::resizeEvent(QResizeEvent* pEvent) {
   QWidget::resizeEvent(pEvent);
   if (m_pEngine) m_pEngine->Widget()->setGeometry(rect());
 }
+
+}  // namespace orvandel

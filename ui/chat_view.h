@@ -2,6 +2,8 @@
 #include <QWidget>
 #include <vector>
 
+namespace orvandel {
+
 class ChatEngine;
 
 /// A chat of speech bubbles.
@@ -68,3 +70,5 @@ class ChatView : public QWidget {
   size_t m_nSent = 0;  // number of m_scripts passed to the engine
   int m_nRunning = 0;  // calls that the engine hasn't finished
 };
+
+}  // namespace orvandel

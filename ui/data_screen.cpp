@@ -6,6 +6,8 @@
 #include "ui/category_tables.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 // Page order, which differs from tree order.

@@ -3,6 +3,8 @@
 #include <QMouseEvent>
 #include <QWidget>
 
+namespace orvandel {
+
 void BeginDrag(const QWidget* pWindow, QMouseEvent* pEvent, QPoint& ptDrag) {
   if (pEvent->button() != Qt::LeftButton) return;
   ptDrag = pEvent->globalPosition().toPoint() - pWindow->frameGeometry().topLeft();
@@ -14,3 +16,5 @@ void ContinueDrag(QWidget* pWindow, QMouseEvent* pEvent, const QPoint& ptDrag) {
   pWindow->move(pEvent->globalPosition().toPoint() - ptDrag);
   pEvent->accept();
 }
+
+}  // namespace orvandel

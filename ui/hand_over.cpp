@@ -3,6 +3,8 @@
 #include <QThread>
 #include <chrono>
 
+namespace orvandel {
+
 void HandOver::Run(const std::function<void()>& step) {
   if (QThread::currentThread() == thread()) {
     step();
@@ -56,3 +58,5 @@ void HandOver::Serve() {
   m_pStep = nullptr;
   m_changed.notify_all();
 }
+
+}  // namespace orvandel

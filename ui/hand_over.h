@@ -4,6 +4,8 @@
 #include <functional>
 #include <mutex>
 
+namespace orvandel {
+
 /// Carries steps on widgets from a worker to the main thread. The worker waits until a step is done.
 ///
 /// The object lives on the main thread. Steps are served by its event loop; where the main thread blocks on a
@@ -37,3 +39,5 @@ class HandOver : public QObject {
   int m_nStep = 0;                                 // its number
   bool m_bWoken = false;                           // no wait has seen the last Wake yet
 };
+
+}  // namespace orvandel

@@ -8,6 +8,8 @@
 #include "ui/styles.h"
 #include "ui/window.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kSideMargin = 80;

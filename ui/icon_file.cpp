@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+namespace orvandel {
+
 namespace {
 
 // Offsets in bytes. The file begins with a 6-byte header and a 16-byte entry for each picture, all
@@ -66,3 +68,5 @@ qint64 PixelsOfIcon(QIODevice& file) {
   }
   return nMost;
 }
+
+}  // namespace orvandel

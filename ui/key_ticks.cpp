@@ -1,5 +1,7 @@
 #include "ui/key_ticks.h"
 
+namespace orvandel {
+
 void KeyTickTable::keyPressEvent(QKeyEvent* pEvent) {
   const QTableWidgetItem* pItem = currentItem();
   const int nBefore = pItem ? pItem->checkState() : Qt::Unchecked;
@@ -14,3 +16,5 @@ void KeyTickTree::keyPressEvent(QKeyEvent* pEvent) {
   QTreeWidget::keyPressEvent(pEvent);
   if (pItem && pItem == currentItem() && pItem->checkState(0) != nBefore) emit itemClicked(pItem, 0);
 }
+
+}  // namespace orvandel

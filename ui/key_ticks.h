@@ -2,6 +2,8 @@
 #include <QTableWidget>
 #include <QTreeWidget>
 
+namespace orvandel {
+
 /// A table whose check boxes also work by keyboard: a key that toggles one emits the same signals as a click
 /// on its cell.
 class KeyTickTable : public QTableWidget {
@@ -24,3 +26,5 @@ class KeyTickTree : public QTreeWidget {
  protected:
   void keyPressEvent(QKeyEvent* pEvent) override;
 };
+
+}  // namespace orvandel

@@ -8,6 +8,8 @@
 #include "ui/drag.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 constexpr int kWidth = 400;
 constexpr int kHeight = 150;

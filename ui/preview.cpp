@@ -12,6 +12,8 @@
 #include "ui/row_writer.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kWidestUnscaled = 700;
@@ -75,6 +77,8 @@ QPixmap LoadPicture(const QString& qstrPath, const QSize& size) {
 
 }  // namespace
 
+namespace orvandel {
+
 QString preview_text::Contact(const QVariant& hidden) {
   const auto person = hidden.value<__PERSON_CONTENT__>();
   std::string strText = person.strName + "\n" + person.strPhone;
@@ -90,6 +94,8 @@ QString preview_text::Note(const QVariant& hidden) {
   const auto note = hidden.value<__NOTES__>();
   return FromNarrow("Title:\n" + note.strTitle + "\nNote:\n" + note.strContent);
 }
+
+}  // namespace orvandel
 
 void DRUI::AddPreview(const TablePreview& preview, QBoxLayout* pLayout, QTableWidget* pTable) {
   if (!preview.pszName) return pLayout->addWidget(pTable);

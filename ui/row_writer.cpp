@@ -5,6 +5,8 @@
 
 #include "ui/styles.h"
 
+namespace orvandel {
+
 namespace {
 constexpr QRgb kDeletedColour = qRgba(243, 115, 2, 255);
 }
@@ -41,3 +43,5 @@ void RowWriter::Add(const Row& row) {
   }
   ++m_nRow;
 }
+
+}  // namespace orvandel

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QTableWidget>
 
+namespace orvandel {
+
 /// Writes rows into a table from the top. The view is notified once, on destruction.
 class RowWriter {
  public:
@@ -33,3 +35,5 @@ class RowWriter {
   QIcon m_icon;  // null for none
   QIcon m_deletedIcon;
 };
+
+}  // namespace orvandel

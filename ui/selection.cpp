@@ -8,6 +8,8 @@
 #include "ui/category_tables.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr qint64 kTextCategoryBytes =

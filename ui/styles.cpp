@@ -2,6 +2,8 @@
 
 #include <QDir>
 
+using namespace orvandel;
+
 namespace {
 
 /// Style sheet of a main button in its three states.
@@ -33,6 +35,13 @@ const QString Layout1TopBackGroud_style = "background-color: rgb(79, 79 ,79);";
 const QString LayoutLine_style = "background-color: rgb(37, 101, 137);";
 const QString Version_label = "Version 4.7.5";
 
+/// Q_INIT_RESOURCE doesn't work inside a namespace.
+static void RegisterIcons() {
+  Q_INIT_RESOURCE(resources);
+}
+
+namespace orvandel {
+
 const QString dialog_style::main_button_style = ButtonStyle("rgb(191, 191, 191)", "", kDialogShape);
 const QString dialog_style::backGroud_style = "background-color: rgb(79, 79 ,79);";
 
@@ -43,5 +52,7 @@ QFont TextFont(int nSize, int nWeight) {
 }
 
 void InitResources() {
-  Q_INIT_RESOURCE(resources);
+  RegisterIcons();
 }
+
+}  // namespace orvandel

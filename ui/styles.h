@@ -11,6 +11,8 @@ extern const QString Layout1TopBackGroud_style;  ///< top bar and footer
 extern const QString LayoutLine_style;
 extern const QString Version_label;  ///< the text in the footer
 
+namespace orvandel {
+
 /// Style sheets of dialogs: buttons and heading band.
 namespace dialog_style {
 extern const QString main_button_style;
@@ -24,3 +26,5 @@ QFont TextFont(int nSize, int nWeight);
 /// Registers the icon resources; resources in a static library aren't registered automatically. May be called
 /// repeatedly.
 void InitResources();
+
+}  // namespace orvandel

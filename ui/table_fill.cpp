@@ -5,6 +5,8 @@
 #include "ui/category_tables.h"
 #include "ui/row_writer.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kFolderText[] = "Folder";
@@ -69,6 +71,8 @@ QString CallLength(const __CALLHISTORY__& call, bool bDeleted) {
 }
 
 }  // namespace
+
+namespace orvandel {
 
 void table_fill::Camera(RowWriter& writer, const BackupRecords& records) {
   AddFiles(writer, records.m_vecCamera);
@@ -145,6 +149,8 @@ void table_fill::Notes(RowWriter& writer, const BackupRecords& records) {
                 true});
   });
 }
+
+}  // namespace orvandel
 
 void DRUI::FillTable(const TableSpec& spec) {
   RowWriter writer(this->*spec.pTable, spec.pszRowIcon);

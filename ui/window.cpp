@@ -11,6 +11,8 @@
 #include "common/places.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 constexpr int kWidth = 1000;
 constexpr int kHeight = 680;

@@ -22,16 +22,23 @@
 class QAction;
 class QBoxLayout;
 class QCheckBox;
-class ChatView;
 class CRecovery;
-struct TablePreview;
-struct TableSpec;
 
 using U32 = quint32;
+
+namespace orvandel {
+
+class ChatView;
+struct TablePreview;
+struct TableSpec;
+class WindowAccess;
+
 /// Ticked rows of a table: the row, and the bytes that it stands for, or the row again where it has no size.
 using SelectionMap = std::map<U32, U32>;
 /// Ticked files of apps: by the app's name, the file's place in the app's list and its bytes.
 using AppSelectionMap = std::map<QString, SelectionMap>;
+
+}  // namespace orvandel
 
 /// The main window, and with it the state of the whole run: session, records, ticks and screens.
 ///
@@ -55,7 +62,7 @@ class DRUI : public QMainWindow {
   void MoveToMiddleOf(const QRect& desktop);
 
   /// The worker of a scan or of a recovery.
-  BackgroundTask& GetTask() { return m_task; }
+  orvandel::BackgroundTask& GetTask() { return m_task; }
 
   std::atomic<bool> m_bCancelScan{false};    ///< the user has confirmed a cancel; read by the worker
   std::atomic<bool> m_bScanFinished{false};  ///< set by the worker at its end
@@ -113,8 +120,8 @@ class DRUI : public QMainWindow {
 
   // The ticks.
 
-  void tableItemPress(int nRow, int nColumn, QTableWidget* pTable, SelectionMap& tableMap);
-  void tableAppsItemPress(int nRow, int nColumn, QTableWidget* pTable, SelectionMap& tableMap,
+  void tableItemPress(int nRow, int nColumn, QTableWidget* pTable, orvandel::SelectionMap& tableMap);
+  void tableAppsItemPress(int nRow, int nColumn, QTableWidget* pTable, orvandel::SelectionMap& tableMap,
                           QTableWidget* pAppParentTable);
   void SetTreeChildCheckState(QTreeWidgetItem* pItem, int nState);
   void SetTreeParentCheckState(QTreeWidgetItem* pItem);
@@ -193,8 +200,8 @@ class DRUI : public QMainWindow {
   void mousePressEvent(QMouseEvent* pEvent) override;
 
  private:
-  friend struct TableSpec;    // the table of tables names the members below
-  friend class WindowAccess;  // tests look at the state
+  friend struct orvandel::TableSpec;    // the table of tables names the members below
+  friend class orvandel::WindowAccess;  // tests look at the state
 
   // Frame (ui/window_frame.cpp).
   QWidget* CreateTopBar();
@@ -204,34 +211,35 @@ class DRUI : public QMainWindow {
   void SetMainButtonEnabled(QPushButton* pButton, bool bEnabled);
 
   // Tables (ui/category_tables.cpp, ui/table_fill.cpp).
-  QTableWidget* CreateTable(const TableSpec& spec);
-  void FillTable(const TableSpec& spec);
-  QWidget* CreatePage(const TableSpec& spec);
+  QTableWidget* CreateTable(const orvandel::TableSpec& spec);
+  void FillTable(const orvandel::TableSpec& spec);
+  QWidget* CreatePage(const orvandel::TableSpec& spec);
   bool ChooseBackup(int nRow, int nColumn);
 
   // Ticks (ui/selection.cpp).
-  void ApplyNodeState(const TableSpec& spec, QTreeWidgetItem* pItem);
-  void ApplyAppNodeState(const TableSpec& spec, int nState);
-  void ApplyAppRowState(const TableSpec& spec, int nState);
-  void PressPlainTable(CategoryNumber nNumber, int nRow, int nColumn);
-  void PressAppTable(CategoryNumber nNumber, int nRow, int nColumn);
-  void SelectApp(const TableSpec& spec, const QString& qstrApp, SelectionMap& selection) const;
+  void ApplyNodeState(const orvandel::TableSpec& spec, QTreeWidgetItem* pItem);
+  void ApplyAppNodeState(const orvandel::TableSpec& spec, int nState);
+  void ApplyAppRowState(const orvandel::TableSpec& spec, int nState);
+  void PressPlainTable(orvandel::CategoryNumber nNumber, int nRow, int nColumn);
+  void PressAppTable(orvandel::CategoryNumber nNumber, int nRow, int nColumn);
+  void SelectApp(const orvandel::TableSpec& spec, const QString& qstrApp,
+                 orvandel::SelectionMap& selection) const;
   void SetNodeState(int nState);
 
   // Preview (ui/preview.cpp).
-  void AddPreview(const TablePreview& preview, QBoxLayout* pLayout, QTableWidget* pTable);
+  void AddPreview(const orvandel::TablePreview& preview, QBoxLayout* pLayout, QTableWidget* pTable);
   void ShowSelected(const QTableWidget* pTable);
-  void ShowPicture(const TablePreview& preview, const QVariant& hidden);
-  void ShowText(const TablePreview& preview, const QVariant& hidden);
-  void ShowMessages(const TablePreview& preview, const QVariant& hidden);
-  void ShowChat(const TablePreview& preview, const QVariant& hidden);
-  void OpenAppFiles(CategoryNumber nNumber, CategoryNumber nPreviewNumber, int nRow);
+  void ShowPicture(const orvandel::TablePreview& preview, const QVariant& hidden);
+  void ShowText(const orvandel::TablePreview& preview, const QVariant& hidden);
+  void ShowMessages(const orvandel::TablePreview& preview, const QVariant& hidden);
+  void ShowChat(const orvandel::TablePreview& preview, const QVariant& hidden);
+  void OpenAppFiles(orvandel::CategoryNumber nNumber, orvandel::CategoryNumber nPreviewNumber, int nRow);
 
   // The scan (app/scan_workflow.cpp), its decrypt tool (app/encrypted_backup.cpp) and the recovery
   // (app/recovery_workflow.cpp), on their workers.
   static std::unique_ptr<IPhoneRecoveryParse> MakeParser(CIphoneBackupFile& backupFile);
   int RunScan();
-  void ShowCategory(const Category& category);
+  void ShowCategory(const orvandel::Category& category);
   QString DecryptBackup();
   bool AskForPassword();
   void DropDecryptProcess();
@@ -242,10 +250,10 @@ class DRUI : public QMainWindow {
   void RecoverFiles();
   void RecoverDocuments(CRecovery& recovery);
   /// The hidden data of rows, an invalid value for a row without a cell.
-  std::vector<QVariant> HiddenData(const QTableWidget* pTable, const SelectionMap& rows);
+  std::vector<QVariant> HiddenData(const QTableWidget* pTable, const orvandel::SelectionMap& rows);
 
   Ui_DRUIClass m_ui;
-  BackgroundTask m_task;
+  orvandel::BackgroundTask m_task;
   std::unique_ptr<QProcess> m_pDecryptProcess;  // of the check; that of a scan belongs to the worker
   QString m_strScanDir;
   QString m_strSelectDir;
@@ -254,24 +262,24 @@ class DRUI : public QMainWindow {
   std::unique_ptr<IPhoneRecoveryParse> m_pRecoveryParse;
   /// Makes the parser of a scan, null where there is none. Tests put one of their own in its place.
   std::function<std::unique_ptr<IPhoneRecoveryParse>(CIphoneBackupFile&)> m_makeParser = &DRUI::MakeParser;
-  BackupRecords m_records;
+  orvandel::BackupRecords m_records;
   uint m_nWorkerStackSize = 0;           // bytes, 0 for the system's default; tests ask for what it refuses
   std::atomic<int> m_nDecryptStatus{0};  // 0, or -110 once the tool has refused the password
   qint64 m_nTotalFileCount = 0;  // entries of the backup's folder; 0 for one that was picked from the list
   QString m_strBackupPassword;
 
   // Selection.
-  SelectionMap m_mapSelCamera;
-  SelectionMap m_mapSelPhotoStream;
-  AppSelectionMap m_mapSelAppPhotos;
-  AppSelectionMap m_mapSelAppVideos;
-  SelectionMap m_mapSelMessage;
-  SelectionMap m_mapSelMessAttach;
-  SelectionMap m_mapSelContacts;
-  SelectionMap m_mapSelCallHistory;
-  SelectionMap m_mapSelNotes;
-  SelectionMap m_mapSelWhatsapp;
-  SelectionMap m_mapSelWhatsappAttach;
+  orvandel::SelectionMap m_mapSelCamera;
+  orvandel::SelectionMap m_mapSelPhotoStream;
+  orvandel::AppSelectionMap m_mapSelAppPhotos;
+  orvandel::AppSelectionMap m_mapSelAppVideos;
+  orvandel::SelectionMap m_mapSelMessage;
+  orvandel::SelectionMap m_mapSelMessAttach;
+  orvandel::SelectionMap m_mapSelContacts;
+  orvandel::SelectionMap m_mapSelCallHistory;
+  orvandel::SelectionMap m_mapSelNotes;
+  orvandel::SelectionMap m_mapSelWhatsapp;
+  orvandel::SelectionMap m_mapSelWhatsappAttach;
   int m_nPressedCategory = 0;
   int m_nCurrentCategory = 0;
   QString m_strPressedApp;
@@ -316,6 +324,6 @@ class DRUI : public QMainWindow {
   QLabel* m_pWhatsappAttachPreview = nullptr;
   QLabel* m_pContactText = nullptr;
   QLabel* m_pNoteText = nullptr;
-  ChatView* m_pMessageWebView = nullptr;
-  ChatView* m_pWhatsappWebView = nullptr;
+  orvandel::ChatView* m_pMessageWebView = nullptr;
+  orvandel::ChatView* m_pWhatsappWebView = nullptr;
 };

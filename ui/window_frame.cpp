@@ -12,6 +12,8 @@
 #include "ui/urls.h"
 #include "ui/window.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kWindowWidth = 1000;

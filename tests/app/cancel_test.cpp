@@ -6,6 +6,8 @@
 #include "tests/cli/small_backup.h"
 #include "tests/ui/window_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 // Reports of a scan of a plain backup: 1 at its start, 12 after the manifest, up to 34 in the walk of the

@@ -10,6 +10,8 @@
 
 #include "tests/ui/window_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class DetailDialog : public testing::Test {

@@ -12,6 +12,8 @@
 #include "tests/cli/recovery_output.h"
 #include "tests/cli/small_backup.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kPassword[] = "geh heim";  // with a space

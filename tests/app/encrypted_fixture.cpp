@@ -15,6 +15,8 @@
 #include "sample/pictures.h"
 #include "sample/stores.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr char kToolName[] = "/Velmora Orvandel";
@@ -165,3 +167,5 @@ ToolProgress::ToolProgress(DRUI& window)
             if (QThread::currentThread() == pThread) values.push_back(nProgress);
           },
           Qt::DirectConnection)) {}
+
+}  // namespace orvandel

@@ -1,6 +1,8 @@
 #pragma once
 #include "tests/ui/window_fixture.h"
 
+namespace orvandel {
+
 /// An information box that was shown.
 struct ShownBox {
   std::string strText;
@@ -64,3 +66,5 @@ class ToolProgress {
  private:
   QMetaObject::Connection m_connection;
 };
+
+}  // namespace orvandel

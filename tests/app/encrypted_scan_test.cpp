@@ -7,6 +7,8 @@
 
 #include "tests/app/encrypted_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kAccept[] = "echo Count:0; exec sleep 60";

@@ -10,6 +10,8 @@
 #include "tests/cli/small_backup.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kNotFound[] = "Can not found the iTunes Backup file.";

@@ -5,6 +5,8 @@
 
 #include "tests/ui/modal.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr QSize kDisplay(1280, 900);
@@ -91,3 +93,5 @@ void EndToEnd::ClickOnDisplay(const QPoint& place) {
   Run("xdotool",
       {"mousemove", "--sync", QString::number(place.x()), QString::number(place.y()), "click", "1"});
 }
+
+}  // namespace orvandel

@@ -6,6 +6,8 @@
 #include "tests/app/program.h"
 #include "tests/support.h"
 
+namespace orvandel {
+
 // Positions in the window.
 constexpr QPoint kInTopBar(720, 10);
 constexpr QPoint kFirstRow(300, 200);
@@ -57,3 +59,5 @@ class EndToEnd : public testing::Test {
  private:
   QImage Display();
 };
+
+}  // namespace orvandel

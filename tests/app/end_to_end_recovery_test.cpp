@@ -7,6 +7,8 @@
 #include "tests/backup/tree_state.h"
 #include "tests/ui/modal.h"
 
+using namespace orvandel;
+
 namespace {
 
 class EndToEndRecovery : public EndToEnd {

@@ -2,6 +2,8 @@
 #include "tests/cli/small_backup.h"
 #include "tests/ui/modal.h"
 
+using namespace orvandel;
+
 namespace {
 
 TEST_F(EndToEnd, StartsListsPicksScansAndShowsTheTree) {

@@ -7,6 +7,8 @@
 #include "tests/ui/modal.h"
 #include "ui/window.h"
 
+namespace orvandel {
+
 int WaitAfterCancel(int nKind) {
   std::atomic<bool> DRUI::*const flags[] = {&DRUI::m_bCancelSearch, &DRUI::m_bCancelPreview,
                                             &DRUI::m_bCancelRecovery};
@@ -29,3 +31,5 @@ int WaitAfterCancel(int nKind) {
   std::fflush(stdout);
   return 0;
 }
+
+}  // namespace orvandel

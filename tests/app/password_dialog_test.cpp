@@ -7,6 +7,8 @@
 #include "tests/ui/window_fixture.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kCaption[] = "  iTunes Backup Password";

@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFile>
 
+namespace orvandel {
+
 namespace {
 
 constexpr int kLimit = 60000;  // milliseconds
@@ -114,3 +116,5 @@ QStringList ArgumentsOf(qint64 nProcess) {
   if (!arguments.isEmpty()) arguments.removeLast();  // after the last zero
   return arguments;
 }
+
+}  // namespace orvandel

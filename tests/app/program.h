@@ -8,6 +8,8 @@
 
 // The real program, which is built beside the tests, as a child process.
 
+namespace orvandel {
+
 /// Path of the executable.
 QString ProgramPath();
 
@@ -40,3 +42,5 @@ class Program : public QProcess {
 std::vector<qint64> ProcessesWith(const QByteArray& variable);
 /// Arguments of a process, its own name first.
 QStringList ArgumentsOf(qint64 nProcess);
+
+}  // namespace orvandel

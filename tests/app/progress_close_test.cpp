@@ -8,6 +8,8 @@
 #include "tests/app/endless_wait.h"
 #include "tests/ui/window_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kWatch = 1500;  // milliseconds for which a wait must not end

@@ -8,6 +8,8 @@
 #include "tests/ui/window_fixture.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 /// The progress dialog of a kind, not modal.

@@ -1,6 +1,8 @@
 // Ticks from an earlier scan beyond the end of a shorter list.
 #include "tests/app/recovery_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class RecoveryBeyond : public RecoveryTest, public testing::WithParamInterface<RecoveryStep> {

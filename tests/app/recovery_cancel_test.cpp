@@ -4,6 +4,8 @@
 #include "tests/cli/small_backup.h"
 #include "tests/ui/window_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kWatch = 3000;  // milliseconds for which a wait must not end

@@ -6,6 +6,8 @@
 
 #include "tests/app/recovery_fixture.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr char kKindVariable[] = "ORVANDEL_RECOVERY_CHILD";
@@ -84,3 +86,5 @@ void StartRecoveryChild(QProcess& process, RecoveryChildKind kind, const std::st
   process.setProcessEnvironment(environment);
   process.start(QCoreApplication::applicationFilePath(), {QString("--gtest_filter=%1.*").arg(kSuite)});
 }
+
+}  // namespace orvandel

@@ -5,6 +5,8 @@
 // Recoveries that never end, each in a child process: the test program itself with an environment variable,
 // which registers a single test.
 
+namespace orvandel {
+
 enum class RecoveryChildKind {
   kCancelled,  ///< the user confirms a cancel at the third report of kChildFiles files and all documents
   kLateYes     ///< the same, but the user answers after the recovery has ended
@@ -18,3 +20,5 @@ constexpr int kChildFiles = 30;
 /// @param strOut existing destination. @param strTemporary folder for its temporary files.
 void StartRecoveryChild(QProcess& process, RecoveryChildKind kind, const std::string& strOut,
                         const std::string& strTemporary);
+
+}  // namespace orvandel

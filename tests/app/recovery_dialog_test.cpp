@@ -8,6 +8,8 @@
 #include "tests/cli/small_backup.h"
 #include "tests/ui/url_recorder.h"
 
+using namespace orvandel;
+
 namespace {
 
 using Names = std::vector<std::string>;

@@ -6,6 +6,8 @@
 #include "tests/app/recovery_fixture.h"
 #include "tests/cli/small_backup.h"
 
+using namespace orvandel;
+
 namespace {
 
 using Names = std::vector<std::string>;

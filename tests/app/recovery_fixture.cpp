@@ -8,6 +8,8 @@
 #include "tests/cli/recovery_output.h"
 #include "tests/cli/small_backup.h"
 
+namespace orvandel {
+
 const std::vector<RecoveryStep> kRecoverySteps = {
     {0, "CameraRoll", "/Camera Roll/", 0, 2000, 2000},
     {1, "PhotoStream", "/Photo Stream/", 20, 2000, 4000},
@@ -209,3 +211,5 @@ Reports WholeRecovery(const std::map<int, Reports>& named, const Reports& docume
   reports.push_back({10000, 1000, 0, ""});
   return reports;
 }
+
+}  // namespace orvandel

@@ -4,6 +4,8 @@
 
 #include "tests/ui/selection_fixture.h"
 
+namespace orvandel {
+
 /// A report of a recovery's worker about a file or the end of a step.
 struct Report {
   int nProgress;
@@ -121,3 +123,5 @@ class RecoveryTest : public SelectionTest {
 /// Reports of a recovery of only these categories, from the first file to the end.
 /// @param named of each category of files, by its number.
 Reports WholeRecovery(const std::map<int, Reports>& named, const Reports& documents = {});
+
+}  // namespace orvandel

@@ -5,6 +5,8 @@
 
 #include "tests/app/recovery_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class RecoveryReports : public RecoveryTest {

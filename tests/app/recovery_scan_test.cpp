@@ -8,6 +8,8 @@
 #include "tests/backup/tree_state.h"
 #include "tests/cli/small_backup.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr const char* kTables[] = {"m_pCameraTable",    "m_pPhotoStreamTable",   "m_pAppPhotosTable",

@@ -9,6 +9,8 @@
 #include "tests/cli/small_backup.h"
 #include "tests/support.h"
 
+namespace orvandel {
+
 RecoveredTree RecoveredFiles(const std::string& strOut) {
   RecoveredTree files;
   for (const std::string& strFile : FilesBelow(strOut)) {
@@ -45,3 +47,5 @@ std::string RecoverByCommand(const std::string& strBackup, const std::string& st
   EXPECT_EQ(0, process.exitCode()) << process.readAllStandardError().toStdString();
   return strOut;
 }
+
+}  // namespace orvandel

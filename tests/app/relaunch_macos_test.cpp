@@ -6,6 +6,8 @@
 
 #include "app/relaunch.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kCreate[] = "create null, null, 0";

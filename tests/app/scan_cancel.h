@@ -7,6 +7,8 @@
 #include "tests/ui/modal.h"
 #include "ui/window.h"
 
+namespace orvandel {
+
 /// Cancels the scans of a window at a given report: the worker waits there until the user has pressed
 /// "Cancel" and confirmed.
 class ScanCancel {
@@ -55,3 +57,5 @@ class ScanCancel {
   std::atomic<bool> m_bGoOn{false};
   int m_nBar = -1;
 };
+
+}  // namespace orvandel

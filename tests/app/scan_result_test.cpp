@@ -6,6 +6,8 @@
 #include "tests/app/encrypted_fixture.h"
 #include "tests/cli/small_backup.h"
 
+using namespace orvandel;
+
 namespace {
 
 /// A parser of a real backup with some steps replaced.

@@ -7,6 +7,8 @@
 #include "tests/cli/small_backup.h"
 #include "tests/ui/window_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kScans = 200;

@@ -6,6 +6,8 @@
 #include "tests/ui/window_fixture.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 class ScanTest : public WindowTest {

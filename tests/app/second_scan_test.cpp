@@ -3,6 +3,8 @@
 #include "tests/cli/small_backup.h"
 #include "tests/ui/window_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class SecondScan : public WindowTest {

@@ -13,6 +13,8 @@
 #include "tests/app/end_to_end_fixture.h"
 #include "tests/ui/modal.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kUser[] = "65534";

@@ -10,6 +10,8 @@
 #include "tests/support.h"
 #include "tests/ui/modal.h"
 
+using namespace orvandel;
+
 namespace {
 
 /// Starts of the program by an unprivileged user, with a pkexec that records its arguments.

@@ -4,6 +4,8 @@
 #include "tests/cli/small_backup.h"
 #include "ui/background_task.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kWarning[] = "QThread::start: Thread stack size error";

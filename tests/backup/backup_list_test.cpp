@@ -3,6 +3,7 @@
 #include "backup/session.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -16,6 +16,7 @@
 #include "tests/scan_support.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::SizeIs;
 using Layout = BackupBuilder::Layout;

@@ -5,6 +5,8 @@
 
 // Expected digests, computed with the library's SHA-1.
 
+namespace orvandel {
+
 inline std::string StandardSha1(const std::string& strText) {
   const QByteArray bytes(strText.data(), static_cast<int>(strText.size()));
   return QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex().toStdString();
@@ -19,3 +21,5 @@ inline std::string DigestOf(std::string strText) {
   }
   return StandardSha1(strText);
 }
+
+}  // namespace orvandel

@@ -7,6 +7,8 @@
 
 #include "tests/backup/digest_reference.h"
 
+using namespace orvandel;
+
 namespace {
 
 const unsigned char* Bytes(const std::string& strText) {

@@ -7,6 +7,8 @@
 #include "tests/scan_support.h"
 #include "tests/support.h"
 
+using namespace orvandel;
+
 namespace {
 
 enum ChildStatus { kFileIsThere, kFileIsGone, kNoChroot };

@@ -7,6 +7,8 @@
 #include "backup/discovery.h"
 #include "tests/support.h"
 
+using namespace orvandel;
+
 using namespace std::string_literals;
 
 namespace {

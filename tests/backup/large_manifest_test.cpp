@@ -12,6 +12,8 @@
 #include "tests/backup/manifest_bytes.h"
 #include "tests/support.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr off_t kHuge = 6LL << 30;  // bytes, sparse

@@ -6,7 +6,7 @@
 
 // Writes binary manifests byte by byte, including ones that no device would write.
 
-namespace manifest_bytes {
+namespace orvandel::manifest_bytes {
 
 inline const std::string kHeader("mbdb\x05\0", 6);
 inline const std::string kNoString("\xFF\xFF");
@@ -49,4 +49,4 @@ inline std::string Bytes(const Entry& entry) {
   return strBytes;
 }
 
-}  // namespace manifest_bytes
+}  // namespace orvandel::manifest_bytes

@@ -8,6 +8,7 @@
 #include "backup/manifest.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -4,6 +4,7 @@
 #include "tests/backup/manifest_bytes.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using manifest_bytes::kNoString;
 using manifest_bytes::Text;
 using namespace std::string_literals;

@@ -6,6 +6,7 @@
 #include "tests/backup/manifest_bytes.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using manifest_bytes::Bytes;
 using manifest_bytes::Entry;
 using manifest_bytes::kHeader;

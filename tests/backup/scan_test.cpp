@@ -5,6 +5,7 @@
 #include "common/status.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -9,6 +9,8 @@
 
 #include "tests/support.h"
 
+namespace orvandel {
+
 /// The observable state of a folder: for each path below it the kind, mode, modification time and content, or
 /// the target of a link. The folder itself has an empty path.
 inline std::map<std::string, std::string> TreeState(const std::string& strFolder) {
@@ -32,3 +34,5 @@ inline std::map<std::string, std::string> TreeState(const std::string& strFolder
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(strFolder)) add(entry.path());
   return state;
 }
+
+}  // namespace orvandel

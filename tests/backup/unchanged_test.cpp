@@ -9,6 +9,7 @@
 #include "tests/backup/tree_state.h"
 #include "tests/scan_support.h"
 
+using namespace orvandel;
 using testing::SizeIs;
 using Layout = BackupBuilder::Layout;
 

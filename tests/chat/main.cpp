@@ -6,6 +6,8 @@
 
 #include "tests/support.h"
 
+using namespace orvandel;
+
 namespace {
 
 QtMessageHandler g_pfnTestHandler = nullptr;

@@ -16,6 +16,8 @@
 #include "tests/support.h"
 #include "ui/chat_view.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kPage[] = "<html><head></head><body id='content'></body></html>";

@@ -5,6 +5,7 @@
 #include "tests/cli/small_backup.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

@@ -8,6 +8,7 @@
 #include "tests/cli/small_backup.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;

@@ -8,6 +8,8 @@
 #include <QProcessEnvironment>
 #include <algorithm>
 
+namespace orvandel {
+
 namespace {
 
 constexpr int kLimit = 120000;  // milliseconds; reached only if a run hangs
@@ -112,3 +114,5 @@ std::string JsonText(const QJsonValue& value) {
   const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
   return array.mid(1, array.size() - 2).toStdString();
 }
+
+}  // namespace orvandel

@@ -8,6 +8,8 @@
 
 // Runs the real orvandel-cli, which is built beside the tests.
 
+namespace orvandel {
+
 /// How a run ended.
 struct CommandResult {
   int nExitStatus = -1;  ///< -1 if the process was ended by a signal or timed out
@@ -48,3 +50,5 @@ CommandResult FinishCommand(QProcess& process);
 
 /// A value as compact JSON, its keys in alphabetical order.
 std::string JsonText(const QJsonValue& value);
+
+}  // namespace orvandel

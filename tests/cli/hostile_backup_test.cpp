@@ -9,6 +9,7 @@
 #include "tests/cli/small_backup.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 namespace fs = std::filesystem;
 using testing::AllOf;
 using testing::Contains;

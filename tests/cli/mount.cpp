@@ -1,5 +1,7 @@
 #include "tests/cli/mount.h"
 
+namespace orvandel {
+
 namespace {
 constexpr int kLimit = 60000;  // milliseconds
 }
@@ -24,3 +26,5 @@ CommandResult RunOnMount(const char* pszOptions, const std::string& strFolder, c
   process.start("unshare", Arguments(arguments));
   return FinishCommand(process);
 }
+
+}  // namespace orvandel

@@ -4,6 +4,8 @@
 
 #include "tests/cli/command.h"
 
+namespace orvandel {
+
 /// Whether a process may mount a private file system here. @param strFolder an existing folder.
 bool MayMount(const std::string& strFolder);
 
@@ -12,3 +14,5 @@ bool MayMount(const std::string& strFolder);
 /// @param pszOptions tmpfs options, such as "ro" or "size=64k".
 CommandResult RunOnMount(const char* pszOptions, const std::string& strFolder, const std::string& strKept,
                          const std::vector<std::string>& command);
+
+}  // namespace orvandel

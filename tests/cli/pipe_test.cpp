@@ -7,6 +7,7 @@
 #include "tests/cli/small_backup.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::Contains;
 using testing::HasSubstr;
 

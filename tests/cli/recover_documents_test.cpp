@@ -9,6 +9,7 @@
 #include "tests/cli/small_backup.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::ElementsAreArray;

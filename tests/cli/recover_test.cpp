@@ -10,6 +10,7 @@
 #include "tests/cli/small_backup.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;

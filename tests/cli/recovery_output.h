@@ -5,6 +5,8 @@
 
 #include "tests/cli/command.h"
 
+namespace orvandel {
+
 /// A text with each time stamp of a recovery replaced by a word.
 inline std::string WithoutStamps(const std::string& strText) {
   static const std::regex stamp("([-_/])20[0-9]{12}([/.])");
@@ -26,3 +28,5 @@ inline std::vector<std::string> ErrorLines(const CommandResult& result) {
   errors.strOut = result.strErr;
   return errors.Lines();
 }
+
+}  // namespace orvandel

@@ -6,6 +6,7 @@
 #include "tests/cli/small_backup.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;

@@ -10,6 +10,8 @@
 #include "sample/stores.h"
 #include "tests/support.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr qint64 kDate = 483786753;  // 2016-05-01T09:12:33Z, in seconds from 2001-01-01
@@ -133,3 +135,5 @@ std::vector<std::string> FilesBelow(const std::string& strFolder) {
   std::sort(files.begin(), files.end());
   return files;
 }
+
+}  // namespace orvandel

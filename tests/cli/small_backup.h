@@ -8,6 +8,8 @@
 
 // Backups for the command line, each with known content.
 
+namespace orvandel {
+
 /// Expected contents of recovered files, by their paths below the destination, and their sources in the
 /// backup.
 struct SmallBackup {
@@ -38,3 +40,5 @@ std::map<std::string, std::string> TreeOf(const std::string& strFolder);
 
 /// Paths of all files below a folder, relative and sorted.
 std::vector<std::string> FilesBelow(const std::string& strFolder);
+
+}  // namespace orvandel

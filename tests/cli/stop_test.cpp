@@ -12,6 +12,7 @@
 #include "tests/cli/small_backup.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;

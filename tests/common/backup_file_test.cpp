@@ -10,6 +10,7 @@
 #include "common/text.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 namespace fs = std::filesystem;
 
 namespace {

@@ -10,6 +10,8 @@
 #include "common/file.h"
 #include "tests/support.h"
 
+using namespace orvandel;
+
 namespace {
 
 class CopyFile : public testing::Test {

@@ -12,6 +12,8 @@
 
 #include "tests/support.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr long long kGiB = 1LL << 30;

@@ -4,6 +4,8 @@
 
 #include "sample/stores.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kId[] = "abcdef7890123456789012345678901234567890";

@@ -4,6 +4,8 @@
 
 #include "tests/support.h"
 
+using namespace orvandel;
+
 namespace {
 
 struct SplitCase {

@@ -6,6 +6,7 @@
 #include "sample/stores.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;

@@ -12,6 +12,7 @@
 #include "sample/stores.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::HasSubstr;
 using testing::SizeIs;
 

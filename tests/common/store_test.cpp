@@ -10,6 +10,7 @@
 #include "sample/stores.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;

@@ -11,6 +11,8 @@
 #include "sample/stores.h"
 #include "tests/support.h"
 
+using namespace orvandel;
+
 namespace {
 
 struct Value {

@@ -5,6 +5,8 @@
 #include "sample/encryption.h"
 #include "tests/decrypt/cryptography.h"
 
+using namespace orvandel;
+
 namespace {
 
 const std::string kKey(44, 'k');

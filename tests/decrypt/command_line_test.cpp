@@ -21,6 +21,7 @@
 #include "tests/decrypt/encrypted_backup.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;

@@ -5,6 +5,8 @@
 
 #include "tests/backup/manifest_bytes.h"
 
+namespace orvandel {
+
 Bytes FromHex(const std::string& strHex) {
   Bytes bytes;
   for (size_t i = 0; i + 1 < strHex.size(); i += 2)
@@ -78,3 +80,5 @@ Bytes KeyOfClass(uint32_t nClass, const Bytes& wrapped) {
 Bytes ToBytes(const std::string& strBytes) {
   return Bytes(strBytes.begin(), strBytes.end());
 }
+
+}  // namespace orvandel

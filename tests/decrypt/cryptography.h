@@ -5,6 +5,8 @@
 
 // Encryption for tests of decryption, using only OpenSSL.
 
+namespace orvandel {
+
 /// Bytes from hexadecimal digits.
 Bytes FromHex(const std::string& strHex);
 
@@ -30,3 +32,5 @@ std::string Item(const std::string& strTag, uint32_t nValue);
 Bytes KeyOfClass(uint32_t nClass, const Bytes& wrapped);
 
 Bytes ToBytes(const std::string& strBytes);
+
+}  // namespace orvandel

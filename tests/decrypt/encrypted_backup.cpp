@@ -6,6 +6,8 @@
 
 #include "tests/cli/command.h"
 
+namespace orvandel {
+
 namespace {
 
 using Age = Encryption::Age;
@@ -105,3 +107,5 @@ ToolResult RunProgram(const std::string& strProgram, const std::vector<std::stri
   result.err = LinesOf(process.readAllStandardError());
   return result;
 }
+
+}  // namespace orvandel

@@ -9,6 +9,8 @@
 
 // Backups with known plain content, and the decrypt tool, which is built beside the tests.
 
+namespace orvandel {
+
 constexpr char kPassword[] = "geh heim";  // with a space
 
 /// Files of many sizes, directories, a link, and an unencrypted file.
@@ -46,3 +48,5 @@ std::string ToolPath();
 ToolResult RunTool(const std::vector<std::string>& arguments);
 /// Runs any program.
 ToolResult RunProgram(const std::string& strProgram, const std::vector<std::string>& arguments);
+
+}  // namespace orvandel

@@ -11,6 +11,7 @@
 #include "tests/decrypt/cryptography.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

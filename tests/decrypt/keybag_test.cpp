@@ -8,6 +8,7 @@
 #include "tests/backup/manifest_bytes.h"
 #include "tests/decrypt/cryptography.h"
 
+using namespace orvandel;
 using manifest_bytes::Number;
 using testing::HasSubstr;
 using testing::StartsWith;

@@ -13,6 +13,7 @@
 #include "tests/decrypt/encrypted_backup.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 namespace fs = std::filesystem;
 using testing::AllOf;
 using testing::Contains;

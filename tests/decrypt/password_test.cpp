@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+using namespace orvandel;
 using testing::ElementsAreArray;
 
 namespace {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace orvandel {
+
 void DecryptTool::ExpectFiles(const KnownBackup& known, const std::vector<std::string>& without) const {
   std::vector<std::string> names;
   for (const auto& [strId, strBytes] : known.files) {
@@ -11,3 +13,5 @@ void DecryptTool::ExpectFiles(const KnownBackup& known, const std::vector<std::s
   }
   EXPECT_EQ(names, NamesIn(Out()));
 }
+
+}  // namespace orvandel

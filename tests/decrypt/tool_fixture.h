@@ -7,6 +7,8 @@
 #include "tests/decrypt/encrypted_backup.h"
 #include "tests/support.h"
 
+namespace orvandel {
+
 /// A function, because of the undefined order of static initialisation.
 inline const BackupAge& Ios10() {
   return kBackupAges[1];
@@ -31,3 +33,5 @@ class DecryptTool : public testing::Test {
 
 /// The same for each generation of backups.
 class DecryptToolOfAge : public DecryptTool, public testing::WithParamInterface<BackupAge> {};
+
+}  // namespace orvandel

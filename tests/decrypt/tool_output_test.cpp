@@ -9,6 +9,7 @@
 #include "tests/cli/mount.h"
 #include "tests/decrypt/tool_fixture.h"
 
+using namespace orvandel;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;

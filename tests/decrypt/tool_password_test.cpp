@@ -5,6 +5,7 @@
 
 #include "tests/decrypt/tool_fixture.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;

@@ -8,6 +8,8 @@
 #include <atomic>
 #include <fstream>
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kJobs = 1000;

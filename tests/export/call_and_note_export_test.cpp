@@ -3,6 +3,7 @@
 
 #include "tests/export/recovery_fixture.h"
 
+using namespace orvandel;
 using testing::AnyOf;
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -7,6 +7,7 @@
 #include "common/text.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

@@ -9,6 +9,8 @@
 #include "common/text.h"
 #include "tests/support.h"
 
+using namespace orvandel;
+
 namespace {
 
 /// Limits the size of files that the process writes during the object's lifetime, like a full disk.

@@ -7,6 +7,8 @@
 
 #include "tests/export/recovery_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 /// Bytes in use on the heap, including large blocks; 0 if not available.

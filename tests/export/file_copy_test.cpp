@@ -9,6 +9,7 @@
 #include "common/text.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kPair[] = "\xF0\x9F\x98\x80";  // a character of four bytes, two units of UTF-16

@@ -12,6 +12,8 @@
 #include "export/recovery.h"
 #include "tests/support.h"
 
+namespace orvandel {
+
 /// A recovery with a temporary backup, templates and destination, which records the reports. Paths are
 /// narrow.
 class RecoveryTest : public testing::Test {
@@ -165,3 +167,5 @@ inline void RecoverOneOfEach(CRecovery& recovery) {
   const WhatsAppMap chats = {{kHandle, {ChatMessage(kReceived, "hi")}}};
   recovery.RecoveryWhatsAppMsg(&chats.at(kHandle).front(), chats);
 }
+
+}  // namespace orvandel

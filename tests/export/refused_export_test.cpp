@@ -7,6 +7,7 @@
 #include "tests/export/recovery_fixture.h"
 #include "tests/scan_support.h"
 
+using namespace orvandel;
 using testing::AllOf;
 using testing::AnyOf;
 using testing::Each;

@@ -8,6 +8,7 @@
 #include "tests/export/recovery_fixture.h"
 #include "tests/scan_support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;

@@ -5,6 +5,7 @@
 
 #include "tests/export/recovery_fixture.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

@@ -9,6 +9,7 @@
 #include "tests/export/recovery_fixture.h"
 #include "tests/scan_support.h"
 
+using namespace orvandel;
 using testing::Each;
 using testing::IsEmpty;
 using testing::StartsWith;

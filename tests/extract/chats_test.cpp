@@ -5,6 +5,7 @@
 #include "tests/scan_support.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::SizeIs;
 
 namespace {

@@ -1,5 +1,7 @@
 #include "tests/extract/file_heads.h"
 
+namespace orvandel {
+
 using namespace std::string_literals;
 
 namespace {
@@ -306,3 +308,5 @@ const std::vector<FileHead>& UnwiredHeads() {
   };
   return heads;
 }
+
+}  // namespace orvandel

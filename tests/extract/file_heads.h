@@ -9,6 +9,8 @@
 
 // Heads of files, one for each way to match a signature.
 
+namespace orvandel {
+
 /// A change of one byte of a head.
 struct ByteChange {
   size_t nOffset;
@@ -40,3 +42,5 @@ std::string Whole(const FileHead& head);
 /// Heads of the signatures that the table uses, and of the others.
 const std::vector<FileHead>& WiredHeads();
 const std::vector<FileHead>& UnwiredHeads();
+
+}  // namespace orvandel

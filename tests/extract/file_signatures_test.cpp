@@ -2,6 +2,7 @@
 
 #include "tests/extract/file_heads.h"
 
+using namespace orvandel;
 using testing::AnyOf;
 
 namespace {

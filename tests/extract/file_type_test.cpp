@@ -7,6 +7,8 @@
 #include "tests/extract/file_heads.h"
 #include "tests/support.h"
 
+using namespace orvandel;
+
 using namespace std::string_literals;
 
 namespace {

@@ -18,6 +18,7 @@
 #include "tests/scan_support.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::Each;
 using testing::IsEmpty;
 using testing::Not;

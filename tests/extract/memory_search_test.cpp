@@ -2,6 +2,8 @@
 
 #include "extract/file_type.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr long long kNowhere = -1;

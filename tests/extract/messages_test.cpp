@@ -5,6 +5,7 @@
 #include "tests/scan_support.h"
 #include "tests/support.h"
 
+using namespace orvandel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;

@@ -4,6 +4,8 @@
 #include "tests/scan_support.h"
 #include "tests/support.h"
 
+using namespace orvandel;
+
 namespace {
 
 struct TextCase {

@@ -5,6 +5,8 @@
 
 #include "tests/faults/reference.h"
 
+namespace orvandel {
+
 /// One run of the campaign.
 struct Case {
   const Variant* pVariant;
@@ -32,3 +34,5 @@ void AddDiskFullCases(const Reference& reference, const Variant& variant, Comman
 /// Signals, each followed by an undisturbed run.
 void AddSignalCases(const Reference& reference, const Variant& variant, Command command,
                     const Counters& ofTool, Random& random, std::vector<Case>& cases);
+
+}  // namespace orvandel

@@ -8,6 +8,8 @@
 
 #include "tests/faults/cases.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr size_t kSignals = 60;  // of each kind for a command
@@ -72,3 +74,5 @@ void AddSignalCases(const Reference& reference, const Variant& variant, Command 
     }
   }
 }
+
+}  // namespace orvandel

@@ -6,6 +6,8 @@
 
 #include "tests/faults/cases.h"
 
+namespace orvandel {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -67,3 +69,5 @@ void AddCutCases(const Reference& reference, const Variant& variant, Command com
     }
   }
 }
+
+}  // namespace orvandel

@@ -13,6 +13,8 @@
 #include "tests/faults/cases.h"
 #include "tests/faults/tree.h"
 
+namespace orvandel {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -126,3 +128,5 @@ void AddObjectCases(const Reference& reference, const Variant& variant, Command 
     add(std::move(empty));
   }
 }
+
+}  // namespace orvandel

@@ -6,6 +6,8 @@
 
 #include "tests/faults/tree.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr size_t kPageEnd = 16;  // bytes compared at the end of a page
@@ -124,3 +126,5 @@ bool IsWhole(const Reference& reference, const Run& run, const std::string& strP
   }
   return false;
 }
+
+}  // namespace orvandel

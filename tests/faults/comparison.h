@@ -4,6 +4,8 @@
 
 #include "tests/faults/reference.h"
 
+namespace orvandel {
+
 /// Lines that report a failure and that an undisturbed run doesn't print: on standard error, and "Failed" on
 /// standard output.
 std::vector<std::string> ReportsOf(const Reference& reference, const Run& run);
@@ -20,3 +22,5 @@ bool IsReported(const Reference& reference, const Run& run, const std::vector<st
 /// True for a complete file: a copy of a file as it is in the backup, or a page or text with its end.
 bool IsWhole(const Reference& reference, const Run& run, const std::string& strPath,
              const std::string& strMaster, const std::string& strBackup, bool bEncrypted);
+
+}  // namespace orvandel

@@ -7,6 +7,8 @@
 
 #include "tests/faults/tree.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr size_t kShortestFile = 512;  // bytes: a shorter one has no type and isn't listed
@@ -141,3 +143,5 @@ std::string OutputException(const Reference& reference, Command command, const V
   if (fault.effect != Fault::kCut || variant.bEncrypted || IsStore(reference, strObject)) return {};
   return BytesOf(strBackup + strObject).size() < kShortestFile ? kShort : kAsItIs;
 }
+
+}  // namespace orvandel

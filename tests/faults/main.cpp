@@ -14,6 +14,8 @@
 #include "tests/faults/oracle.h"
 #include "tests/faults/table.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kShortSeconds = 120;  // slow machines run fewer cases

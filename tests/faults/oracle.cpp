@@ -6,6 +6,8 @@
 #include "tests/faults/comparison.h"
 #include "tests/faults/exceptions.h"
 
+namespace orvandel {
+
 namespace {
 
 constexpr char kSecret[] = "SECRET-OUTSIDE-THE-BACKUP";  // see cases_objects.cpp
@@ -160,3 +162,5 @@ Verdict JudgeRepetition(const Reference& reference, Command command, const Run& 
     defect("prints something else");
   return verdict;
 }
+
+}  // namespace orvandel

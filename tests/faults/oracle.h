@@ -4,6 +4,8 @@
 
 #include "tests/faults/reference.h"
 
+namespace orvandel {
+
 /// The outcome of a run.
 struct Verdict {
   enum Outcome {
@@ -26,3 +28,5 @@ Verdict Judge(const Reference& reference, Command command, const Variant& varian
 /// Judges a complete run of the same command after an interrupted one: nothing may be missing from its
 /// result.
 Verdict JudgeRepetition(const Reference& reference, Command command, const Run& run);
+
+}  // namespace orvandel

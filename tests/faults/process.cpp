@@ -15,6 +15,8 @@
 
 #include "tests/faults/tree.h"
 
+namespace orvandel {
+
 namespace {
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
@@ -79,3 +81,5 @@ ProcessResult RunProcess(const ProcessStart& start) {
   result.strErr = BytesOf(strErr);
   return result;
 }
+
+}  // namespace orvandel

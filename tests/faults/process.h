@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+namespace orvandel {
+
 /// How a process ended.
 struct ProcessResult {
   bool bHung = false;   ///< it was killed after the time limit
@@ -22,3 +24,5 @@ struct ProcessStart {
 
 /// Runs a process and its descendants to the end. Processes that outlive it are killed.
 ProcessResult RunProcess(const ProcessStart& start);
+
+}  // namespace orvandel

@@ -9,6 +9,8 @@
 
 #include "common/layout.h"
 
+namespace orvandel {
+
 namespace {
 
 std::string LastStep(const std::string& strPath) {
@@ -131,3 +133,5 @@ Reference MakeReference(Sandbox& sandbox, const Variant& variant, Command comman
   AddSources(reference, variant, object, sandbox.Master(variant), command == Command::Tool);
   return reference;
 }
+
+}  // namespace orvandel

@@ -3,6 +3,8 @@
 
 #include "tests/faults/sandbox.h"
 
+namespace orvandel {
+
 /// The result of an undisturbed run of a command over a variant, and the sources of each product.
 struct Reference {
   Run run;
@@ -21,3 +23,5 @@ Reference MakeReference(Sandbox& sandbox, const Variant& variant, Command comman
 
 /// Manifests, "Info.plist" and the like: files that aren't named by an identifier.
 bool IsNamedFile(const std::string& strObject);
+
+}  // namespace orvandel

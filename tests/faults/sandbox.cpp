@@ -13,6 +13,8 @@
 
 #include "tests/faults/tree.h"
 
+namespace orvandel {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -191,3 +193,5 @@ Run Sandbox::Execute(const Variant& variant, Command command, const Fault& fault
   }
   return run;
 }
+
+}  // namespace orvandel

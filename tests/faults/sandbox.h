@@ -6,6 +6,8 @@
 
 #include "tests/faults/process.h"
 
+namespace orvandel {
+
 /// A kind of backup that the campaign runs the commands on.
 struct Variant {
   const char* pszName;
@@ -85,3 +87,5 @@ class Sandbox {
 
 /// A text with each time stamp of a recovery, and each name of a private work folder, replaced by a word.
 std::string Normal(const std::string& strText);
+
+}  // namespace orvandel

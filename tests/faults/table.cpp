@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <set>
 
+namespace orvandel {
+
 namespace {
 
 constexpr int kMostShown = 3;  // cases of one kind of defect that are printed
@@ -63,3 +65,5 @@ void Table::Print() const {
     std::printf("| %s | %d |\n", strException.c_str(), nRuns);
   std::printf("\n");
 }
+
+}  // namespace orvandel

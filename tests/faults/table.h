@@ -6,6 +6,8 @@
 #include "tests/faults/cases.h"
 #include "tests/faults/oracle.h"
 
+namespace orvandel {
+
 /// Counts the verdicts, and prints them as the tables of docs/reliability.md.
 class Table {
  public:
@@ -26,3 +28,5 @@ class Table {
   std::map<std::string, int> m_shown;  // defects of a kind that were printed
   int m_nDefects = 0;
 };
+
+}  // namespace orvandel

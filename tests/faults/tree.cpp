@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <stdexcept>
 
+namespace orvandel {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -92,3 +94,5 @@ std::map<std::string, std::string> FilesIn(const std::string& strFolder) {
   }
   return files;
 }
+
+}  // namespace orvandel

@@ -4,6 +4,8 @@
 
 // Files and folders as the campaign sees them. All paths are absolute and without a trailing "/".
 
+namespace orvandel {
+
 /// All bytes of a file; empty when it can't be read.
 std::string BytesOf(const std::string& strPath);
 
@@ -22,3 +24,5 @@ std::map<std::string, std::string> TreeState(const std::string& strFolder);
 
 /// Regular files below a folder with their bytes, by their paths below it.
 std::map<std::string, std::string> FilesIn(const std::string& strFolder);
+
+}  // namespace orvandel

@@ -14,6 +14,8 @@
 #include "ui/styles.h"
 #include "ui/window.h"
 
+using namespace orvandel;
+
 namespace {
 
 std::string g_strBackupRoot, g_strWorkFolder;
@@ -26,6 +28,8 @@ void CloseWhenFinished() {
 }
 
 }  // namespace
+
+namespace orvandel {
 
 std::string BackupRoot() {
   return g_strBackupRoot;
@@ -54,6 +58,8 @@ class WindowAccess {
     window.RunRecovery();
   }
 };
+
+}  // namespace orvandel
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);

@@ -10,6 +10,8 @@
 
 #include "tests/ui/modal.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kSoon = 30000;  // milliseconds: far beyond what any of these takes

@@ -4,6 +4,8 @@
 #include "tests/ui/window_fixture.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 BackupBuilder::Info InfoWith(const char* pszName, const char* pszSerial) {

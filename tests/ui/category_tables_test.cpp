@@ -2,6 +2,8 @@
 
 #include "tests/ui/window_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 struct TableCase {

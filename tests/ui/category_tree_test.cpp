@@ -1,6 +1,8 @@
 #include "tests/cli/small_backup.h"
 #include "tests/ui/preview_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class CategoryTree : public WindowTest {

@@ -8,6 +8,8 @@
 #include "app/detail_dialog.h"
 #include "tests/ui/window_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kHugeText = 1024 * 1024;

@@ -4,6 +4,8 @@
 
 #include "tests/ui/chat_view_hostile.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kMostSeconds = 20;  // timeout for texts designed to hang

@@ -11,6 +11,8 @@
 #include <QTest>
 #include <QTimer>
 
+namespace orvandel {
+
 WindowWatch::WindowWatch() {
   qApp->installEventFilter(this);
 }
@@ -138,3 +140,5 @@ void ChatHostileTest::ExpectNothingHappened() {
                   "function(one){var inner=one.contentDocument;return !inner||!inner.querySelector('b')})"));
   }
 }
+
+}  // namespace orvandel

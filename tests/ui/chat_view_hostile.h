@@ -5,6 +5,8 @@
 #include "tests/ui/preview_fixture.h"
 #include "tests/ui/url_recorder.h"
 
+namespace orvandel {
+
 /// Takes note of each window that comes up while the object lives, and closes dialogs that would wait.
 class WindowWatch : public QObject {
  public:
@@ -57,3 +59,5 @@ class ChatHostileTest : public PreviewTest {
   WindowWatch m_windows;
   UrlRecorder m_urls;
 };
+
+}  // namespace orvandel

@@ -2,6 +2,8 @@
 
 #include "tests/ui/chat_view_hostile.h"
 
+using namespace orvandel;
+
 namespace {
 
 struct HostileText {

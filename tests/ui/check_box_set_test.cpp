@@ -4,6 +4,8 @@
 #include "tests/ui/window_fixture.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 /// The window with a set of check boxes, connected as a screen would.

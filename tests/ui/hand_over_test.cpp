@@ -10,6 +10,8 @@
 
 #include "tests/ui/modal.h"
 
+using namespace orvandel;
+
 namespace {
 
 TEST(HandOver, RunsAStepOfTheMainThreadAtOnce) {

@@ -3,6 +3,8 @@
 #include "tests/ui/window_fixture.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 class HomeScreen : public WindowTest {

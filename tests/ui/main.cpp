@@ -8,6 +8,8 @@
 #include "tests/support.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 QtMessageHandler g_pfnTestHandler = nullptr;

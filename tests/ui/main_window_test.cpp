@@ -10,6 +10,8 @@
 #include "common/places.h"
 #include "tests/ui/window_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class MainWindow : public WindowTest {

@@ -5,6 +5,8 @@
 #include "tests/ui/window_fixture.h"
 #include "ui/urls.h"
 
+using namespace orvandel;
+
 namespace {
 
 class Menu : public WindowTest {

@@ -11,6 +11,8 @@
 #include "tests/ui/window_fixture.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr char kQuestion[] = "Are you sure to cancel the scanning?";

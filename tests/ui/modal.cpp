@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace orvandel {
+
 namespace {
 constexpr int kInterval = 2;   // polling interval in milliseconds
 constexpr int kLooks = 30000;  // polls until the timeout
@@ -72,3 +74,5 @@ void Click(QWidget* pWidget, const QPoint& place) {
 bool WaitFor(const std::function<bool()>& condition, int nMilliseconds) {
   return QTest::qWaitFor(condition, nMilliseconds);
 }
+
+}  // namespace orvandel

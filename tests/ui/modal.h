@@ -6,6 +6,8 @@
 #include <list>
 #include <string>
 
+namespace orvandel {
+
 /// Operates modal dialogs while the test is blocked in their event loops: one step after the other, each as
 /// soon as a dialog of its class is active. If a dialog doesn't appear in time, the process is terminated.
 class ModalSteps {
@@ -48,3 +50,5 @@ void Click(QWidget* pWidget, const QPoint& place);
 /// Waits until a condition holds, processing events meanwhile.
 /// @return false on timeout.
 bool WaitFor(const std::function<bool()>& condition, int nMilliseconds = 30000);
+
+}  // namespace orvandel

@@ -2,6 +2,8 @@
 
 #include "tests/ui/preview_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class PreviewAppFiles : public PreviewTest, public testing::WithParamInterface<AppCategory> {

@@ -4,6 +4,8 @@
 
 #include "tests/ui/preview_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 using Bubbles = std::vector<std::string>;

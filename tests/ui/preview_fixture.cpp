@@ -7,6 +7,8 @@
 #include <QTest>
 #include <random>
 
+namespace orvandel {
+
 namespace {
 
 void EndHangingTest(int) {
@@ -172,3 +174,5 @@ __WHATSAPP_MESSAGE__ ChatMessage(int nIsFromMe, const std::string& strText) {
   message.strContent = strText;
   return message;
 }
+
+}  // namespace orvandel

@@ -5,6 +5,8 @@
 #include "ui/chat_engine.h"
 #include "ui/chat_view.h"
 
+namespace orvandel {
+
 /// Ends the process when a test hangs: nothing inside it could.
 class Deadline {
  public:
@@ -80,3 +82,5 @@ std::string Sent(const std::string& strText);
 __MESSAGE_INFO__ Message(int nIsFromMe, const std::string& strText, const std::string& strDate = "",
                          const std::string& strName = "");
 __WHATSAPP_MESSAGE__ ChatMessage(int nIsFromMe, const std::string& strText);
+
+}  // namespace orvandel

@@ -7,6 +7,8 @@
 #include "tests/ui/preview_fixture.h"
 #include "ui/icon_file.h"
 
+using namespace orvandel;
+
 namespace {
 
 const PictureCategory& Camera() {

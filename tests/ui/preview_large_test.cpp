@@ -8,6 +8,8 @@
 
 #include "tests/ui/preview_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 const PictureCategory& Camera() {

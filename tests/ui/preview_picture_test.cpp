@@ -3,6 +3,8 @@
 
 #include "tests/ui/preview_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class PreviewPicture : public PreviewTest, public testing::WithParamInterface<PictureCategory> {

@@ -2,6 +2,8 @@
 
 #include "tests/ui/preview_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class PreviewText : public PreviewTest {

@@ -4,6 +4,8 @@
 
 #include "ui/styles.h"
 
+namespace orvandel {
+
 const SelectionMap kAlpha = {{0, 10}, {1, 20}, {2, 30}};
 const SelectionMap kBeta = {{0, 40}};
 const SelectionMap kGamma = {{0, 50}, {1, 60}};
@@ -109,3 +111,5 @@ void SelectionTest::DoubleClickRow(QTableWidget* pTable, int nRow, int nColumn, 
   QTest::mouseDClick(pTable->viewport(), Qt::LeftButton, Qt::NoModifier, place);
   QTest::mouseRelease(pTable->viewport(), Qt::LeftButton, Qt::NoModifier, place);
 }
+
+}  // namespace orvandel

@@ -1,6 +1,8 @@
 #pragma once
 #include "tests/ui/window_fixture.h"
 
+namespace orvandel {
+
 /// A category whose rows are ticked individually, with the expectations for its rows in SelectionTest.
 struct PlainCategory {
   int nNumber;
@@ -78,3 +80,5 @@ template <typename Case>
 std::string NameOf(const testing::TestParamInfo<Case>& info) {
   return info.param.pszName;
 }
+
+}  // namespace orvandel

@@ -4,6 +4,8 @@
 
 #include "tests/ui/selection_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class SelectionLevels : public WindowTest {

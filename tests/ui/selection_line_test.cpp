@@ -4,6 +4,8 @@
 #include "tests/cli/small_backup.h"
 #include "tests/ui/selection_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class SelectionLines : public SelectionTest {

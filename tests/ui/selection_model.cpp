@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+namespace orvandel {
+
 std::map<std::string, int> SelectionModel::happened;
 
 namespace {
@@ -286,3 +288,5 @@ void SelectionModel::Refresh() {
   strLine = "Select " + strSize + " in " + std::to_string(uCount) + (uCount == 0 ? " file" : " files");
   bRecovery = Bytes() != 0;
 }
+
+}  // namespace orvandel

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace orvandel {
+
 /// The records behind a data screen, in plain numbers.
 struct ModelContent {
   struct Record {
@@ -95,3 +97,5 @@ class SelectionModel {
   bool m_filled[11] = {};
   std::optional<int> m_selected;
 };
+
+}  // namespace orvandel

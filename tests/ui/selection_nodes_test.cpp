@@ -2,6 +2,8 @@
 
 #include "tests/ui/selection_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 class SelectionNodes : public SelectionTest, public testing::WithParamInterface<PlainCategory> {

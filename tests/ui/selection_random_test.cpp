@@ -8,6 +8,8 @@
 #include "tests/ui/selection_model.h"
 #include "ui/styles.h"
 
+using namespace orvandel;
+
 namespace {
 
 constexpr int kSeeds = 20;

@@ -4,6 +4,8 @@
 
 #include <QRegularExpression>
 
+using namespace orvandel;
+
 namespace {
 
 struct ButtonCase {

@@ -1,6 +1,8 @@
 #include "common/format.h"
 #include "tests/ui/window_fixture.h"
 
+using namespace orvandel;
+
 namespace {
 
 const QColor kDeletedColour(243, 115, 2, 255);

@@ -2,6 +2,8 @@
 
 #include <QDesktopServices>
 
+namespace orvandel {
+
 UrlRecorder::UrlRecorder() {
   for (const char* pszScheme : {"https", "http", "file"})
     QDesktopServices::setUrlHandler(pszScheme, this, "Open");
@@ -14,3 +16,5 @@ UrlRecorder::~UrlRecorder() {
 void UrlRecorder::Open(const QUrl& url) {
   m_opened << url.toString();
 }
+
+}  // namespace orvandel

@@ -3,6 +3,8 @@
 #include <QStringList>
 #include <QUrl>
 
+namespace orvandel {
+
 /// Records the URLs that the program opens in the user's browser during the object's lifetime.
 class UrlRecorder : public QObject {
   Q_OBJECT
@@ -16,3 +18,5 @@ class UrlRecorder : public QObject {
  public slots:
   void Open(const QUrl& url);
 };
+
+}  // namespace orvandel

@@ -3,6 +3,8 @@
 
 #include "ui/window.h"
 
+namespace orvandel {
+
 /// Access of tests to a window's private state.
 class WindowAccess {
  public:
@@ -71,3 +73,5 @@ class WindowAccess {
   /// Destination of the last recovery; null if no folder was chosen.
   static QString RecoveryFolder(const DRUI& window) { return window.m_strSelectDir; }
 };
+
+}  // namespace orvandel

@@ -3,6 +3,8 @@
 #include <QTest>
 #include <map>
 
+namespace orvandel {
+
 namespace {
 
 /// Middle of the tick box of a cell.
@@ -121,3 +123,5 @@ const std::vector<std::string> kSmallBackupLabels = {
     "Camera Roll(2)",          "Photo Stream(1)", "App Photos(1)",   "App Videos(1)", "Message(1)",
     "Messages Attachments(1)", "Contacts(1)",     "Call History(1)", "Notes(1)",      "WhatsApp(0)",
     "WhatsApp Attachments(1)"};
+
+}  // namespace orvandel

@@ -12,6 +12,8 @@
 #include "tests/ui/window_access.h"
 #include "ui/window.h"
 
+namespace orvandel {
+
 /// Tests of the window, with a temporary backup root and work folder.
 class WindowTest : public testing::Test {
  protected:
@@ -78,3 +80,5 @@ std::vector<int> MarginsOf(const QLayout* pLayout);
 extern const std::vector<std::string> kZeroLabels;
 /// Labels after a scan of the backup of WriteSmallBackup.
 extern const std::vector<std::string> kSmallBackupLabels;
+
+}  // namespace orvandel
