@@ -38,7 +38,8 @@ void BackgroundTask::End() {
   if (!m_pThread) return;
   ServeUntil(m_bEnded);
   m_pThread->wait();
-  m_handOver.SleepFor(0);  // takes a Wake that came behind the flag, so that the next worker's wait isn't ended by it
+  // Takes a Wake that came behind the flag, so that the next worker's wait isn't ended by it.
+  m_handOver.SleepFor(0);
   QObject::disconnect(m_finished);
   m_pThread = nullptr;
 }

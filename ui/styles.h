@@ -19,8 +19,8 @@ extern const QString main_button_style;
 extern const QString backGroud_style;
 }  // namespace dialog_style
 
-/// Returns Calibri in a size in pixels, as the widgets' sizes are, and a weight: 50 normal, 75 bold, 87 black.
-/// If it isn't installed, the system's metric-compatible substitute is used.
+/// Returns Calibri in a size in pixels, as the widgets' sizes are, and a weight: 50 normal, 75 bold, 87
+/// black. If it isn't installed, the system's metric-compatible substitute is used.
 QFont TextFont(int nSize, int nWeight);
 
 /// Registers the icon resources; resources in a static library aren't registered automatically. May be called
