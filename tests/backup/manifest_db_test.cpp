@@ -10,7 +10,6 @@
 
 using namespace orvandel;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -33,17 +32,16 @@ class DatabaseManifest : public testing::Test {
  protected:
   /// Writes and closes a store.
   /// @param pszMode journal mode; in "wal" the rows all go to the main file.
-  void Write(const std::vector<Row>& rows, const char* pszTable = "Files", const char* pszMode = "delete") {
+  void Write(const std::vector<Row>& rows, const char* pszMode = "delete") {
     {
       QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "manifest writer");
       database.setDatabaseName(Utf8(Path()));
       ASSERT_TRUE(database.open());
       QSqlQuery query(database);
       Execute(query, (std::string("pragma journal_mode=") + pszMode).c_str());
-      Execute(query, (std::string("create table ") + pszTable +
-                      " (fileID TEXT, domain TEXT, relativePath TEXT, flags INTEGER, file BLOB)")
-                         .c_str());
-      query.prepare(QString("insert into %1 values (?, ?, ?, ?, x'62706c69')").arg(pszTable));
+      Execute(query,
+              "create table Files (fileID TEXT, domain TEXT, relativePath TEXT, flags INTEGER, file BLOB)");
+      query.prepare("insert into Files values (?, ?, ?, ?, x'62706c69')");
       for (const Row& row : rows) {
         for (const QVariant& value : {row.fileId, row.domain, row.relativePath}) query.addBindValue(value);
         query.addBindValue(row.nFlags);
@@ -171,38 +169,8 @@ TEST_F(DatabaseManifest, PathOfTheStoreMayHoldAnyCharacter) {
   EXPECT_THAT(Names(), ElementsAre("HomeDomain-a"));
 }
 
-TEST_F(DatabaseManifest, MissingStoreGivesNoEntriesAndStaysMissing) {
-  m_entries = {{"CameraRollDomain-old", "id"}};
-
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_entries, IsEmpty());
-  EXPECT_THAT(NamesIn(m_folder.Path()), IsEmpty());
-}
-
-TEST_F(DatabaseManifest, FileThatIsNoStoreGivesNoEntries) {
-  m_entries = {{"CameraRollDomain-old", "id"}};
-  WriteFile(Path(), std::string(4096, 'x'));
-
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_entries, IsEmpty());
-}
-
-TEST_F(DatabaseManifest, StoreWithoutTheTableGivesNoEntries) {
-  m_entries = {{"CameraRollDomain-old", "id"}};
-  Write({{"id", "HomeDomain", "a"}}, "Properties");
-
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_entries, IsEmpty());
-}
-
 TEST_F(DatabaseManifest, StoreInWalModeIsReadWithoutATraceInTheBackup) {
-  Write({{"id", "HomeDomain", "a"}}, "Files", "wal");
+  Write({{"id", "HomeDomain", "a"}}, "wal");
   const std::string strBefore = ReadFile(Path());
   ASSERT_EQ(2, strBefore.at(18));
 

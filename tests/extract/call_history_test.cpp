@@ -7,7 +7,6 @@
 
 using namespace orvandel;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 using testing::UnorderedElementsAre;
 
@@ -210,43 +209,6 @@ TEST_F(Calls, ContactsThatAreNoStoreGiveNoNames) {
 
   EXPECT_EQ(0, nStatus);
   EXPECT_THAT(Names(), ElementsAre(""));
-}
-
-TEST_F(Calls, MissingStoresGiveNothingAndAreNotCreated) {
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_calls, IsEmpty());
-  EXPECT_THAT(NamesIn(m_folder.Path()), IsEmpty());
-}
-
-TEST_F(Calls, StoreThatIsTextGivesNothing) {
-  WriteFile(Path(), "called Ann");
-
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_calls, IsEmpty());
-}
-
-TEST_F(Calls, FolderInPlaceOfTheStoreGivesNothing) {
-  m_folder.MakeFolder("calls.db");
-
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_calls, IsEmpty());
-}
-
-TEST_F(Calls, StoreWithoutTheTableGivesNothing) {
-  SampleStore store(FromNarrow(Path()), false);
-  store.run("create table call (ROWID integer primary key, address TEXT)");
-  store.close();
-
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_calls, IsEmpty());
 }
 
 TEST(CallOrder, IsNewestFirst) {

@@ -47,18 +47,6 @@ TEST_F(Chats, LargestCountStays) {
   EXPECT_EQ(3u, g_u32WhatsappColNumber);
 }
 
-TEST_F(Chats, FailuresLeaveTheCount) {
-  g_u32WhatsappColNumber = 2;
-
-  const int nOther = Read(MakeStore("a.db", "create table ZOTHER (a, b, c)"));
-  const int nMissing = Read(m_folder.Path("missing.db"));
-
-  EXPECT_EQ(0, nOther);
-  EXPECT_EQ(0, nMissing);
-  EXPECT_EQ(2u, g_u32WhatsappColNumber);
-  EXPECT_FALSE(Exists(m_folder.Path("missing.db")));
-}
-
 TEST_F(Chats, RowCallbackStoresAnyCount) {
   g_u32WhatsappColNumber = 9;
 

@@ -153,45 +153,6 @@ TEST_P(Contacts, LayoutOfTheOtherKindGivesNoRowsAndNoHighestId) {
   EXPECT_EQ(0u, m_nMaxId);
 }
 
-TEST_P(Contacts, MissingStoreGivesNobodyAndIsNotCreated) {
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_people, IsEmpty());
-  EXPECT_EQ(0u, m_nMaxId);
-  EXPECT_THAT(NamesIn(m_folder.Path()), IsEmpty());
-}
-
-TEST_P(Contacts, StoreThatIsTextGivesNobody) {
-  WriteFile(Path(), "Ann, +49301");
-
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_people, IsEmpty());
-}
-
-TEST_P(Contacts, FolderInPlaceOfTheStoreGivesNobody) {
-  m_folder.MakeFolder("contacts.db");
-
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_people, IsEmpty());
-}
-
-TEST_P(Contacts, StoreWithoutTheTableGivesNobody) {
-  SampleStore store(FromNarrow(Path()), false);
-  store.run("create table ABPerson (ROWID integer primary key, First TEXT)");
-  store.close();
-
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_people, IsEmpty());
-  EXPECT_EQ(0u, m_nMaxId);
-}
-
 TEST_P(Contacts, ProductVersionIsIgnored) {
   Write({{"Ann", {}, {}, "1", {}, {}, {}}});
   CIPhoneContacts reader;

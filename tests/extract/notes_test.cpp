@@ -174,32 +174,6 @@ TEST_P(Notes, ExistingNotesAreSortedWithTheNewOnes) {
               ElementsAre("2020-01-01 00:00:00", kNewYear2014Text, "2000-01-01 00:00:00"));
 }
 
-TEST_P(Notes, MissingStoreGivesNothingAndIsNotCreated) {
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_notes, IsEmpty());
-  EXPECT_THAT(NamesIn(m_folder.Path()), IsEmpty());
-}
-
-TEST_P(Notes, StoreThatIsTextGivesNothing) {
-  WriteFile(Path(), "Milk");
-
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_notes, IsEmpty());
-}
-
-TEST_P(Notes, FolderInPlaceOfTheStoreGivesNothing) {
-  m_folder.MakeFolder("notes.db");
-
-  const int nStatus = Read();
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_THAT(m_notes, IsEmpty());
-}
-
 TEST_P(Notes, StoreOfTheOtherKindGivesNothing) {
   const StoreKind& other = GetParam().pfnRead == kFirst.pfnRead ? kSecond : kFirst;
   other.pfnWrite(FromNarrow(Path()), {{kNewYear2014, "title", "text"}});
