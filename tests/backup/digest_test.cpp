@@ -40,22 +40,10 @@ struct DigestCase {
   const char* pszDigest;
 };
 
-void PrintTo(const DigestCase& one, std::ostream* pStream) {
-  *pStream << one.pszName;
-}
-
-class KnownDigest : public testing::TestWithParam<DigestCase> {};
-
 struct RoomCase {
   int nLength;
   size_t nDigits;
 };
-
-void PrintTo(const RoomCase& one, std::ostream* pStream) {
-  *pStream << one.nLength;
-}
-
-class DigestRoom : public testing::TestWithParam<RoomCase> {};
 
 struct RoundCase {
   int nRound;
@@ -63,35 +51,38 @@ struct RoundCase {
   uint32_t nConstant;
 };
 
-void PrintTo(const RoundCase& one, std::ostream* pStream) {
-  *pStream << one.nRound;
-}
+const DigestCase kDigests[] = {
+    {"EmptyText", "", "da39a3ee5e6b4b0d3255bfef95601890afd80709"},
+    {"Abc", "abc", "a9993e364706816aba3e25717850c26c9cd0d89d"},
+    {"ContactsStore", "HomeDomain-Library/AddressBook/AddressBook.sqlitedb",
+     "31bb7ba8914766d4ba40d6dfb6113c8b614be442"},
+    {"MessageStore", "HomeDomain-Library/SMS/sms.db", "3d0d7e5fb2ce288813306e4d4636395e047a3d28"},
+    {"TopBitAtTheFrontIsStandard", "\xC3", "8bf7b464aaa2c2b536aa1d76a1297c19155f5603"},
+    {"TopBitsBehindALetter", "a\xC3\xA9", "03a8af109e3e8e3167986a9db34fe25fdea564e8"},
+    {"TopBitsAcrossTwoWords", "caf\xC3\xA9", "8575421cbdc6889cd955ec656555e6a2eb73ee12"}};
 
-class DigestRound : public testing::TestWithParam<RoundCase> {};
+const int kLengths[] = {55, 56, 63, 64, 119, 120};
 
-class PaddedLength : public testing::TestWithParam<int> {};
+const RoomCase kRooms[] = {{48, 40}, {41, 40}, {40, 40}, {39, 32}, {32, 32}, {20, 16},
+                           {16, 16}, {15, 8},  {8, 8},   {7, 0},   {0, 0},   {-1, 0}};
+
+const RoundCase kRounds[] = {
+    // F0 is 11110000, CC is 11001100, AA is 10101010: choice gives 11001010, parity 10010110, majority
+    // 11101000.
+    {0, 0xCACACACA, 0x5A827999},  {19, 0xCACACACA, 0x5A827999}, {20, 0x96969696, 0x6ED9EBA1},
+    {39, 0x96969696, 0x6ED9EBA1}, {40, 0xE8E8E8E8, 0x8F1BBCDC}, {59, 0xE8E8E8E8, 0x8F1BBCDC},
+    {60, 0x96969696, 0xCA62C1D6}, {79, 0x96969696, 0xCA62C1D6}};
 
 }  // namespace
 
-TEST_P(KnownDigest, HasItsFixedValue) {
-  const std::string strDigest = Digest(GetParam().pszText);
+TEST(KnownDigest, HasItsFixedValue) {
+  for (const DigestCase& row : kDigests) {
+    SCOPED_TRACE(row.pszName);
+    const std::string strDigest = Digest(row.pszText);
 
-  EXPECT_EQ(GetParam().pszDigest, strDigest);
+    EXPECT_EQ(row.pszDigest, strDigest);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Digest, KnownDigest,
-    testing::Values(
-        DigestCase{"EmptyText", "", "da39a3ee5e6b4b0d3255bfef95601890afd80709"},
-        DigestCase{"Abc", "abc", "a9993e364706816aba3e25717850c26c9cd0d89d"},
-        DigestCase{"ContactsStore", "HomeDomain-Library/AddressBook/AddressBook.sqlitedb",
-                   "31bb7ba8914766d4ba40d6dfb6113c8b614be442"},
-        DigestCase{"MessageStore", "HomeDomain-Library/SMS/sms.db",
-                   "3d0d7e5fb2ce288813306e4d4636395e047a3d28"},
-        DigestCase{"TopBitAtTheFrontIsStandard", "\xC3", "8bf7b464aaa2c2b536aa1d76a1297c19155f5603"},
-        DigestCase{"TopBitsBehindALetter", "a\xC3\xA9", "03a8af109e3e8e3167986a9db34fe25fdea564e8"},
-        DigestCase{"TopBitsAcrossTwoWords", "caf\xC3\xA9", "8575421cbdc6889cd955ec656555e6a2eb73ee12"}),
-    [](const testing::TestParamInfo<DigestCase>& info) { return info.param.pszName; });
 
 TEST(Digest, TopBitsAfterALetterDeviateFromTheStandard) {
   const std::string strText = "a\xC3\xA9";
@@ -119,16 +110,16 @@ TEST(Digest, AsciiOfEveryLengthUpToFourBlocksIsStandard) {
   }
 }
 
-TEST_P(PaddedLength, IsStandardWhereThePaddingMovesOn) {
-  const std::string strText(GetParam(), 'a');
+TEST(PaddedLength, IsStandardWhereThePaddingMovesOn) {
+  for (const int row : kLengths) {
+    SCOPED_TRACE(row);
+    const std::string strText(row, 'a');
 
-  const std::string strDigest = Digest(strText);
+    const std::string strDigest = Digest(strText);
 
-  EXPECT_EQ(StandardSha1(strText), strDigest);
+    EXPECT_EQ(StandardSha1(strText), strDigest);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Digest, PaddedLength, testing::Values(55, 56, 63, 64, 119, 120),
-                         testing::PrintToStringParamName());
 
 TEST(Digest, TopBitSpreadsOverItsWordAtEveryPlace) {
   for (int nPlace = 0; nPlace < 130; ++nPlace) {
@@ -169,20 +160,14 @@ TEST(Digest, TextEndsAtItsTerminator) {
   EXPECT_EQ(StandardSha1("abc"), strDigest);
 }
 
-TEST_P(DigestRoom, TakesWholeWordsAndNoTerminator) {
-  const std::string strDigest = Digest("abc", GetParam().nLength);
+TEST(DigestRoom, TakesWholeWordsAndNoTerminator) {
+  for (const RoomCase& row : kRooms) {
+    SCOPED_TRACE(row.nLength);
+    const std::string strDigest = Digest("abc", row.nLength);
 
-  EXPECT_EQ(StandardSha1("abc").substr(0, GetParam().nDigits), strDigest) << "room " << GetParam().nLength;
+    EXPECT_EQ(StandardSha1("abc").substr(0, row.nDigits), strDigest) << "room " << row.nLength;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Digest, DigestRoom,
-                         testing::Values(RoomCase{48, 40}, RoomCase{41, 40}, RoomCase{40, 40},
-                                         RoomCase{39, 32}, RoomCase{32, 32}, RoomCase{20, 16},
-                                         RoomCase{16, 16}, RoomCase{15, 8}, RoomCase{8, 8}, RoomCase{7, 0},
-                                         RoomCase{0, 0}, RoomCase{-1, 0}),
-                         [](const testing::TestParamInfo<RoomCase>& info) {
-                           return info.param.nLength < 0 ? "BelowZero" : std::to_string(info.param.nLength);
-                         });
 
 TEST(Digest, NullTextLeavesTheOutputAlone) {
   std::string strOutput(40, '#');
@@ -268,22 +253,16 @@ TEST(DigestBlocks, RotationWrapsTheLowHalfWhateverStandsAboveIt) {
   EXPECT_EQ(0x048D159Eu, Low(rol(0x12345678, 30)));
 }
 
-TEST_P(DigestRound, HasItsFunctionAndItsConstant) {
-  const unsigned long long nFunction = ft(GetParam().nRound, 0xF0F0F0F0, 0xCCCCCCCC, 0xAAAAAAAA);
-  const unsigned long long nConstant = kt(GetParam().nRound);
+TEST(DigestRound, HasItsFunctionAndItsConstant) {
+  for (const RoundCase& row : kRounds) {
+    SCOPED_TRACE(row.nRound);
+    const unsigned long long nFunction = ft(row.nRound, 0xF0F0F0F0, 0xCCCCCCCC, 0xAAAAAAAA);
+    const unsigned long long nConstant = kt(row.nRound);
 
-  EXPECT_EQ(GetParam().nFunction, Low(nFunction));
-  EXPECT_EQ(GetParam().nConstant, Low(nConstant));
+    EXPECT_EQ(row.nFunction, Low(nFunction));
+    EXPECT_EQ(row.nConstant, Low(nConstant));
+  }
 }
-
-// F0 is 11110000, CC is 11001100, AA is 10101010: choice gives 11001010, parity 10010110, majority 11101000.
-INSTANTIATE_TEST_SUITE_P(
-    Digest, DigestRound,
-    testing::Values(RoundCase{0, 0xCACACACA, 0x5A827999}, RoundCase{19, 0xCACACACA, 0x5A827999},
-                    RoundCase{20, 0x96969696, 0x6ED9EBA1}, RoundCase{39, 0x96969696, 0x6ED9EBA1},
-                    RoundCase{40, 0xE8E8E8E8, 0x8F1BBCDC}, RoundCase{59, 0xE8E8E8E8, 0x8F1BBCDC},
-                    RoundCase{60, 0x96969696, 0xCA62C1D6}, RoundCase{79, 0x96969696, 0xCA62C1D6}),
-    [](const testing::TestParamInfo<RoundCase>& info) { return std::to_string(info.param.nRound); });
 
 TEST(DigestDigits, EveryNumberOfDigitsIsFilledUpToEight) {
   const std::vector<std::pair<unsigned long long, std::string>> cases = {

@@ -21,11 +21,7 @@ struct StringCase {
   long long nOffsetBehind;
 };
 
-void PrintTo(const StringCase& one, std::ostream* pStream) {
-  *pStream << one.pszName;
-}
-
-class ManifestString : public testing::TestWithParam<StringCase> {
+class ManifestString : public testing::Test {
  protected:
   /// A copy in an allocation of exactly its size, so that sanitizers detect reads beyond the end.
   static std::vector<unsigned char> Copy(const std::string& strData) {
@@ -40,11 +36,7 @@ struct FieldCase {
   std::string strValue;  // expected value
 };
 
-void PrintTo(const FieldCase& one, std::ostream* pStream) {
-  *pStream << one.pszName;
-}
-
-class ManifestField : public testing::TestWithParam<FieldCase> {
+class ManifestField : public testing::Test {
  protected:
   /// The names that the reader forms from the fields of one entry, and from an ordinary entry after it.
   std::vector<std::string> Names(const std::vector<std::string>& fields,
@@ -63,8 +55,9 @@ class ManifestField : public testing::TestWithParam<FieldCase> {
   }
 
   /// The entry, if its field isn't empty, and the next one.
-  static testing::Matcher<std::vector<std::string>> Expected(const std::string& strName) {
-    if (GetParam().strValue.empty()) return ElementsAre("HomeDomain-next");
+  static testing::Matcher<std::vector<std::string>> Expected(const FieldCase& field,
+                                                             const std::string& strName) {
+    if (field.strValue.empty()) return ElementsAre("HomeDomain-next");
     return ElementsAre(strName, "HomeDomain-next");
   }
 
@@ -75,90 +68,103 @@ const unsigned char* Data(const std::string& strData) {
   return reinterpret_cast<const unsigned char*>(strData.data());
 }
 
+const StringCase kStrings[] = {{"OrdinaryText", "\0\3abc"s, 0, "abc", "616263", 5},
+                               {"TextInTheMiddle", "xx\0\2abyy"s, 2, "ab", "6162", 6},
+                               {"LengthZero", "\0\0ab"s, 0, "", "", 2},
+                               {"EmptyMarkTakesTwoBytes", "\xFF\xFF\0\1a"s, 0, "", "", 2},
+                               {"BytesBelow16GiveOneDigit", "\0\2\x0A\xFF"s, 0, "\x0A\xFF", "aff", 4},
+                               {"ZeroByteIsPartOfTheText", "\0\3a\0b"s, 0, "a\0b"s, "61062", 5},
+                               {"TopBitsStayAsTheyAre", "\0\2\xC3\xA9"s, 0, "\xC3\xA9", "c3a9", 4},
+                               {"FullBytesAreTextBehindALength", "\0\2\xFF\xFF"s, 0, "\xFF\xFF", "ffff", 4},
+                               {"TextOneByteShort", "\0\3ab"s, 0, "", "", 5},
+                               {"LengthCutInTwo", "ab\0"s, 2, "", "", 4},
+                               {"EmptyMarkCutInTwo", "ab\xFF"s, 2, "", "", 4},
+                               {"NothingLeft", "ab", 2, "", "", 3}};
+
+const FieldCase kFields[] = {
+    {"OrdinaryText", "\0\3abc"s, "abc"},
+    {"LengthZero", "\0\0"s, ""},
+    {"EmptyMarkTakesTwoBytes", "\xFF\xFF", ""},
+    {"BytesBelow16", "\0\2\x0A\xFF"s, "\x0A\xFF"},
+    {"ZeroByteIsPartOfTheText", "\0\3a\0b"s, "a\0b"s},
+    {"TopBitsStayAsTheyAre", "\0\2\xC3\xA9"s, "\xC3\xA9"},
+    {"FullBytesAreTextBehindALength", "\0\2\xFF\xFF"s, "\xFF\xFF"},
+    {"LengthWithFFInItsLowByte", Text(std::string(0x00FF, 'p')), std::string(255, 'p')},
+    {"LengthFF00IsAnOrdinaryOne", Text(std::string(0xFF00, 'p')), std::string(0xFF00, 'p')},
+    {"LengthFFFEIsTheLongest", Text(std::string(0xFFFE, 'p')), std::string(0xFFFE, 'p')}};
+
 }  // namespace
 
-TEST_P(ManifestString, IsReadAsTextByItsLength) {
-  const std::vector<unsigned char> data = Copy(GetParam().strData);
-  long long nOffset = GetParam().nOffset;
+TEST_F(ManifestString, IsReadAsTextByItsLength) {
+  for (const StringCase& row : kStrings) {
+    SCOPED_TRACE(row.pszName);
+    const std::vector<unsigned char> data = Copy(row.strData);
+    long long nOffset = row.nOffset;
 
-  const std::string strText = getstring(data.data(), &nOffset, static_cast<long long>(data.size()));
+    const std::string strText = getstring(data.data(), &nOffset, static_cast<long long>(data.size()));
 
-  EXPECT_EQ(GetParam().strText, strText);
-  EXPECT_EQ(GetParam().nOffsetBehind, nOffset);
-}
-
-TEST_P(ManifestString, IsReadAsHashByItsLength) {
-  const std::vector<unsigned char> data = Copy(GetParam().strData);
-  long long nOffset = GetParam().nOffset;
-
-  const std::string strHash = gethash(data.data(), &nOffset, static_cast<long long>(data.size()));
-
-  EXPECT_EQ(GetParam().strHash, strHash);
-  EXPECT_EQ(GetParam().nOffsetBehind, nOffset);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Manifest, ManifestString,
-    testing::Values(StringCase{"OrdinaryText", "\0\3abc"s, 0, "abc", "616263", 5},
-                    StringCase{"TextInTheMiddle", "xx\0\2abyy"s, 2, "ab", "6162", 6},
-                    StringCase{"LengthZero", "\0\0ab"s, 0, "", "", 2},
-                    StringCase{"EmptyMarkTakesTwoBytes", "\xFF\xFF\0\1a"s, 0, "", "", 2},
-                    StringCase{"BytesBelow16GiveOneDigit", "\0\2\x0A\xFF"s, 0, "\x0A\xFF", "aff", 4},
-                    StringCase{"ZeroByteIsPartOfTheText", "\0\3a\0b"s, 0, "a\0b"s, "61062", 5},
-                    StringCase{"TopBitsStayAsTheyAre", "\0\2\xC3\xA9"s, 0, "\xC3\xA9", "c3a9", 4},
-                    StringCase{"FullBytesAreTextBehindALength", "\0\2\xFF\xFF"s, 0, "\xFF\xFF", "ffff", 4},
-                    StringCase{"TextOneByteShort", "\0\3ab"s, 0, "", "", 5},
-                    StringCase{"LengthCutInTwo", "ab\0"s, 2, "", "", 4},
-                    StringCase{"EmptyMarkCutInTwo", "ab\xFF"s, 2, "", "", 4},
-                    StringCase{"NothingLeft", "ab", 2, "", "", 3}),
-    [](const testing::TestParamInfo<StringCase>& info) { return info.param.pszName; });
-
-TEST_P(ManifestField, OfADomainIsReadByItsLength) {
-  const std::vector<std::string> names =
-      Names({GetParam().strData, Text("path"), kNoString, kNoString, kNoString});
-
-  EXPECT_THAT(names, Expected(GetParam().strValue + "-path"));
-}
-
-TEST_P(ManifestField, OfAPathIsReadByItsLength) {
-  const std::vector<std::string> names =
-      Names({Text("Domain"), GetParam().strData, kNoString, kNoString, kNoString});
-
-  EXPECT_THAT(names, Expected("Domain-" + GetParam().strValue));
-}
-
-TEST_P(ManifestField, OfEachOtherKindIsSkippedByItsLength) {
-  for (size_t nField = 2; nField < 5; ++nField) {
-    std::vector<std::string> fields = {Text("Domain"), Text("path"), kNoString, kNoString, kNoString};
-    fields[nField] = GetParam().strData;
-
-    const std::vector<std::string> names = Names(fields);
-
-    EXPECT_THAT(names, ElementsAre("Domain-path", "HomeDomain-next")) << "field " << nField;
+    EXPECT_EQ(row.strText, strText);
+    EXPECT_EQ(row.nOffsetBehind, nOffset);
   }
 }
 
-TEST_P(ManifestField, OfAPropertyIsSkippedByItsLength) {
-  const std::vector<std::string> names =
-      Names({Text("Domain"), Text("path"), kNoString, kNoString, kNoString},
-            GetParam().strData + Text("value") + Text("name") + GetParam().strData, 2);
+TEST_F(ManifestString, IsReadAsHashByItsLength) {
+  for (const StringCase& row : kStrings) {
+    SCOPED_TRACE(row.pszName);
+    const std::vector<unsigned char> data = Copy(row.strData);
+    long long nOffset = row.nOffset;
 
-  EXPECT_THAT(names, ElementsAre("Domain-path", "HomeDomain-next"));
+    const std::string strHash = gethash(data.data(), &nOffset, static_cast<long long>(data.size()));
+
+    EXPECT_EQ(row.strHash, strHash);
+    EXPECT_EQ(row.nOffsetBehind, nOffset);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Manifest, ManifestField,
-    testing::Values(
-        FieldCase{"OrdinaryText", "\0\3abc"s, "abc"}, FieldCase{"LengthZero", "\0\0"s, ""},
-        FieldCase{"EmptyMarkTakesTwoBytes", "\xFF\xFF", ""},
-        FieldCase{"BytesBelow16", "\0\2\x0A\xFF"s, "\x0A\xFF"},
-        FieldCase{"ZeroByteIsPartOfTheText", "\0\3a\0b"s, "a\0b"s},
-        FieldCase{"TopBitsStayAsTheyAre", "\0\2\xC3\xA9"s, "\xC3\xA9"},
-        FieldCase{"FullBytesAreTextBehindALength", "\0\2\xFF\xFF"s, "\xFF\xFF"},
-        FieldCase{"LengthWithFFInItsLowByte", Text(std::string(0x00FF, 'p')), std::string(255, 'p')},
-        FieldCase{"LengthFF00IsAnOrdinaryOne", Text(std::string(0xFF00, 'p')), std::string(0xFF00, 'p')},
-        FieldCase{"LengthFFFEIsTheLongest", Text(std::string(0xFFFE, 'p')), std::string(0xFFFE, 'p')}),
-    [](const testing::TestParamInfo<FieldCase>& info) { return info.param.pszName; });
+TEST_F(ManifestField, OfADomainIsReadByItsLength) {
+  for (const FieldCase& row : kFields) {
+    SCOPED_TRACE(row.pszName);
+    const std::vector<std::string> names =
+        Names({row.strData, Text("path"), kNoString, kNoString, kNoString});
+
+    EXPECT_THAT(names, Expected(row, row.strValue + "-path"));
+  }
+}
+
+TEST_F(ManifestField, OfAPathIsReadByItsLength) {
+  for (const FieldCase& row : kFields) {
+    SCOPED_TRACE(row.pszName);
+    const std::vector<std::string> names =
+        Names({Text("Domain"), row.strData, kNoString, kNoString, kNoString});
+
+    EXPECT_THAT(names, Expected(row, "Domain-" + row.strValue));
+  }
+}
+
+TEST_F(ManifestField, OfEachOtherKindIsSkippedByItsLength) {
+  for (const FieldCase& row : kFields) {
+    SCOPED_TRACE(row.pszName);
+    for (size_t nField = 2; nField < 5; ++nField) {
+      std::vector<std::string> fields = {Text("Domain"), Text("path"), kNoString, kNoString, kNoString};
+      fields[nField] = row.strData;
+
+      const std::vector<std::string> names = Names(fields);
+
+      EXPECT_THAT(names, ElementsAre("Domain-path", "HomeDomain-next")) << "field " << nField;
+    }
+  }
+}
+
+TEST_F(ManifestField, OfAPropertyIsSkippedByItsLength) {
+  for (const FieldCase& row : kFields) {
+    SCOPED_TRACE(row.pszName);
+    const std::vector<std::string> names =
+        Names({Text("Domain"), Text("path"), kNoString, kNoString, kNoString},
+              row.strData + Text("value") + Text("name") + row.strData, 2);
+
+    EXPECT_THAT(names, ElementsAre("Domain-path", "HomeDomain-next"));
+  }
+}
 
 TEST(ManifestLongString, LengthFF00IsAnOrdinaryOne) {
   const std::string strText(0xFF00, 'p');

@@ -16,28 +16,11 @@ struct SplitCase {
   const char* pszExtension;
 };
 
-void PrintTo(const SplitCase& one, std::ostream* pStream) {
-  *pStream << one.pszName;
-}
-
-class SplitPath : public testing::TestWithParam<SplitCase> {};
-
 struct ExtensionCase {
   const char* pszTitle;
   const char* pszName;
   const char* pszExtension;
 };
-
-void PrintTo(const ExtensionCase& one, std::ostream* pStream) {
-  *pStream << one.pszName;
-}
-
-class Extension : public testing::TestWithParam<ExtensionCase> {};
-
-template <typename Case>
-std::string TitleOf(const testing::TestParamInfo<Case>& info) {
-  return info.param.pszTitle;
-}
 
 /// The free name for a path, as narrow UTF-8.
 std::string FreeName(const std::string& strPath) {
@@ -45,56 +28,56 @@ std::string FreeName(const std::string& strPath) {
   return QString::fromStdU16String(wstrFree).toUtf8().toStdString();
 }
 
+const SplitCase kPaths[] = {{"FileInFolders", "/a/b/c.txt", "/a/b/", "c", ".txt"},
+                            {"TrailingSlashIsAFolderWithAnEmptyName", "/a/b/", "/a/b/", "", ""},
+                            {"TrailingSlashBehindADot", "/a.d/", "/a.d/", "", ""},
+                            {"RootAlone", "/", "/", "", ""},
+                            {"FileInRoot", "/c.txt", "/", "c", ".txt"},
+                            {"DotInTheFolderOnly", "/a.d/c", "/a.d/", "c", ""},
+                            {"LastDotCounts", "/a/c.tar.gz", "/a/", "c.tar", ".gz"},
+                            {"DotAtTheEnd", "/a/c.", "/a/", "c", "."},
+                            {"DotAtTheFront", "/a/.c", "/a/", "", ".c"},
+                            {"RelativePath", "a/c.txt", "a/", "c", ".txt"},
+                            {"NameAlone", "c.txt", "", "c", ".txt"},
+                            {"NameAloneWithTwoDots", "c.tar.gz", "", "c.tar", ".gz"},
+                            {"NameAloneWithoutDot", "c", "", "c", ""},
+                            {"BackslashIsAnOrdinaryLetter", "a\\b.txt", "", "a\\b", ".txt"},
+                            {"EmptyPath", "", "", "", ""},
+                            {"NullPath", nullptr, "", "", ""}};
+
+const ExtensionCase kExtensions[] = {{"OneDot", "a.txt", "txt"},
+                                     {"TwoDots", "a.tar.gz", "gz"},
+                                     {"CapitalsStay", "IMG_0001.JPG", "JPG"},
+                                     {"DotAtTheEnd", "a.", ""},
+                                     {"DotAtTheFront", ".plist", "plist"}};
+
 }  // namespace
 
-TEST_P(SplitPath, FallsIntoItsParts) {
-  const SplitCase& row = GetParam();
-  std::string strDrive = "old", strFolder = "old", strName = "old", strExtension = "old";
+TEST(SplitPath, FallsIntoItsParts) {
+  for (const SplitCase& row : kPaths) {
+    SCOPED_TRACE(row.pszTitle);
+    std::string strDrive = "old", strFolder = "old", strName = "old", strExtension = "old";
 
-  _splitpath(row.pszPath, strDrive, strFolder, strName, strExtension);
+    _splitpath(row.pszPath, strDrive, strFolder, strName, strExtension);
 
-  EXPECT_EQ("", strDrive);
-  EXPECT_EQ(row.pszFolder, strFolder);
-  EXPECT_EQ(row.pszName, strName);
-  EXPECT_EQ(row.pszExtension, strExtension);
+    EXPECT_EQ("", strDrive);
+    EXPECT_EQ(row.pszFolder, strFolder);
+    EXPECT_EQ(row.pszName, strName);
+    EXPECT_EQ(row.pszExtension, strExtension);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Path, SplitPath,
-    testing::Values(SplitCase{"FileInFolders", "/a/b/c.txt", "/a/b/", "c", ".txt"},
-                    SplitCase{"TrailingSlashIsAFolderWithAnEmptyName", "/a/b/", "/a/b/", "", ""},
-                    SplitCase{"TrailingSlashBehindADot", "/a.d/", "/a.d/", "", ""},
-                    SplitCase{"RootAlone", "/", "/", "", ""},
-                    SplitCase{"FileInRoot", "/c.txt", "/", "c", ".txt"},
-                    SplitCase{"DotInTheFolderOnly", "/a.d/c", "/a.d/", "c", ""},
-                    SplitCase{"LastDotCounts", "/a/c.tar.gz", "/a/", "c.tar", ".gz"},
-                    SplitCase{"DotAtTheEnd", "/a/c.", "/a/", "c", "."},
-                    SplitCase{"DotAtTheFront", "/a/.c", "/a/", "", ".c"},
-                    SplitCase{"RelativePath", "a/c.txt", "a/", "c", ".txt"},
-                    SplitCase{"NameAlone", "c.txt", "", "c", ".txt"},
-                    SplitCase{"NameAloneWithTwoDots", "c.tar.gz", "", "c.tar", ".gz"},
-                    SplitCase{"NameAloneWithoutDot", "c", "", "c", ""},
-                    SplitCase{"BackslashIsAnOrdinaryLetter", "a\\b.txt", "", "a\\b", ".txt"},
-                    SplitCase{"EmptyPath", "", "", "", ""}, SplitCase{"NullPath", nullptr, "", "", ""}),
-    TitleOf<SplitCase>);
+TEST(Extension, IsWhatFollowsTheLastDot) {
+  for (const ExtensionCase& row : kExtensions) {
+    SCOPED_TRACE(row.pszTitle);
+    std::string strExtension = "old";
 
-TEST_P(Extension, IsWhatFollowsTheLastDot) {
-  const ExtensionCase& row = GetParam();
-  std::string strExtension = "old";
+    const int nStatus = GetExtendName(row.pszName, strExtension);
 
-  const int nStatus = GetExtendName(row.pszName, strExtension);
-
-  EXPECT_EQ(0, nStatus);
-  EXPECT_EQ(row.pszExtension, strExtension);
+    EXPECT_EQ(0, nStatus);
+    EXPECT_EQ(row.pszExtension, strExtension);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Path, Extension,
-                         testing::Values(ExtensionCase{"OneDot", "a.txt", "txt"},
-                                         ExtensionCase{"TwoDots", "a.tar.gz", "gz"},
-                                         ExtensionCase{"CapitalsStay", "IMG_0001.JPG", "JPG"},
-                                         ExtensionCase{"DotAtTheEnd", "a.", ""},
-                                         ExtensionCase{"DotAtTheFront", ".plist", "plist"}),
-                         TitleOf<ExtensionCase>);
 
 TEST(Extension, NameWithoutADotFailsAndWritesNothing) {
   std::string strExtension = "old";

@@ -9,20 +9,24 @@ namespace {
 
 constexpr int kUnknown = CFileTypeJudge::kUnknown;
 
-class TypeTest : public testing::TestWithParam<FileHead> {
- protected:
-  /// The result for the first bytes of a head, in a buffer of exactly that size.
-  static int Judge(const std::string& strHead, uint32_t nLength) {
-    const std::vector<char> bytes(strHead.begin(), strHead.begin() + nLength);
-    return GetParam().pfnTest(bytes.data(), nLength);
-  }
+/// Heads of all signatures, whether the table uses them or not.
+std::vector<FileHead> AllHeads() {
+  std::vector<FileHead> heads = WiredHeads();
+  heads.insert(heads.end(), UnwiredHeads().begin(), UnwiredHeads().end());
+  return heads;
+}
 
-  static std::string Changed(ByteChange change) {
-    std::string strHead = Whole(GetParam());
-    strHead[change.nOffset] = static_cast<char>(change.nByte);
-    return strHead;
-  }
-};
+/// The result of a head's signature for the first bytes of another head, in a buffer of exactly that size.
+int Judge(const FileHead& head, const std::string& strHead, uint32_t nLength) {
+  const std::vector<char> bytes(strHead.begin(), strHead.begin() + nLength);
+  return head.pfnTest(bytes.data(), nLength);
+}
+
+std::string Changed(const FileHead& head, ByteChange change) {
+  std::string strHead = Whole(head);
+  strHead[change.nOffset] = static_cast<char>(change.nByte);
+  return strHead;
+}
 
 struct ProgramCase {
   const char* pszName;
@@ -31,11 +35,7 @@ struct ProgramCase {
   int nType;
 };
 
-void PrintTo(const ProgramCase& one, std::ostream* pStream) {
-  *pStream << one.pszName;
-}
-
-class ProgramType : public testing::TestWithParam<ProgramCase> {
+class ProgramType : public testing::Test {
  protected:
   static std::string Head(uint32_t nOffset, uint16_t nFlags) {
     std::string strHead(512, '\0');
@@ -54,85 +54,118 @@ int JudgeProgram(const std::string& strHead) {
   return CFileTypeJudge::IsPeType(strHead.data(), static_cast<uint32_t>(strHead.size()));
 }
 
+const ProgramCase kPrograms[] = {{"Program", 128, 0x0002, 41},
+                                 {"Library", 128, 0x2002, 42},
+                                 {"Driver", 128, 0x1002, 43},
+                                 {"DriverGoesFirst", 128, 0x3002, 43},
+                                 {"AllFlags", 128, 0xFFFF, 43},
+                                 {"NoFlags", 128, 0x0000, kUnknown},
+                                 {"LowestBitIsNotEnough", 128, 0x0001, kUnknown},
+                                 {"LibraryThatCannotRun", 128, 0x2000, kUnknown},
+                                 {"HeaderAtTheLastPlace", 488, 0x0002, 41},
+                                 {"HeaderBehindTheLastPlace", 489, 0x0002, kUnknown},
+                                 {"HeaderFarBehind", 0x10000080, 0x0002, kUnknown},
+                                 {"HeaderBeforeTheFile", 0xFFFFFF80, 0x0002, kUnknown}};
+
 }  // namespace
 
-TEST_P(TypeTest, AcceptsItsHead) {
-  const std::string strHead = Whole(GetParam());
+TEST(TypeTest, AcceptsItsHead) {
+  for (const FileHead& head : AllHeads()) {
+    SCOPED_TRACE(head.strName);
+    const std::string strHead = Whole(head);
 
-  const int nOf512 = Judge(strHead, 512);
-  const int nOfShortest = Judge(strHead, GetParam().nWholeSize);
+    const int nOf512 = Judge(head, strHead, 512);
+    const int nOfShortest = Judge(head, strHead, head.nWholeSize);
 
-  EXPECT_EQ(GetParam().nType, nOf512);
-  EXPECT_EQ(GetParam().nType, nOfShortest) << "length " << GetParam().nWholeSize;
+    EXPECT_EQ(head.nType, nOf512);
+    EXPECT_EQ(head.nType, nOfShortest) << "length " << head.nWholeSize;
+  }
 }
 
-TEST_P(TypeTest, RefusesOneByteLessThanItsMinimumLength) {
-  const std::string strHead = Whole(GetParam());
+TEST(TypeTest, RefusesOneByteLessThanItsMinimumLength) {
+  for (const FileHead& head : AllHeads()) {
+    SCOPED_TRACE(head.strName);
+    const std::string strHead = Whole(head);
 
-  const int nAnswer = GetParam().pfnTest(strHead.data(), GetParam().nFigure - 1);
+    const int nAnswer = head.pfnTest(strHead.data(), head.nFigure - 1);
 
-  EXPECT_EQ(kUnknown, nAnswer) << "length " << GetParam().nFigure - 1;
+    EXPECT_EQ(kUnknown, nAnswer) << "length " << head.nFigure - 1;
+  }
 }
 
-TEST_P(TypeTest, RefusesNull) {
-  const int nAnswer = GetParam().pfnTest(nullptr, 512);
+TEST(TypeTest, RefusesNull) {
+  for (const FileHead& head : AllHeads()) {
+    SCOPED_TRACE(head.strName);
+    const int nAnswer = head.pfnTest(nullptr, 512);
 
-  EXPECT_EQ(kUnknown, nAnswer);
+    EXPECT_EQ(kUnknown, nAnswer);
+  }
 }
 
-TEST_P(TypeTest, RefusesZeros) {
-  const int nAnswer = Judge(std::string(512, '\0'), 512);
+TEST(TypeTest, RefusesZeros) {
+  for (const FileHead& head : AllHeads()) {
+    SCOPED_TRACE(head.strName);
+    const int nAnswer = Judge(head, std::string(512, '\0'), 512);
 
-  EXPECT_EQ(kUnknown, nAnswer);
+    EXPECT_EQ(kUnknown, nAnswer);
+  }
 }
 
-TEST_P(TypeTest, RefusesAnotherByteAnywhereInItsSignature) {
-  for (const auto& [nFirst, nSize] : GetParam().signature) {
-    for (size_t nOffset = nFirst; nOffset < nFirst + nSize; ++nOffset) {
-      const uint8_t nByte = static_cast<uint8_t>(Whole(GetParam())[nOffset]) ^ 0x80;
+TEST(TypeTest, RefusesAnotherByteAnywhereInItsSignature) {
+  for (const FileHead& head : AllHeads()) {
+    SCOPED_TRACE(head.strName);
+    for (const auto& [nFirst, nSize] : head.signature) {
+      for (size_t nOffset = nFirst; nOffset < nFirst + nSize; ++nOffset) {
+        const uint8_t nByte = static_cast<uint8_t>(Whole(head)[nOffset]) ^ 0x80;
 
-      const int nAnswer = Judge(Changed({nOffset, nByte}), 512);
+        const int nAnswer = Judge(head, Changed(head, {nOffset, nByte}), 512);
 
-      EXPECT_EQ(kUnknown, nAnswer) << "byte " << nOffset << " is " << int{nByte};
+        EXPECT_EQ(kUnknown, nAnswer) << "byte " << nOffset << " is " << int{nByte};
+      }
     }
   }
 }
 
-TEST_P(TypeTest, RefusesEachByteThatBreaksACondition) {
-  for (const ByteChange& change : GetParam().failing) {
-    const int nAnswer = Judge(Changed(change), 512);
+TEST(TypeTest, RefusesEachByteThatBreaksACondition) {
+  for (const FileHead& head : AllHeads()) {
+    SCOPED_TRACE(head.strName);
+    for (const ByteChange& change : head.failing) {
+      const int nAnswer = Judge(head, Changed(head, change), 512);
 
-    EXPECT_EQ(kUnknown, nAnswer) << "byte " << change.nOffset << " is " << int{change.nByte};
-  }
-}
-
-TEST_P(TypeTest, AcceptsEachByteThatKeepsTheConditions) {
-  for (const ByteChange& change : GetParam().passing) {
-    const int nAnswer = Judge(Changed(change), 512);
-
-    EXPECT_EQ(GetParam().nType, nAnswer) << "byte " << change.nOffset << " is " << int{change.nByte};
-  }
-}
-
-TEST_P(TypeTest, ReadsNothingBeyondAnyLength) {
-  const std::string strHead = Whole(GetParam());
-
-  for (uint32_t nLength = 0; nLength <= 512; ++nLength) {
-    const int nAnswer = Judge(strHead, nLength);
-
-    if (nLength < GetParam().nFigure) {
-      EXPECT_EQ(kUnknown, nAnswer) << "length " << nLength;
-    } else if (nLength < GetParam().nWholeSize) {
-      EXPECT_THAT(nAnswer, AnyOf(kUnknown, GetParam().nType)) << "length " << nLength;
-    } else {
-      EXPECT_EQ(GetParam().nType, nAnswer) << "length " << nLength;
+      EXPECT_EQ(kUnknown, nAnswer) << "byte " << change.nOffset << " is " << int{change.nByte};
     }
   }
 }
 
-const auto kHeadName = [](const testing::TestParamInfo<FileHead>& info) { return info.param.strName; };
-INSTANTIATE_TEST_SUITE_P(Wired, TypeTest, testing::ValuesIn(WiredHeads()), kHeadName);
-INSTANTIATE_TEST_SUITE_P(Unwired, TypeTest, testing::ValuesIn(UnwiredHeads()), kHeadName);
+TEST(TypeTest, AcceptsEachByteThatKeepsTheConditions) {
+  for (const FileHead& head : AllHeads()) {
+    SCOPED_TRACE(head.strName);
+    for (const ByteChange& change : head.passing) {
+      const int nAnswer = Judge(head, Changed(head, change), 512);
+
+      EXPECT_EQ(head.nType, nAnswer) << "byte " << change.nOffset << " is " << int{change.nByte};
+    }
+  }
+}
+
+TEST(TypeTest, ReadsNothingBeyondAnyLength) {
+  for (const FileHead& head : AllHeads()) {
+    SCOPED_TRACE(head.strName);
+    const std::string strHead = Whole(head);
+
+    for (uint32_t nLength = 0; nLength <= 512; ++nLength) {
+      const int nAnswer = Judge(head, strHead, nLength);
+
+      if (nLength < head.nFigure) {
+        EXPECT_EQ(kUnknown, nAnswer) << "length " << nLength;
+      } else if (nLength < head.nWholeSize) {
+        EXPECT_THAT(nAnswer, AnyOf(kUnknown, head.nType)) << "length " << nLength;
+      } else {
+        EXPECT_EQ(head.nType, nAnswer) << "length " << nLength;
+      }
+    }
+  }
+}
 
 TEST(MpegType, SecondMarkMustEndWithinTheFirst32Bytes) {
   for (const auto& [nFirst, nSecond] : {std::pair{'\xB3', '\xB8'}, std::pair{'\xBA', '\xBB'}}) {
@@ -184,24 +217,14 @@ TEST(IconType, CountsTooLargeForTheHeadAreRefused) {
   }
 }
 
-TEST_P(ProgramType, IsDeterminedByItsFlags) {
-  const int nAnswer = JudgeProgram(Head(GetParam().nOffset, GetParam().nFlags));
+TEST_F(ProgramType, IsDeterminedByItsFlags) {
+  for (const ProgramCase& row : kPrograms) {
+    SCOPED_TRACE(row.pszName);
+    const int nAnswer = JudgeProgram(Head(row.nOffset, row.nFlags));
 
-  EXPECT_EQ(GetParam().nType, nAnswer);
+    EXPECT_EQ(row.nType, nAnswer);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Unwired, ProgramType,
-    testing::Values(ProgramCase{"Program", 128, 0x0002, 41}, ProgramCase{"Library", 128, 0x2002, 42},
-                    ProgramCase{"Driver", 128, 0x1002, 43}, ProgramCase{"DriverGoesFirst", 128, 0x3002, 43},
-                    ProgramCase{"AllFlags", 128, 0xFFFF, 43}, ProgramCase{"NoFlags", 128, 0x0000, kUnknown},
-                    ProgramCase{"LowestBitIsNotEnough", 128, 0x0001, kUnknown},
-                    ProgramCase{"LibraryThatCannotRun", 128, 0x2000, kUnknown},
-                    ProgramCase{"HeaderAtTheLastPlace", 488, 0x0002, 41},
-                    ProgramCase{"HeaderBehindTheLastPlace", 489, 0x0002, kUnknown},
-                    ProgramCase{"HeaderFarBehind", 0x10000080, 0x0002, kUnknown},
-                    ProgramCase{"HeaderBeforeTheFile", 0xFFFFFF80, 0x0002, kUnknown}),
-    [](const testing::TestParamInfo<ProgramCase>& info) { return info.param.pszName; });
 
 TEST_F(ProgramType, NeedsBothOfItsMarks) {
   for (const size_t nOffset : {0, 1, 128, 129, 130, 131}) {

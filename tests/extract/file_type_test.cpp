@@ -36,89 +36,87 @@ class FileType : public testing::Test {
 
 using Answer = std::pair<int, std::string>;
 
-class WiredFileType : public FileType, public testing::WithParamInterface<FileHead> {};
-
-class UnwiredFileType : public FileType, public testing::WithParamInterface<FileHead> {};
-
+using WiredFileType = FileType;
+using UnwiredFileType = FileType;
 struct UnknownCase {
   const char* pszName;
   std::string strHead;
 };
 
-void PrintTo(const UnknownCase& one, std::ostream* pStream) {
-  *pStream << one.pszName;
-}
-
-class UnknownFileType : public FileType, public testing::WithParamInterface<UnknownCase> {};
+using UnknownFileType = FileType;
 
 struct ExtensionCase {
   const char* pszExtension;
   int nType;
 };
 
-void PrintTo(const ExtensionCase& one, std::ostream* pStream) {
-  *pStream << one.pszExtension;
-}
+const ExtensionCase kExtensions[] = {
+    {"mpeg", 15},       {"mpg", 15},        {"vob", 15},        {"mp4", 18},    {"rmvb", 23},
+    {"wmv", 24},        {"wma", 24},        {"avi", 22},        {"3gp", 16},    {"mp3", 12},
+    {"mid", 13},        {"wav", 21},        {"mov", 17},        {"gif", 31},    {"bmp", 29},
+    {"jpg", 10},        {"jpeg", 10},       {"jpe", 10},        {"png", 30},    {"ico", 46},
+    {"JPE", 10},        {"Mp4", 18},        {"heic", kUnknown}, {"", kUnknown}, {"jp", kUnknown},
+    {"jpgx", kUnknown}, {".jpg", kUnknown}, {"pdf", kUnknown}};
 
-class ExtensionType : public testing::TestWithParam<ExtensionCase> {};
-
-const auto kHeadName = [](const testing::TestParamInfo<FileHead>& info) { return info.param.strName; };
+const UnknownCase kUnknownHeads[] = {
+    {"Zeros", ""},
+    {"PlainText", std::string(512, 'a')},
+    {"Mp4OfTheBrandM4V",
+     "\0\0\0\x20"
+     "ftypM4V \0\0\2\0isommp42"s},
+    {"HeifImage",
+     "\0\0\0\x18"
+     "ftypheic\0\0\0\0mif1heic"s},
+    {"QuickTimeThatBeginsWithMdat", "\0\0\1\0mdat"s},
+    {"QuickTimeThatBeginsWithWide", "\0\0\0\x08wide\0\0\1\0mdat"s},
+    {"QuickTimeWithTheMovieBehindItsSize", "\0\0\1\0moov"s},
+    {"JpegWithNeitherJfifNorExif", "\xFF\xD8\xFF\xDB\0\x43"s},
+    {"JpegWithAnAdobeSegment",
+     "\xFF\xD8\xFF\xEE\0\x0E"
+     "Adobe"s},
+    {"StandardMidi", "MThd\0\0\0\6\0\1\0\2\0\x60MTrk"s},
+    {"MpegPackWithoutASystemHeader", "\0\0\1\xBA\x44\0\4\0\4\1"s},
+    {"MpegPackWithALateSystemHeader", "\0\0\1\xBA"s + std::string(25, '\0') + "\0\0\1\xBB"s},
+    {"Mp3WithoutATag", "\xFF\xFB\x90\x64"s},
+    {"WebPicture", "RIFF\0\1\0\0WEBPVP8 "s}};
 
 }  // namespace
 
-TEST_P(WiredFileType, NamesTheFileByTheFirstRowOfTheType) {
-  const std::string strHead = Whole(GetParam());
+TEST_F(WiredFileType, NamesTheFileByTheFirstRowOfTheType) {
+  for (const FileHead& row : WiredHeads()) {
+    SCOPED_TRACE(row.strName);
+    m_judge = {};
+    const std::string strHead = Whole(row);
 
-  const int nType = CFileTypeJudge::GetDataBufType(strHead.data(), 512);
-  const Answer answer = Judge(strHead);
+    const int nType = CFileTypeJudge::GetDataBufType(strHead.data(), 512);
+    const Answer answer = Judge(strHead);
 
-  EXPECT_EQ(GetParam().nType, nType);
-  EXPECT_EQ(Answer(0, "0."s + GetParam().pszExtension), answer);
+    EXPECT_EQ(row.nType, nType);
+    EXPECT_EQ(Answer(0, "0."s + row.pszExtension), answer);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(Judge, WiredFileType, testing::ValuesIn(WiredHeads()), kHeadName);
+TEST_F(UnwiredFileType, IsUnknown) {
+  for (const FileHead& row : UnwiredHeads()) {
+    SCOPED_TRACE(row.strName);
+    const std::string strHead = Whole(row);
 
-TEST_P(UnwiredFileType, IsUnknown) {
-  const std::string strHead = Whole(GetParam());
+    const int nType = CFileTypeJudge::GetDataBufType(strHead.data(), 512);
+    const Answer answer = Judge(strHead);
 
-  const int nType = CFileTypeJudge::GetDataBufType(strHead.data(), 512);
-  const Answer answer = Judge(strHead);
-
-  EXPECT_EQ(kUnknown, nType);
-  EXPECT_EQ(Answer(0, "old"), answer);
+    EXPECT_EQ(kUnknown, nType);
+    EXPECT_EQ(Answer(0, "old"), answer);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(Judge, UnwiredFileType, testing::ValuesIn(UnwiredHeads()), kHeadName);
+TEST_F(UnknownFileType, GivesNoName) {
+  for (const UnknownCase& row : kUnknownHeads) {
+    SCOPED_TRACE(row.pszName);
+    const Answer answer = Judge(Padded(row.strHead));
 
-TEST_P(UnknownFileType, GivesNoName) {
-  const Answer answer = Judge(Padded(GetParam().strHead));
-
-  EXPECT_EQ(Answer(0, "old"), answer);
+    EXPECT_EQ(Answer(0, "old"), answer);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Judge, UnknownFileType,
-    testing::Values(UnknownCase{"Zeros", ""}, UnknownCase{"PlainText", std::string(512, 'a')},
-                    UnknownCase{"Mp4OfTheBrandM4V",
-                                "\0\0\0\x20"
-                                "ftypM4V \0\0\2\0isommp42"s},
-                    UnknownCase{"HeifImage",
-                                "\0\0\0\x18"
-                                "ftypheic\0\0\0\0mif1heic"s},
-                    UnknownCase{"QuickTimeThatBeginsWithMdat", "\0\0\1\0mdat"s},
-                    UnknownCase{"QuickTimeThatBeginsWithWide", "\0\0\0\x08wide\0\0\1\0mdat"s},
-                    UnknownCase{"QuickTimeWithTheMovieBehindItsSize", "\0\0\1\0moov"s},
-                    UnknownCase{"JpegWithNeitherJfifNorExif", "\xFF\xD8\xFF\xDB\0\x43"s},
-                    UnknownCase{"JpegWithAnAdobeSegment",
-                                "\xFF\xD8\xFF\xEE\0\x0E"
-                                "Adobe"s},
-                    UnknownCase{"StandardMidi", "MThd\0\0\0\6\0\1\0\2\0\x60MTrk"s},
-                    UnknownCase{"MpegPackWithoutASystemHeader", "\0\0\1\xBA\x44\0\4\0\4\1"s},
-                    UnknownCase{"MpegPackWithALateSystemHeader",
-                                "\0\0\1\xBA"s + std::string(25, '\0') + "\0\0\1\xBB"s},
-                    UnknownCase{"Mp3WithoutATag", "\xFF\xFB\x90\x64"s},
-                    UnknownCase{"WebPicture", "RIFF\0\1\0\0WEBPVP8 "s}),
-    [](const testing::TestParamInfo<UnknownCase>& info) { return info.param.pszName; });
 
 TEST_F(FileType, MidiWithItsHeaderLengthTurnedRoundIsKnown) {
   const Answer answer = Judge(Padded("MThd\6\0\0\0\0\1\0\2\0\x60MTrk"s));
@@ -217,21 +215,11 @@ TEST_F(FileType, UnknownHeadInMemoryLeavesTheTextAlone) {
   EXPECT_EQ(kUnknown, CFileTypeJudge::GetDataBufType(nullptr, 512));
 }
 
-TEST_P(ExtensionType, IsThatOfItsRow) {
-  const int nType = CFileTypeJudge::GetExtendNameType(GetParam().pszExtension);
+TEST(ExtensionType, IsThatOfItsRow) {
+  for (const ExtensionCase& row : kExtensions) {
+    SCOPED_TRACE(row.pszExtension);
+    const int nType = CFileTypeJudge::GetExtendNameType(row.pszExtension);
 
-  EXPECT_EQ(GetParam().nType, nType) << GetParam().pszExtension;
+    EXPECT_EQ(row.nType, nType) << row.pszExtension;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Judge, ExtensionType,
-    testing::Values(ExtensionCase{"mpeg", 15}, ExtensionCase{"mpg", 15}, ExtensionCase{"vob", 15},
-                    ExtensionCase{"mp4", 18}, ExtensionCase{"rmvb", 23}, ExtensionCase{"wmv", 24},
-                    ExtensionCase{"wma", 24}, ExtensionCase{"avi", 22}, ExtensionCase{"3gp", 16},
-                    ExtensionCase{"mp3", 12}, ExtensionCase{"mid", 13}, ExtensionCase{"wav", 21},
-                    ExtensionCase{"mov", 17}, ExtensionCase{"gif", 31}, ExtensionCase{"bmp", 29},
-                    ExtensionCase{"jpg", 10}, ExtensionCase{"jpeg", 10}, ExtensionCase{"jpe", 10},
-                    ExtensionCase{"png", 30}, ExtensionCase{"ico", 46}, ExtensionCase{"JPE", 10},
-                    ExtensionCase{"Mp4", 18}, ExtensionCase{"heic", kUnknown}, ExtensionCase{"", kUnknown},
-                    ExtensionCase{"jp", kUnknown}, ExtensionCase{"jpgx", kUnknown},
-                    ExtensionCase{".jpg", kUnknown}, ExtensionCase{"pdf", kUnknown}));

@@ -16,51 +16,49 @@ struct SearchCase {
   long long nLast;
 };
 
-void PrintTo(const SearchCase& one, std::ostream* pStream) {
-  *pStream << one.pszName;
-}
-
-class MemorySearch : public testing::TestWithParam<SearchCase> {};
-
 long long OffsetOf(const void* pHit, const std::string& strData) {
   return pHit ? static_cast<const char*>(pHit) - strData.data() : kNowhere;
 }
 
+const SearchCase kSearches[] = {{"OneHit", "abcdef", "cd", 2, 2},
+                                {"TwoHits", "abcabc", "bc", 1, 4},
+                                {"HitAtTheFront", "abcdef", "abc", 0, 0},
+                                {"HitAtTheEnd", "abcdef", "ef", 4, 4},
+                                {"HitsThatOverlap", "aaaa", "aa", 0, 2},
+                                {"AllOfIt", "abc", "abc", 0, 0},
+                                {"HalfAHitBeforeTheHit", "ababac", "abac", 2, 2},
+                                {"NoHit", "abcdef", "xy", kNowhere, kNowhere},
+                                {"PatternLongerThanTheData", "ab", "abc", kNowhere, kNowhere},
+                                {"EmptyPattern", "abc", "", kNowhere, 3},
+                                {"EmptyData", "", "a", kNowhere, kNowhere}};
+
 }  // namespace
 
-TEST_P(MemorySearch, ForwardFindsTheFirstHit) {
-  const std::string strData = GetParam().pszData;
-  const std::string strPattern = GetParam().pszPattern;
+TEST(MemorySearch, ForwardFindsTheFirstHit) {
+  for (const SearchCase& row : kSearches) {
+    SCOPED_TRACE(row.pszName);
+    const std::string strData = row.pszData;
+    const std::string strPattern = row.pszPattern;
 
-  const void* pHit =
-      memory_search::memmem(strData.data(), strData.size(), strPattern.data(), strPattern.size());
+    const void* pHit =
+        memory_search::memmem(strData.data(), strData.size(), strPattern.data(), strPattern.size());
 
-  EXPECT_EQ(GetParam().nFirst, OffsetOf(pHit, strData));
+    EXPECT_EQ(row.nFirst, OffsetOf(pHit, strData));
+  }
 }
 
-TEST_P(MemorySearch, BackwardFindsTheLastHit) {
-  const std::string strData = GetParam().pszData;
-  const std::string strPattern = GetParam().pszPattern;
+TEST(MemorySearch, BackwardFindsTheLastHit) {
+  for (const SearchCase& row : kSearches) {
+    SCOPED_TRACE(row.pszName);
+    const std::string strData = row.pszData;
+    const std::string strPattern = row.pszPattern;
 
-  const void* pHit =
-      memory_search::memrmem(strData.data(), strData.size(), strPattern.data(), strPattern.size());
+    const void* pHit =
+        memory_search::memrmem(strData.data(), strData.size(), strPattern.data(), strPattern.size());
 
-  EXPECT_EQ(GetParam().nLast, OffsetOf(pHit, strData));
+    EXPECT_EQ(row.nLast, OffsetOf(pHit, strData));
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Judge, MemorySearch,
-    testing::Values(SearchCase{"OneHit", "abcdef", "cd", 2, 2}, SearchCase{"TwoHits", "abcabc", "bc", 1, 4},
-                    SearchCase{"HitAtTheFront", "abcdef", "abc", 0, 0},
-                    SearchCase{"HitAtTheEnd", "abcdef", "ef", 4, 4},
-                    SearchCase{"HitsThatOverlap", "aaaa", "aa", 0, 2},
-                    SearchCase{"AllOfIt", "abc", "abc", 0, 0},
-                    SearchCase{"HalfAHitBeforeTheHit", "ababac", "abac", 2, 2},
-                    SearchCase{"NoHit", "abcdef", "xy", kNowhere, kNowhere},
-                    SearchCase{"PatternLongerThanTheData", "ab", "abc", kNowhere, kNowhere},
-                    SearchCase{"EmptyPattern", "abc", "", kNowhere, 3},
-                    SearchCase{"EmptyData", "", "a", kNowhere, kNowhere}),
-    [](const testing::TestParamInfo<SearchCase>& info) { return info.param.pszName; });
 
 TEST(MemorySearch, ForwardRefusesNull) {
   EXPECT_EQ(nullptr, memory_search::memmem(nullptr, 3, "a", 1));

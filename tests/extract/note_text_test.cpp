@@ -13,68 +13,75 @@ struct TextCase {
   const char* pszText;
 };
 
-void PrintTo(const TextCase& one, std::ostream* pStream) {
-  *pStream << one.pszStored;
-}
+const TextCase kEntities[] = {
+    // The patterns of apostrophe and quote end before the semicolon, which therefore remains.
+    {"", ""},
+    {"plain & simple;", "plain & simple;"},
+    {"&#39;", "';"},
+    {"&#39", "'"},
+    {"&quot;", "\";"},
+    {"&quot", "\""},
+    {"&lt;", "<"},
+    {"&lt", "&lt"},
+    {"&gt;", ">"},
+    {"&gt", "&gt"},
+    {"&nbsp;", " "},
+    {"&nbsp", "&nbsp"},
+    {"&amp;", "&"},
+    {"&amp", "&amp"},
+    {"&lt;&lt;a&gt;&gt;", "<<a>>"},
+    {"Tom&#39;s &quot;special&quot;", "Tom';s \";special\";"},
+    {"&LT;&Amp;&NBSP;&QUOT", "&LT;&Amp;&NBSP;&QUOT"},
+    {"&#34;&#x27;&apos;&euro;", "&#34;&#x27;&apos;&euro;"},
+    {"&#391;", "'1;"},
+    {"\xC3\xA4&nbsp;\xE5\xB1\xB1", "\xC3\xA4 \xE5\xB1\xB1"},
+    // The ampersand is decoded last, so that text encoded twice is decoded once.
+    {"&amp;lt;", "&lt;"},
+    {"&amp;gt;", "&gt;"},
+    {"&amp;nbsp;", "&nbsp;"},
+    {"&amp;#39;", "&#39;"},
+    {"&amp;quot;", "&quot;"},
+    {"&amp;amp;", "&amp;"},
+    {"&amp;amp;lt;", "&amp;lt;"},
+};
 
-class NoteEntity : public testing::TestWithParam<TextCase> {};
-
-class NoteMarkup : public testing::TestWithParam<TextCase> {};
+const TextCase kTags[] = {{"<div>one</div><div>two</div>", "\none\ntwo"},
+                          {"one<br>two", "one\ntwo"},
+                          {"<div><br></div>", "\n\n"},
+                          {"one<br/>two<br />", "one<br/>two<br />"},
+                          {"<DIV>one</DIV><BR>", "<DIV>one</DIV><BR>"},
+                          {"<div dir=\"rtl\">one</div>", "<div dir=\"rtl\">one"},
+                          {"<p>one</p><b>two</b>", "<p>one</p><b>two</b>"},
+                          {"a</div>b", "ab"},
+                          {"&lt;div&gt;one&lt;/div&gt;&lt;br&gt;", "\none\n"},
+                          {"&amp;lt;br&amp;gt;", "&lt;br&gt;"},
+                          {"<d</div>iv>", "<div>"},
+                          {"line\nline", "line\nline"}};
 
 }  // namespace
 
-TEST_P(NoteEntity, BecomesItsCharacter) {
-  QString qstrText = QString::fromUtf8(GetParam().pszStored);
+TEST(NoteEntity, BecomesItsCharacter) {
+  for (const TextCase& row : kEntities) {
+    SCOPED_TRACE(row.pszStored);
+    QString qstrText = QString::fromUtf8(row.pszStored);
 
-  DecodeHtmlSpecialChars(qstrText);
+    DecodeHtmlSpecialChars(qstrText);
 
-  EXPECT_EQ(GetParam().pszText, qstrText.toStdString()) << GetParam().pszStored;
+    EXPECT_EQ(row.pszText, qstrText.toStdString()) << row.pszStored;
+  }
 }
 
-// The patterns of apostrophe and quote end before the semicolon, which therefore remains.
-INSTANTIATE_TEST_SUITE_P(
-    Entities, NoteEntity,
-    testing::Values(TextCase{"", ""}, TextCase{"plain & simple;", "plain & simple;"}, TextCase{"&#39;", "';"},
-                    TextCase{"&#39", "'"}, TextCase{"&quot;", "\";"}, TextCase{"&quot", "\""},
-                    TextCase{"&lt;", "<"}, TextCase{"&lt", "&lt"}, TextCase{"&gt;", ">"},
-                    TextCase{"&gt", "&gt"}, TextCase{"&nbsp;", " "}, TextCase{"&nbsp", "&nbsp"},
-                    TextCase{"&amp;", "&"}, TextCase{"&amp", "&amp"}, TextCase{"&lt;&lt;a&gt;&gt;", "<<a>>"},
-                    TextCase{"Tom&#39;s &quot;special&quot;", "Tom';s \";special\";"},
-                    TextCase{"&LT;&Amp;&NBSP;&QUOT", "&LT;&Amp;&NBSP;&QUOT"},
-                    TextCase{"&#34;&#x27;&apos;&euro;", "&#34;&#x27;&apos;&euro;"}, TextCase{"&#391;", "'1;"},
-                    TextCase{"\xC3\xA4&nbsp;\xE5\xB1\xB1", "\xC3\xA4 \xE5\xB1\xB1"}),
-    [](const auto& info) { return "Case" + std::to_string(info.index); });
+TEST(NoteMarkup, IsCleanedByAFewReplacements) {
+  for (const TextCase& row : kTags) {
+    SCOPED_TRACE(row.pszStored);
+    TemporaryFolder folder;
+    NotesCloudStore store(FromNarrow(folder.Path("notes.db")));
+    store.add(kNewYear2014, QString::fromUtf8(row.pszStored), "kept");
+    store.close();
+    std::vector<__NOTES__> notes;
 
-// The ampersand is decoded last, so that text encoded twice is decoded once.
-INSTANTIATE_TEST_SUITE_P(Order, NoteEntity,
-                         testing::Values(TextCase{"&amp;lt;", "&lt;"}, TextCase{"&amp;gt;", "&gt;"},
-                                         TextCase{"&amp;nbsp;", "&nbsp;"}, TextCase{"&amp;#39;", "&#39;"},
-                                         TextCase{"&amp;quot;", "&quot;"}, TextCase{"&amp;amp;", "&amp;"},
-                                         TextCase{"&amp;amp;lt;", "&amp;lt;"}),
-                         [](const auto& info) { return "Case" + std::to_string(info.index); });
+    CIPhoneNotes().GetNotesStoreInfo(folder.Path("notes.db"), notes);
 
-TEST_P(NoteMarkup, IsCleanedByAFewReplacements) {
-  TemporaryFolder folder;
-  NotesCloudStore store(FromNarrow(folder.Path("notes.db")));
-  store.add(kNewYear2014, QString::fromUtf8(GetParam().pszStored), "kept");
-  store.close();
-  std::vector<__NOTES__> notes;
-
-  CIPhoneNotes().GetNotesStoreInfo(folder.Path("notes.db"), notes);
-
-  ASSERT_EQ(1u, notes.size());
-  EXPECT_EQ(GetParam().pszText, notes[0].strTitle) << GetParam().pszStored;
+    EXPECT_THAT(Column(notes, &__NOTES__::strTitle), testing::ElementsAre(row.pszText));
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Tags, NoteMarkup,
-    testing::Values(TextCase{"<div>one</div><div>two</div>", "\none\ntwo"},
-                    TextCase{"one<br>two", "one\ntwo"}, TextCase{"<div><br></div>", "\n\n"},
-                    TextCase{"one<br/>two<br />", "one<br/>two<br />"},
-                    TextCase{"<DIV>one</DIV><BR>", "<DIV>one</DIV><BR>"},
-                    TextCase{"<div dir=\"rtl\">one</div>", "<div dir=\"rtl\">one"},
-                    TextCase{"<p>one</p><b>two</b>", "<p>one</p><b>two</b>"}, TextCase{"a</div>b", "ab"},
-                    TextCase{"&lt;div&gt;one&lt;/div&gt;&lt;br&gt;", "\none\n"},
-                    TextCase{"&amp;lt;br&amp;gt;", "&lt;br&gt;"}, TextCase{"<d</div>iv>", "<div>"},
-                    TextCase{"line\nline", "line\nline"}),
-    [](const auto& info) { return "Case" + std::to_string(info.index); });
