@@ -81,6 +81,14 @@ DRUI& SelectionTest::OpenScanned() {
   return *m_pWindow;
 }
 
+void SelectionTest::ReplaceDataScreen() {
+  m_pWindow->InitLayout3Widget();
+  QStackedLayout* pScreens = WindowAccess::ScreenStack(*m_pWindow);
+  pScreens->addWidget(WindowAccess::DataScreen(*m_pWindow));
+  pScreens->setCurrentWidget(WindowAccess::DataScreen(*m_pWindow));
+  QCoreApplication::processEvents();
+}
+
 void SelectionTest::SetNode(int nCategory, int nState) {
   Node(nCategory)->setCheckState(0, static_cast<Qt::CheckState>(nState));
   m_pWindow->UpdateTreeInfo(Node(nCategory), 0, true);

@@ -53,6 +53,8 @@ class SelectionTest : public WindowTest {
   void PutRecords();
   /// Ticks a node and updates its table, as a scan does.
   void TickNode(int nCategory) { SetNode(nCategory, kTicked); }
+  /// Builds a new data screen in place of the last, as a scan does.
+  void ReplaceDataScreen();
   /// Updates a node's table to a state of the node, without showing it.
   void SetNode(int nCategory, int nState);
 
@@ -74,6 +76,23 @@ class SelectionTest : public WindowTest {
 
 /// Files of the apps of SelectionTest: "Alpha" has three, "Beta" one and "Gamma" two.
 extern const SelectionMap kAlpha, kBeta, kGamma;
+
+/// Tests of each category whose rows are ticked individually.
+class PlainSelectionTest : public SelectionTest, public testing::WithParamInterface<PlainCategory> {
+ protected:
+  int Number() const { return GetParam().nNumber; }
+  QTableWidget* Rows() { return Table(GetParam().pszTable); }
+  SelectionMap& Map() { return Selection(Number()); }
+};
+
+/// Tests of each category of apps.
+class AppSelectionTest : public SelectionTest, public testing::WithParamInterface<AppCategory> {
+ protected:
+  int Number() const { return GetParam().nNumber; }
+  int Other() const { return 5 - Number(); }
+  QTableWidget* Apps() { return Table(GetParam().pszTable); }
+  AppSelectionMap& Map() { return AppSelection(Number()); }
+};
 
 /// Of a test's parameter, which has a pszName.
 template <typename Case>
