@@ -47,7 +47,7 @@ bool IsDotEntry(const QFileInfo& entry) {
 // "Info.plist" by line: a key, and its value on the next line.
 
 constexpr size_t kLineSize = 2048;
-constexpr long kMostLines = 1000 * 1000;  // devices write some thousand; limits hostile files
+constexpr long kMostLines = 1000000;  // devices write some thousand; limits hostile files
 
 /// Gets the text of a value line between two tags. @return false, with strText unchanged, without the opening
 /// tag.

@@ -26,7 +26,7 @@ constexpr int kStepsBetweenLooks = 1000;  // SQLite VM instructions: some ten mi
 constexpr int64_t kStepsPerByte = 64;
 constexpr int64_t kBytesPerByte = 16;
 constexpr int64_t kLargestStore = 1LL << 48;  // bytes, above SQLite's maximum
-constexpr int64_t kFreeSteps = 10 * 1000 * 1000;
+constexpr int64_t kFreeSteps = 10000000;
 constexpr int64_t kFreeBytes = 16 << 20;
 
 constexpr char kEndless[] = "it delivers more than a store of its size can hold";

@@ -17,7 +17,7 @@ namespace orvandel {
 
 namespace {
 
-constexpr size_t kPieceSize = 256 * 1024;
+constexpr size_t kPieceSize = size_t{256} * 1024;
 constexpr size_t kBlockSize = 16;
 constexpr int kMostParts = 100;  // per target: left by killed runs, or in use by other workers
 

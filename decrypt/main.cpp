@@ -25,7 +25,7 @@ constexpr char kHelp[] =
     "  --version           shows the version\n\n"
     "Exit status: 0 success; 1 something could not be read or written; 2 wrong usage; 3 wrong password.";
 
-constexpr size_t kLongestPassword = 64 * 1024;  // bytes
+constexpr size_t kLongestPassword = size_t{64} * 1024;  // bytes
 
 void PrintProblem(const std::string& strFile, const std::string& strReason) {
   fprintf(stderr, "%s: %s\n", strFile.c_str(), strReason.c_str());

@@ -121,7 +121,7 @@ void ChatView::ScheduleSending() {
 
 void ChatView::Send() {
   // A call costs as much as some hundred bubbles, so scripts share one, except those that may fail.
-  constexpr qsizetype kMostOfACall = 256 * 1024;
+  constexpr qsizetype kMostOfACall = qsizetype{256} * 1024;
   m_bSendingScheduled = false;
   while (m_nSent < m_scripts.size()) {
     if (MayFail(m_scripts[m_nSent])) {
