@@ -7,6 +7,7 @@
 #include "app/dialog_parts.h"
 #include "ui/cell_delegate.h"
 #include "ui/drag.h"
+#include "ui/focus_ring.h"
 #include "ui/styles.h"
 
 using namespace orvandel;
@@ -18,6 +19,7 @@ constexpr int kRowHeight = 22;
 CDetail::CDetail(QDialog*, Qt::WindowFlags flags) : QDialog(nullptr, flags) {
   m_ui.setupUi(this);
   setWindowTitle("Orvandel");
+  setWindowIcon(QIcon(":/image/logo.ico"));
   setFixedSize(600, 400);
 
   QLabel* pBand = CreateHeadBand(60, 40, m_pTextLabel);
@@ -27,8 +29,15 @@ CDetail::CDetail(QDialog*, Qt::WindowFlags flags) : QDialog(nullptr, flags) {
 
   m_pTable = new QTableWidget(0, 2);
   m_pTable->setObjectName("m_pTable");
+  m_pTable->setAccessibleName("Recovered files");
+  m_pTable->setTabKeyNavigation(false);
+  m_pTable->setFont(TextFont(11, 50));
   CellDelegate::Install(m_pTable);
+  FocusRing::Install(m_pTable);
   m_pTable->setHorizontalHeaderLabels({"Name", "Status"});
+  // Left, since the second column is wider than what is in view of it.
+  m_pTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  m_pTable->horizontalHeader()->setFont(TextFont(11, 50));
   m_pTable->setColumnWidth(0, 400);
   m_pTable->setColumnWidth(1, 300);
   m_pTable->horizontalHeader()->setStretchLastSection(true);

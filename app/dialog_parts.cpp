@@ -1,5 +1,6 @@
 #include "app/dialog_parts.h"
 
+#include "ui/focus_ring.h"
 #include "ui/styles.h"
 
 namespace orvandel {
@@ -27,6 +28,7 @@ QPushButton* CreateDialogButton(const QString& qstrText, QWidget* pParent) {
   pButton->setFont(TextFont(11, 50));
   pButton->setStyleSheet(dialog_style::main_button_style);
   pButton->resize(80, 25);
+  FocusRing::Install(pButton);
   return pButton;
 }
 

@@ -14,8 +14,8 @@ namespace {
 constexpr int kSecondStageArguments = 2;  // the program name and one argument of any value
 
 void ShowWindow() {
-  // The page of the chat views is opened by a relative path.
-  QDir::setCurrent(QCoreApplication::applicationDirPath());
+  // The dialog that asks for a destination starts in the working directory.
+  QDir::setCurrent(QDir::homePath());
   DRUI window;
   window.setVisible(true);
   QApplication::exec();

@@ -5,6 +5,7 @@
 
 #include "app/dialog_parts.h"
 #include "ui/drag.h"
+#include "ui/focus_ring.h"
 #include "ui/styles.h"
 
 using namespace orvandel;
@@ -56,6 +57,7 @@ void CPasswordUI::InitDialog() {
   m_pLineEdit = new QLineEdit(pPanel);
   m_pLineEdit->setObjectName("m_pLineEdit");
   m_pLineEdit->setAccessibleName("Password");
+  FocusRing::Install(m_pLineEdit);
   m_pLineEdit->setGeometry(20, 70, width() - 40, 25);
 
   auto* pStrip = new QLabel;

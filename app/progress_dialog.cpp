@@ -9,6 +9,7 @@
 #include <atomic>
 
 #include "app/dialog_parts.h"
+#include "app/hanging_label.h"
 #include "ui/busy_cursor.h"
 #include "ui/drag.h"
 #include "ui/message_box.h"
@@ -57,6 +58,7 @@ int SCANUI::m_nError = 0;
 SCANUI::SCANUI(QDialog*, Qt::WindowFlags flags) : QDialog(nullptr, flags) {
   m_ui.setupUi(this);
   setWindowTitle("Orvandel");
+  setWindowIcon(QIcon(":/image/logo.ico"));
   setFixedSize(kWidth, kHeight);
   m_bIsFinished = false;
 }
@@ -92,7 +94,7 @@ void SCANUI::InitDialog() {
   m_progressBar->setValue(0);
   m_progressBar->setTextVisible(false);
 
-  m_pTextLabel = new QLabel;
+  m_pTextLabel = new HangingLabel;
   m_pTextLabel->setObjectName("m_pTextLabel");
   m_pTextLabel->setMinimumSize(width() - 60, 80);
   m_pTextLabel->setFont(TextFont(11, 50));

@@ -5,6 +5,7 @@
 
 #include "common/text.h"
 #include "ui/cell_delegate.h"
+#include "ui/focus_ring.h"
 #include "ui/key_ticks.h"
 #include "ui/styles.h"
 
@@ -320,6 +321,7 @@ QTableWidget* DRUI::CreateTable(const TableSpec& spec) {
                                 ? QString("Files of the app")
                                 : QString(Categories()[static_cast<size_t>(spec.nNumber)].pszLabel));
   CellDelegate::Install(pTable);
+  FocusRing::Install(pTable);
   pTable->setAttribute(Qt::WA_MouseTracking);
   pTable->setColumnCount(static_cast<int>(spec.columns.size()));
   QStringList titles;
@@ -342,6 +344,7 @@ QTableWidget* DRUI::CreateTable(const TableSpec& spec) {
   connect(pTable, &QTableWidget::cellClicked, this, spec.pfnPress);
   connect(pTable, &QTableWidget::itemSelectionChanged, this, spec.pfnSelect);
   if (spec.pfnDoubleClick) connect(pTable, &QTableWidget::cellDoubleClicked, this, spec.pfnDoubleClick);
+  if (spec.nNumber == TableSpec::kAppFiles) connect(pTable, &KeyTickTable::Left, this, &DRUI::LeaveAppFiles);
   pTable->setMinimumSize(spec.minimumSize);
   pTable->setHorizontalHeaderLabels(titles);
   return pTable;

@@ -4,6 +4,8 @@
 
 #include "common/text.h"
 #include "ui/category_tables.h"
+#include "ui/cell_delegate.h"
+#include "ui/focus_ring.h"
 #include "ui/key_ticks.h"
 #include "ui/styles.h"
 
@@ -27,6 +29,8 @@ QTreeWidget* DRUI::CreateTree() {
   m_pCategoryTree = new KeyTickTree(this);
   m_pCategoryTree->setObjectName("m_pCategoryTree");
   m_pCategoryTree->setAccessibleName("Categories");
+  CellDelegate::Install(m_pCategoryTree);
+  FocusRing::Install(m_pCategoryTree);
   m_pCategoryTree->setColumnCount(1);
   m_pCategoryTree->setHeaderLabels({""});
   m_pCategoryTree->setStyleSheet("QTreeWidget::item{height:30px};");

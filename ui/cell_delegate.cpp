@@ -40,6 +40,14 @@ QString CellDelegate::displayText(const QVariant& value, const QLocale& locale) 
   return QStyledItemDelegate::displayText(bText ? Painted(value.toString()) : value, locale);
 }
 
+void CellDelegate::initStyleOption(QStyleOptionViewItem* pOption, const QModelIndex& index) const {
+  QStyledItemDelegate::initStyleOption(pOption, index);
+  if (!(pOption->state & QStyle::State_Selected) || pOption->icon.isNull()) return;
+  // Styles blend the icon of a selected row with the highlight, which makes it fade.
+  const QPixmap pixmap = pOption->icon.pixmap(pOption->decorationSize, m_pView->devicePixelRatioF());
+  pOption->icon.addPixmap(pixmap, QIcon::Selected);
+}
+
 bool CellDelegate::helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView, const QStyleOptionViewItem& option,
                              const QModelIndex& index) {
   if (pEvent->type() != QEvent::ToolTip) return QStyledItemDelegate::helpEvent(pEvent, pView, option, index);

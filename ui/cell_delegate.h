@@ -25,6 +25,7 @@ class CellDelegate : public QStyledItemDelegate {
   QString displayText(const QVariant& value, const QLocale& locale) const override;
 
   /// Shows tool tips as plain text, with the same length limit.
+  void initStyleOption(QStyleOptionViewItem* pOption, const QModelIndex& index) const override;
   bool helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView, const QStyleOptionViewItem& option,
                  const QModelIndex& index) override;
 

@@ -50,8 +50,8 @@ bool MayHoldNames(const QString& qstrText) {
   return qstrText.contains('\\') || qstrText.contains(name);
 }
 
-QString ReadPage(const char* pszStyleFile) {
-  QFile style(pszStyleFile);
+QString ReadPage(const QString& qstrStyleFile) {
+  QFile style(qstrStyleFile);
   return style.open(QIODevice::ReadOnly) ? QString::fromUtf8(style.readAll()) : QString();
 }
 
@@ -67,8 +67,8 @@ ChatEngineFactory* EngineFactory() {
 
 }  // namespace
 
-ChatView::ChatView(const char* pszStyleFile, QWidget* pParent)
-    : QWidget(pParent), m_qstrPage(ReadPage(pszStyleFile)) {}
+ChatView::ChatView(const QString& qstrStyleFile, QWidget* pParent)
+    : QWidget(pParent), m_qstrPage(ReadPage(qstrStyleFile)) {}
 
 ChatView::~ChatView() = default;
 

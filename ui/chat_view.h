@@ -14,8 +14,8 @@ class ChatView : public QWidget {
   Q_OBJECT
 
  public:
-  /// @param pszStyleFile initial page, UTF-8; read immediately. If it can't be read, the page is empty.
-  explicit ChatView(const char* pszStyleFile, QWidget* pParent = nullptr);
+  /// @param qstrStyleFile initial page, UTF-8; read immediately. If it can't be read, the page is empty.
+  explicit ChatView(const QString& qstrStyleFile, QWidget* pParent = nullptr);
   ~ChatView() override;
 
   /// Removes all bubbles.

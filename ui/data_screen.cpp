@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <vector>
 
 #include "ui/category_tables.h"
 #include "ui/styles.h"
@@ -35,6 +36,7 @@ void DRUI::InitLayout3Widget() {
   delete m_pDataScreen;
   m_pDataScreen = new QWidget;
   m_pDataScreen->setObjectName("m_pDataScreen");
+  m_pDataScreen->setStyleSheet(kScrollBarStyle);
   m_pPageStack = new QStackedLayout;
   m_pPageStack->setObjectName("m_pPageStack");
   for (int nNumber : kPageOrder) m_pPageStack->addWidget(CreatePage(TableSpec::Of(nNumber)));
@@ -73,6 +75,9 @@ void DRUI::InitLayout3Widget() {
   pLayout->addStretch(5);
   pLayout->addWidget(pStrip);
   pLayout->addWidget(CreateFoot(999));
-  QWidget::setTabOrder(m_pCategoryTree, m_pCameraTable);
-  QWidget::setTabOrder(pHomeButton, m_pRecoveryButton);
+  std::vector<QWidget*> order = {m_pCategoryTree};
+  for (int nNumber : kPageOrder) order.push_back(this->*TableSpec::Of(nNumber).pTable);
+  order.insert(order.end(),
+               {pHomeButton, m_pRecoveryButton, m_pDataScreen->findChild<QPushButton*>("helpButton")});
+  for (size_t i = 1; i < order.size(); ++i) QWidget::setTabOrder(order[i - 1], order[i]);
 }

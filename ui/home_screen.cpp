@@ -4,7 +4,9 @@
 #include <QVBoxLayout>
 
 #include "common/text.h"
+#include "ui/backup_table.h"
 #include "ui/cell_delegate.h"
+#include "ui/focus_ring.h"
 #include "ui/styles.h"
 #include "ui/window.h"
 
@@ -33,6 +35,7 @@ QVBoxLayout* CreateColumn() {
 QWidget* DRUI::InitLayout1Widget() {
   m_pHomeScreen = new QWidget;
   m_pHomeScreen->setObjectName("m_pHomeScreen");
+  m_pHomeScreen->setStyleSheet(kScrollBarStyle);
 
   QVBoxLayout* pList = CreateColumn();
   pList->addWidget(CreateText("Select an iTunes Backup File of your iOS device below to scan.", 13, 75));
@@ -77,16 +80,19 @@ QWidget* DRUI::InitLayout1Widget() {
   pLayout->addWidget(CreateFoot(1000));
   QWidget::setTabOrder(m_pBackupTable, pSelectButton);
   QWidget::setTabOrder(pSelectButton, m_pScanButton);
+  QWidget::setTabOrder(m_pScanButton, m_pHomeScreen->findChild<QPushButton*>("helpButton"));
   return m_pHomeScreen;
 }
 
 void DRUI::InitLayout2Widget() {}
 
 QTableWidget* DRUI::CreateiTunesTable() {
-  m_pBackupTable = new QTableWidget;
+  m_pBackupTable = new BackupTable;
   m_pBackupTable->setObjectName("m_pBackupTable");
   m_pBackupTable->setAccessibleName("Backups");
   CellDelegate::Install(m_pBackupTable);
+  FocusRing::Install(m_pBackupTable);
+  m_pBackupTable->setFont(TextFont(10, 50));
   m_pBackupTable->setAttribute(Qt::WA_MouseTracking);
   m_pBackupTable->setIconSize(QSize(32, 32));
   m_pBackupTable->setColumnCount(3);

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "ui/drag.h"
+#include "ui/focus_ring.h"
 #include "ui/styles.h"
 
 using namespace orvandel;
@@ -19,6 +20,7 @@ CMessageBox::CMessageBox(QDialog*, Qt::WindowFlags flags) : QDialog(nullptr, fla
   InitResources();
   m_ui.setupUi(this);
   setWindowTitle("Orvandel");
+  setWindowIcon(QIcon(":/image/logo.ico"));
   setFixedSize(kWidth, kHeight);
 }
 
@@ -76,6 +78,7 @@ void CMessageBox::AddButton(const char* pszText, const char* pszName, int nX,
   pButton->setFont(TextFont(12, 50));
   pButton->setCursor(Qt::PointingHandCursor);
   pButton->setStyleSheet(dialog_style::main_button_style);
+  FocusRing::Install(pButton);
   connect(pButton, &QPushButton::clicked, this, pfnSlot);
 }
 

@@ -1,6 +1,7 @@
 // The preview of the current row, beside or above a table, and the file list of an app.
 
 #include <QBoxLayout>
+#include <QCoreApplication>
 #include <QFile>
 #include <QImageReader>
 
@@ -48,6 +49,12 @@ QLabel* CreateTextLabel(const TablePreview& preview) {
   pLabel->setFont(TextFont(12, 50));
   pLabel->setMinimumSize(preview.labelSize);
   return pLabel;
+}
+
+/// Path of the page that the chat views start from: it lies beside the program, whatever the working
+/// directory.
+QString StylePage() {
+  return QCoreApplication::applicationDirPath() + "/style.html";
 }
 
 /// Returns a picture as the label shows it: unscaled up to a width of 700, else scaled to fit a size. Null if
@@ -101,7 +108,7 @@ void DRUI::AddPreview(const TablePreview& preview, QBoxLayout* pLayout, QTableWi
   if (!preview.pszName) return pLayout->addWidget(pTable);
   QWidget* pPreview = nullptr;
   if (preview.pView)
-    pPreview = this->*preview.pView = new ChatView("style.html");
+    pPreview = this->*preview.pView = new ChatView(StylePage());
   else
     pPreview = this->*preview.pLabel =
                    preview.IsPicture() ? CreatePictureLabel(preview) : CreateTextLabel(preview);
@@ -229,6 +236,15 @@ void DRUI::OpenAppFiles(CategoryNumber nNumber, CategoryNumber nPreviewNumber, i
     tableItemClick(m_pAppsTable->item(0, 0));
   }
   ApplyAppRowState(spec, pAppItem->checkState());
+  m_pAppsTable->setFocus();
+}
+
+void DRUI::LeaveAppFiles() {
+  QTreeWidgetItem* pNode = m_pCategoryTree->currentItem();
+  if (!pNode) return;
+  treeItemClick(pNode, 0);
+  QWidget* pPage = m_pPageStack->currentWidget();
+  if (auto* pTable = pPage->findChild<QTableWidget*>()) pTable->setFocus();
 }
 
 void DRUI::appPhotosTableItemSelectDoubleClick(int nRow, int) {

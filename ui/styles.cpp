@@ -45,6 +45,17 @@ namespace orvandel {
 const QString dialog_style::main_button_style = ButtonStyle("rgb(191, 191, 191)", "", kDialogShape);
 const QString dialog_style::backGroud_style = "background-color: rgb(79, 79 ,79);";
 
+const QString kScrollBarStyle =
+    "QScrollBar{background:rgb(240, 240, 240);border:none;}"
+    "QScrollBar:vertical{width:12px;}"
+    "QScrollBar:horizontal{height:12px;}"
+    "QScrollBar::handle{background:rgb(176, 182, 188);border-radius:4px;margin:2px;}"
+    "QScrollBar::handle:vertical{min-height:28px;}"
+    "QScrollBar::handle:horizontal{min-width:28px;}"
+    "QScrollBar::handle:hover,QScrollBar::handle:pressed{background:rgb(130, 138, 146);}"
+    "QScrollBar::add-line,QScrollBar::sub-line{width:0px;height:0px;}"
+    "QScrollBar::add-page,QScrollBar::sub-page{background:none;}";
+
 QFont TextFont(int nSize, int nWeight) {
   QFont font("Calibri", -1, FontWeight(nWeight));
   font.setPixelSize(nSize);

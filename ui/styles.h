@@ -19,6 +19,10 @@ extern const QString main_button_style;
 extern const QString backGroud_style;
 }  // namespace dialog_style
 
+/// Style sheet of scroll bars. A screen needs it because the background of its window also covers their
+/// parts.
+extern const QString kScrollBarStyle;
+
 /// Returns Calibri in a size in pixels, as the widgets' sizes are, and a weight: 50 normal, 75 bold, 87
 /// black. If it isn't installed, the system's metric-compatible substitute is used.
 QFont TextFont(int nSize, int nWeight);

@@ -233,6 +233,8 @@ class DRUI : public QMainWindow {
   void ShowText(const orvandel::TablePreview& preview, const QVariant& hidden);
   void ShowMessages(const orvandel::TablePreview& preview, const QVariant& hidden);
   void ShowChat(const orvandel::TablePreview& preview, const QVariant& hidden);
+  /// By keyboard: leaves the file list of an app as a click on its node does.
+  void LeaveAppFiles();
   void OpenAppFiles(orvandel::CategoryNumber nNumber, orvandel::CategoryNumber nPreviewNumber, int nRow);
 
   // The scan (app/scan_workflow.cpp), its decrypt tool (app/encrypted_backup.cpp) and the recovery

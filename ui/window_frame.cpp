@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "ui/drag.h"
+#include "ui/focus_ring.h"
 #include "ui/styles.h"
 #include "ui/urls.h"
 #include "ui/window.h"
@@ -100,6 +101,7 @@ QPushButton* DRUI::CreateActionButton(const QString& qstrText, const QRect& rect
   pButton->setFlat(true);
   pButton->setCursor(Qt::PointingHandCursor);
   pButton->setStyleSheet(Layout2_main_button_style);
+  FocusRing::Install(pButton);
   return pButton;
 }
 
@@ -138,6 +140,7 @@ QPushButton* DRUI::CreateButton(int nKind, int nX, QWidget* pParent) {
   pButton->setIconSize(size);
   pButton->resize(size);
   pButton->setCursor(Qt::PointingHandCursor);
+  FocusRing::Install(pButton);
   return pButton;
 }
 
