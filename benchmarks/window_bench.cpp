@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -138,6 +139,34 @@ double TickRow(DRUI& window) {
   timer.start();
   pTable->item(kRows - 1, 0)->setCheckState(Qt::Checked);
   window.cameraTableItemPress(kRows - 1, 0);
+  QCoreApplication::processEvents();
+  return Milliseconds(timer);
+}
+
+/// Writes a picture of the size of a phone's, with detail everywhere. @return its path.
+QString WritePicture(const QSize& size, const char* pszName) {
+  const QString qstrPath = QDir(DestinationRoot()).filePath(pszName);
+  QDir().mkpath(DestinationRoot());
+  QImage image(size, QImage::Format_RGB32);
+  for (int y = 0; y < size.height(); ++y) {
+    auto* pLine = reinterpret_cast<QRgb*>(image.scanLine(y));
+    for (int x = 0; x < size.width(); ++x)
+      pLine[x] = qRgb((x * 7 + y) / 40 % 256, (x / 5 + y * 3) % 256, (x * y >> 9) % 256);
+  }
+  image.save(qstrPath, "JPG", 90);
+  return qstrPath;
+}
+
+/// Time from the choice of a row until its picture is painted.
+double ShowPicture(DRUI& window, const QString& qstrPath) {
+  window.InitLayout3Widget();
+  _IPHONE_CAMERA_INFO_ record;
+  record.strFileName = "IMG_0001.JPG";
+  record.wstrFilePath = qstrPath.toStdU16String();
+  WindowAccess::Records(window).m_vecCamera = {record};
+  QElapsedTimer timer;
+  timer.start();
+  WindowAccess::Tree(window)->setCurrentItem(WindowAccess::Tree(window)->topLevelItem(kCameraRoll));
   QCoreApplication::processEvents();
   return Milliseconds(timer);
 }
@@ -323,6 +352,12 @@ int main(int argc, char** argv) {
   // Here the slowest of several rounds, with the limit itself as the baseline.
   PrintRow("Tick on the node of 100,000 rows / 300 ms", Worst([&] { return TickNode(window); }), 300, 1.0);
   PrintRow("Tick on one of 100,000 rows / 30 ms", Worst([&] { return TickRow(window); }), 30, 1.0);
+  const QString qstrSmaller = WritePicture(QSize(4032, 3024), "12.jpg");
+  const QString qstrLarger = WritePicture(QSize(8064, 6048), "48.jpg");
+  PrintRow("Picture of 12 megapixels on view / 150 ms",
+           Worst([&] { return ShowPicture(window, qstrSmaller); }), 150, 1.0);
+  PrintRow("Picture of 48 megapixels on view / 150 ms",
+           Worst([&] { return ShowPicture(window, qstrLarger); }), 150, 1.0);
   MeasureRecovery(window);
   int nSignals = 0;
   QObject::connect(&window, &DRUI::ScanProcessCallBack, &window, [&](int) { ++nSignals; });

@@ -27,7 +27,7 @@ void DeclareSharded(const std::string& strRoot);
 /// A file of a backup, open for reading.
 struct OpenedFile {
   Descriptor descriptor;
-  int64_t nSize;  ///< in bytes
+  int64_t nSize = 0;  ///< in bytes
 };
 
 /// Opens a file of a backup for reading. All files of backups are opened by this function. It refuses

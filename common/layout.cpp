@@ -9,9 +9,10 @@ namespace orvandel {
 
 namespace {
 
-/// An identifier must not lead to another folder, and paths end at the first NUL.
+/// An identifier must not lead to another folder, not even with its first two characters, and paths end at
+/// the first NUL.
 bool IsFileName(const QString& qstrId) {
-  return !qstrId.contains('/') && !qstrId.contains(QChar('\0')) && qstrId != "." && qstrId != "..";
+  return !qstrId.contains('/') && !qstrId.contains(QChar('\0')) && qstrId != "." && !qstrId.startsWith("..");
 }
 
 bool IsPlainByte(char ch) {

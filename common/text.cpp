@@ -60,7 +60,9 @@ std::u16string Ansi2Unicode(const char* pszNarrow) {
 
 int inner_uni2str(std::string& strNarrow, const char16_t* pWide) {
   // Same result as QString::toLatin1 without its two copies; called for each file of a walk.
-  strNarrow.resize(pWide ? std::char_traits<char16_t>::length(pWide) : 0);
+  strNarrow.clear();
+  if (!pWide) return 0;
+  strNarrow.resize(std::char_traits<char16_t>::length(pWide));
   for (char& nByte : strNarrow) {
     nByte = *pWide < 0x100 ? static_cast<char>(*pWide) : '?';
     ++pWide;

@@ -158,7 +158,6 @@ int main(int argc, char** argv) {
   g_strBackupRoot = ToNarrow(QDir(FromNarrow(argv[1])).absolutePath()) + "/";
   g_folder = QDir(FromNarrow(argv[2])).absolutePath();
   QDir().mkpath(g_folder);
-  QDir::setCurrent(QCoreApplication::applicationDirPath());
   DRUI window;
   window.show();
   if (!QTest::qWaitForWindowExposed(&window)) return 1;

@@ -42,10 +42,10 @@ constexpr char kGuardScript[] =
     "page.querySelectorAll('meta').forEach(function(meta){meta.remove()});markup=page.body.innerHTML}"
     "insert.call(this,place,markup)}})()";
 
-/// Returns true for text that may contain a named element or a colour input, or a script escape that may hide
-/// one.
+/// Returns true for text that may contain a named element or a colour input. An attribute in quotes may hold
+/// the end of a tag, and a script's escape anything.
 bool MayHoldNames(const QString& qstrText) {
-  static const QRegularExpression name("<[^>]*((id|name)\\s*=|color|href|form)",
+  static const QRegularExpression name("<[^>]*((id|name)\\s*=|color|href|form|')",
                                        QRegularExpression::CaseInsensitiveOption);
   return qstrText.contains('\\') || qstrText.contains(name);
 }
@@ -70,7 +70,10 @@ ChatEngineFactory* EngineFactory() {
 ChatView::ChatView(const QString& qstrStyleFile, QWidget* pParent)
     : QWidget(pParent), m_qstrPage(ReadPage(qstrStyleFile)) {}
 
-ChatView::~ChatView() = default;
+ChatView::~ChatView() {
+  // While the members live: it answers the scripts that haven't run.
+  if (m_pEngine) delete m_pEngine->Widget();
+}
 
 void ChatView::Clear() {
   m_nContent = 0;

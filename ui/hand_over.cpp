@@ -2,6 +2,8 @@
 
 #include <QThread>
 #include <chrono>
+#include <new>
+#include <utility>
 
 namespace orvandel {
 
@@ -14,8 +16,14 @@ void HandOver::Run(const std::function<void()>& step) {
   m_pStep = &step;
   m_changed.notify_all();
   m_nStep = (m_nStep + 1) & 0xFFFF;
-  QMetaObject::invokeMethod(this, "ServePending", Qt::QueuedConnection, Q_ARG(int, m_nStep));
+  try {
+    QMetaObject::invokeMethod(this, "ServePending", Qt::QueuedConnection, Q_ARG(int, m_nStep));
+  } catch (const std::bad_alloc&) {
+    m_pStep = nullptr;
+    throw;
+  }
   m_changed.wait(lock, [this] { return m_pStep == nullptr; });
+  if (m_pError) std::rethrow_exception(std::exchange(m_pError, nullptr));
 }
 
 void HandOver::ServeFor(unsigned int nMilliseconds) {
@@ -53,8 +61,15 @@ void HandOver::Serve() {
   const std::function<void()>* pStep = m_pStep;
   if (!pStep) return;  // served already, while the main thread blocked
   lock.unlock();
-  (*pStep)();
+  std::exception_ptr pError;
+  try {
+    (*pStep)();
+  } catch (...) {
+    // The event loop can't carry it on, and the worker waits.
+    pError = std::current_exception();
+  }
   lock.lock();
+  m_pError = pError;
   m_pStep = nullptr;
   m_changed.notify_all();
 }

@@ -1,6 +1,7 @@
 #pragma once
 #include <QObject>
 #include <condition_variable>
+#include <exception>
 #include <functional>
 #include <mutex>
 
@@ -15,7 +16,7 @@ class HandOver : public QObject {
 
  public:
   /// Runs a step on the main thread and returns when it has run. On the main thread it runs at once.
-  /// One worker at a time.
+  /// One worker at a time. What the step throws is thrown here.
   void Run(const std::function<void()>& step);
 
   /// Main thread: waits for a step or a Wake for at most so long, and runs the step if there is one.
@@ -37,6 +38,7 @@ class HandOver : public QObject {
   std::condition_variable m_changed;
   const std::function<void()>* m_pStep = nullptr;  // of the worker that waits; null when there is none
   int m_nStep = 0;                                 // its number
+  std::exception_ptr m_pError;                     // what the last step threw
   bool m_bWoken = false;                           // no wait has seen the last Wake yet
 };
 

@@ -93,5 +93,6 @@ TEST(Layout, IdentifierThatIsNotAFileNameHasNoPath) {
   const BackupLayout layout{"/backup", false, true};
 
   EXPECT_EQ(QString(), layout.PathOf("../secret/file"));
+  EXPECT_EQ(QString(), layout.PathOf("..secret")) << "its first two characters are a folder";
   EXPECT_EQ(QString(), layout.PathOf("/etc/passwd"));
 }

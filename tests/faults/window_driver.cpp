@@ -3,7 +3,6 @@
 // Scans one backup of the list and recovers all of it. Ends with 0, also when the list lacks the backup.
 
 #include <QApplication>
-#include <QDir>
 #include <QTimer>
 #include <cstdio>
 #include <cstring>
@@ -74,7 +73,6 @@ int main(int argc, char** argv) {
   InitResources();
   g_strBackupRoot = std::string(argv[1]) + "/";
   g_strWorkFolder = std::string(argv[3]) + "/";
-  QDir::setCurrent(QCoreApplication::applicationDirPath());
   DRUI window;
   window.setVisible(true);
   WindowAccess::SetPassword(window, QString::fromUtf8(argv[5]));

@@ -54,6 +54,29 @@ TEST(HandOver, ServesAStepWhereTheMainThreadBlocks) {
   EXPECT_EQ(3, nSteps);
 }
 
+TEST(HandOver, GivesTheWorkerWhatItsStepThrows) {
+  HandOver handOver;
+  bool bThrown = false;
+  std::atomic<bool> bReturned{false};
+  int nSteps = 0;
+  std::thread worker([&] {
+    try {
+      handOver.Run([] { throw std::bad_alloc(); });
+    } catch (const std::bad_alloc&) {
+      bThrown = true;
+    }
+    handOver.Run([&] { ++nSteps; });
+    bReturned = true;
+  });
+
+  const bool bServed = WaitFor([&] { return bReturned.load(); });
+  worker.join();
+
+  EXPECT_TRUE(bServed);
+  EXPECT_TRUE(bThrown);
+  EXPECT_EQ(1, nSteps);
+}
+
 TEST(HandOver, TheWorkerWaitsUntilItsStepHasRun) {
   HandOver handOver;
   std::atomic<bool> bReturned{false};

@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
   if (geteuid() == 0) qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");  // the engine's sandbox refuses root
   QApplication application(argc, argv);  // also takes the locale from the environment
   QApplication::setQuitOnLastWindowClosed(false);
-  QDir::setCurrent(QCoreApplication::applicationDirPath());  // the chat page is found by its name alone
+  QDir::setCurrent(QCoreApplication::applicationDirPath());
   InitResources();
   testing::InitGoogleMock(&argc, argv);
   InstallTestEnvironment();

@@ -1,5 +1,6 @@
 // The hidden chats of bubbles beside the tables of messages and of WhatsApp.
 
+#include <QDir>
 #include <QPointer>
 
 #include "tests/ui/preview_fixture.h"
@@ -34,6 +35,17 @@ TEST_F(PreviewMessages, AreNewestFirstEachOnItsSide) {
   EXPECT_EQ(Bubbles({Received("2014-03-03 10:00:00Ann<br>third"), Sent("2014-02-02 10:00:00Me<br>second"),
                      Received("2014-01-01 10:00:00<br>first")}),
             BubblesOf(Messages()));
+}
+
+TEST_F(PreviewMessages, HaveTheirPageWhateverTheWorkingDirectory) {
+  const QString qstrBefore = QDir::currentPath();
+  QDir::setCurrent(QString::fromStdString(m_folder.MakeFolder("elsewhere")));
+  OpenDataScreen();
+  QDir::setCurrent(qstrBefore);
+
+  EngineOf(Messages());
+
+  EXPECT_TRUE(Ask(Messages(), "document.getElementById('content')===document.body").toBool());
 }
 
 TEST_F(PreviewMessages, AnyNonZeroFlagIsASentMessage) {
