@@ -1,11 +1,11 @@
 // The preview of the current row, beside or above a table, and the file list of an app.
 
 #include <QBoxLayout>
-#include <QCoreApplication>
 #include <QFile>
 #include <QImageReader>
 
 #include "common/file.h"
+#include "common/places.h"
 #include "common/text.h"
 #include "ui/category_tables.h"
 #include "ui/chat_view.h"
@@ -54,7 +54,7 @@ QLabel* CreateTextLabel(const TablePreview& preview) {
 /// Path of the page that the chat views start from: it lies beside the program, whatever the working
 /// directory.
 QString StylePage() {
-  return QCoreApplication::applicationDirPath() + "/style.html";
+  return FromNarrow(ProgramFolder() + "style.html");
 }
 
 /// Returns a picture as the label shows it: unscaled up to a width of 700, else scaled to fit a size. Null if

@@ -93,7 +93,7 @@ TEST_F(ChatViewTest, ThePageOfTheProgramHasStylesForBothSides) {
 }
 
 TEST_F(ChatViewTest, WithoutItsPageTheWindowWorksAndThePanesStayEmpty) {
-  EnterFolder(m_folder.MakeFolder("elsewhere"));
+  SetProgramFolder(m_folder.MakeFolder("elsewhere"));
   OpenDataScreen();
   Records().m_mapMessage = {{1, {Message(0, "a")}}, {2, {Message(1, "b")}}};
   Records().m_mapWhatsApp = {{1, {ChatMessage(0, "A")}}, {2, {ChatMessage(1, "B")}}};
