@@ -33,7 +33,7 @@ const QString Layout2_main_button_style2 = ButtonStyle("rgb(48, 81, 109)", "colo
 const QString backGroud_style = "background-color: rgb(112, 128, 144);";
 const QString Layout1TopBackGroud_style = "background-color: rgb(79, 79 ,79);";
 const QString LayoutLine_style = "background-color: rgb(37, 101, 137);";
-const QString Version_label = "Version 4.7.5";
+const QString Version_label = "Version " ORVANDEL_VERSION;
 
 /// Q_INIT_RESOURCE doesn't work inside a namespace.
 static void RegisterIcons() {

@@ -117,7 +117,7 @@ TEST_F(DataScreen, IsFramedByTopBarAndFoot) {
   EXPECT_NE(nullptr, pBar->findChild<QPushButton*>("helpButton"));
   EXPECT_EQ(nullptr, Screen()->findChild<QPushButton*>("menuButton"));
   EXPECT_EQ(Corners(880, 20, 999, 49), pVersion->geometry());
-  EXPECT_EQ("Version 4.7.5", TextOf(pVersion));
+  EXPECT_EQ("Version " ORVANDEL_VERSION, TextOf(pVersion));
   EXPECT_EQ(0, pLayout->spacing());
   EXPECT_EQ(std::vector<int>({0, 0, 0, 0}), MarginsOf(pLayout));
   EXPECT_EQ(std::vector<int>({2, 0, 2, 0}), MarginsOf(pLayout->itemAt(2)->layout()));

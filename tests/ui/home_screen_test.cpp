@@ -65,7 +65,7 @@ TEST_F(HomeScreen, FooterShowsTheVersion) {
   EXPECT_GE(pFoot->minimumWidth(), 1000);
   EXPECT_EQ(40, pFoot->minimumHeight());
   EXPECT_EQ(Layout1TopBackGroud_style, pFoot->styleSheet());
-  EXPECT_EQ("Version 4.7.5", TextOf(pVersion));
+  EXPECT_EQ("Version " ORVANDEL_VERSION, TextOf(pVersion));
   EXPECT_EQ(Corners(880, 20, 1000, 49), pVersion->geometry());
   EXPECT_EQ("Calibri 10/50", FontOf(pVersion));
   EXPECT_EQ(QColor(Qt::white), TextColour(pVersion));

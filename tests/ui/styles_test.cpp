@@ -63,7 +63,7 @@ TEST(Styles, PlainOnesReadLetterByLetter) {
   EXPECT_EQ("background-color: rgb(112, 128, 144);", backGroud_style);
   EXPECT_EQ("background-color: rgb(79, 79 ,79);", Layout1TopBackGroud_style);
   EXPECT_EQ("background-color: rgb(37, 101, 137);", LayoutLine_style);
-  EXPECT_EQ("Version 4.7.5", Version_label);
+  EXPECT_EQ("Version " ORVANDEL_VERSION, Version_label);
   EXPECT_EQ("background-color: rgb(79, 79 ,79);", dialog_style::backGroud_style);
 }
 
