@@ -4,16 +4,20 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Packages for every build, then those for tests, benchmarks and so on.
-debian_build="g++ cmake ninja-build qt6-base-dev libqt6sql6-sqlite qt6-webengine-dev libgl-dev libssl-dev libsqlite3-dev libplist-dev pkg-config fonts-crosextra-carlito"
+debian_build="g++ cmake ninja-build qt6-base-dev libqt6sql6-sqlite qt6-webengine-dev libgl-dev libssl-dev libsqlite3-dev libplist-dev pkg-config pandoc fonts-crosextra-carlito fonts-noto-color-emoji fonts-droid-fallback"
 debian_screens="xvfb"
 debian_test="libgtest-dev libgmock-dev chromium nodejs openssl python3 python3-jsonschema xvfb xdotool imagemagick"
+debian_package="dpkg-dev file fakeroot lintian"
+debian_package_test="debootstrap xvfb xdotool"
 debian_format="clang-format"
 debian_tidy="clang-tidy python3"
 debian_bench="libbenchmark-dev libssl-dev libsqlite3-dev time"
 debian_fuzz="clang libclang-rt-14-dev"
-brew_build="cmake ninja qt openssl@3 sqlite libplist pkgconf libiconv"
+brew_build="cmake ninja qt openssl@3 sqlite libplist pkgconf pandoc libiconv"
 brew_screens="xorg-server"
 brew_test="googletest node openssl@3 python"
+brew_package=""
+brew_package_test=""
 brew_format="clang-format"
 brew_tidy="llvm python"
 brew_bench="google-benchmark openssl@3 sqlite"
@@ -75,7 +79,7 @@ setup_macos() {
   export CMAKE_PREFIX_PATH="$prefixes$(brew --prefix)${CMAKE_PREFIX_PATH:+:$CMAKE_PREFIX_PATH}"
 }
 
-# setup KIND...: KIND is build, test, format, tidy, screens, bench or fuzz.
+# setup KIND...: KIND is build, test, format, tidy, screens, bench, fuzz, package or package_test.
 setup() {
   local kind debian="" formulas="" name
   for kind in "$@"; do
