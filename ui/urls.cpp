@@ -1,5 +1,7 @@
 #include "ui/urls.h"
 
+#include <QFileInfo>
+
 // In a domain reserved for documentation (RFC 2606), as the pages have no address yet.
 CURLConfig::CURLConfig()
     : m_urls{"https://orvandel.example/", "https://orvandel.example/help.html",
@@ -10,3 +12,13 @@ CURLConfig* CURLConfig::GetInstance() {
   static CURLConfig config;
   return &config;
 }
+
+namespace orvandel {
+
+QUrl HelpPage(const QUrl& online, const QString& qstrFolder) {
+  const QFileInfo guide(qstrFolder + "/guide.html");
+  const bool bPlaceholder = online.host().endsWith(".example");
+  return bPlaceholder && guide.isFile() ? QUrl::fromLocalFile(guide.absoluteFilePath()) : online;
+}
+
+}  // namespace orvandel

@@ -1,5 +1,6 @@
 // Shared by both screens: top bar, gap and footer, the buttons, and dragging the window.
 
+#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QMenu>
@@ -164,7 +165,8 @@ void DRUI::SetMenuStatus(QAction* pAction) {
 }
 
 void DRUI::btnHelpSlot() {
-  btnOpenUrl(CURLConfig::GetInstance()->GetUrl(CURLConfig::kOnlineHelp));
+  const QUrl online(CURLConfig::GetInstance()->GetUrl(CURLConfig::kOnlineHelp));
+  btnOpenUrl(HelpPage(online, QCoreApplication::applicationDirPath()).toString());
 }
 void DRUI::btnSupportSlot() {
   btnOpenUrl(CURLConfig::GetInstance()->GetUrl(CURLConfig::kSupport));

@@ -1,3 +1,4 @@
+#include <QFileInfo>
 #include <QMenu>
 #include <QSignalSpy>
 
@@ -17,6 +18,10 @@ class Menu : public WindowTest {
     return QSize(static_cast<int>(picture.width() / 1.3), static_cast<int>(picture.height() / 1.3));
   }
   QString Url(CURLConfig::Slot slot) const { return CURLConfig::GetInstance()->GetUrl(slot); }
+  /// The page that the Help button opens, with or without a guide beside the tests.
+  QString Help() const {
+    return HelpPage(Url(CURLConfig::kOnlineHelp), QCoreApplication::applicationDirPath()).toString();
+  }
   QAction* Action(int nPlace) { return WindowAccess::MenuButton(*m_pWindow)->menu()->actions().at(nPlace); }
 
   QWidget m_parent;
@@ -93,7 +98,7 @@ TEST_F(Menu, ActionsOpenTheirPages) {
 
   for (int i = 0; i < 3; ++i) Action(i)->trigger();
 
-  EXPECT_EQ(QStringList({Url(CURLConfig::kOnlineHelp), Url(CURLConfig::kSupport)}), m_browser.m_opened);
+  EXPECT_EQ(QStringList({Help(), Url(CURLConfig::kSupport)}), m_browser.m_opened);
 }
 
 TEST_F(Menu, AnActionOfAnotherNameDoesNothing) {
@@ -115,12 +120,46 @@ TEST_F(Menu, IsOnNoScreen) {
   EXPECT_EQ(nullptr, Window().findChild<QPushButton*>("menuButton"));
 }
 
-TEST_F(Menu, TheHelpButtonOpensTheOnlineHelp) {
+TEST_F(Menu, TheHelpButtonOpensTheHelp) {
   Open();
 
   Click(Find<QPushButton>("helpButton"));
 
-  EXPECT_EQ(QStringList({Url(CURLConfig::kOnlineHelp)}), m_browser.m_opened);
+  EXPECT_EQ(QStringList({Help()}), m_browser.m_opened);
+}
+
+TEST(HelpPage, IsTheGuideInPlaceOfAPlaceholder) {
+  const TemporaryFolder folder;
+  const std::string strGuide = folder.Write("guide.html", "<p>");
+
+  const QUrl page =
+      HelpPage(QUrl("https://orvandel.example/help.html"), QString::fromStdString(folder.Path("")));
+
+  EXPECT_EQ("file", page.scheme());
+  EXPECT_EQ(QFileInfo(QString::fromStdString(strGuide)), QFileInfo(page.toLocalFile()));
+}
+
+TEST(HelpPage, IsOnlineWithARealAddress) {
+  const TemporaryFolder folder;
+  folder.Write("guide.html", "<p>");
+  const QUrl online("https://help.example.org/guide.html");
+
+  EXPECT_EQ(online, HelpPage(online, QString::fromStdString(folder.Path(""))));
+}
+
+TEST(HelpPage, IsOnlineWithoutAGuide) {
+  const TemporaryFolder folder;
+  const QUrl online("https://orvandel.example/help.html");
+
+  EXPECT_EQ(online, HelpPage(online, QString::fromStdString(folder.Path(""))));
+}
+
+TEST(HelpPage, OfTheProgramIsTheGuide) {
+  const TemporaryFolder folder;
+  folder.Write("guide.html", "<p>");
+  const QUrl online(CURLConfig::GetInstance()->GetUrl(CURLConfig::kOnlineHelp));
+
+  EXPECT_TRUE(HelpPage(online, QString::fromStdString(folder.Path(""))).isLocalFile());
 }
 
 TEST_F(Menu, SlotsOpenAboutSupportAndAnyPage) {

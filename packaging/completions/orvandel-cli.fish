@@ -1,0 +1,23 @@
+# Completion of orvandel-cli for fish.
+
+set -l commands backups scan recover
+set -l none "not __fish_seen_subcommand_from $commands"
+set -l any "__fish_seen_subcommand_from $commands"
+set -l reads "__fish_seen_subcommand_from scan recover"
+set -l recover "__fish_seen_subcommand_from recover"
+
+complete -c orvandel-cli -f
+complete -c orvandel-cli -n $none -a backups -d 'List the backups in a folder'
+complete -c orvandel-cli -n $none -a scan -d 'Count the content of a backup'
+complete -c orvandel-cli -n $none -a recover -d 'Recover the content of a backup'
+complete -c orvandel-cli -n $any -a '(__fish_complete_directories)'
+complete -c orvandel-cli -s h -l help -d 'Show a summary'
+complete -c orvandel-cli -s v -l version -d 'Show the version'
+complete -c orvandel-cli -n $any -l json -d 'Print JSON'
+complete -c orvandel-cli -n $any -s q -l quiet -d 'Show no progress and no copied files'
+complete -c orvandel-cli -n $reads -l password-file -r -F -d 'Read the password from a file'
+complete -c orvandel-cli -n $reads -l password-stdin -d 'Read the password from standard input'
+complete -c orvandel-cli -n $reads -l force -d 'Decrypt even with too little space'
+complete -c orvandel-cli -n '__fish_seen_subcommand_from scan' -l manifest -d 'Add every entry of the manifest'
+complete -c orvandel-cli -n $recover -l only -x -d 'Recover only these categories' \
+    -a '"Camera Roll" "Photo Stream" "App Photos" "App Videos" Message "Messages Attachments" Contacts "Call History" Notes WhatsApp "WhatsApp Attachments"'
