@@ -4,6 +4,7 @@
 
 #include "app/message_handler.h"
 #include "app/relaunch.h"
+#include "app/user_session.h"
 #include "common/text.h"
 #include "ui/window.h"
 
@@ -27,13 +28,17 @@ int main(int argc, char** argv) {
   // Started by another process, the program may outlive whoever reads its output: the toolkit already warns
   // at start.
   signal(SIGPIPE, SIG_IGN);
+  UserSession session;
+  session.JoinDisplay();
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);  // the window quits explicitly
   qInstallMessageHandler(customMessageHandler);
   inner_initUnicodeMap("UTF-8");
-  if (argc == kSecondStageArguments)
+  if (argc == kSecondStageArguments) {
+    session.ServeLinks();
     ShowWindow();
-  else
+  } else {
     RelaunchWithRights();
+  }
   return 0;
 }
