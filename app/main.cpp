@@ -6,6 +6,7 @@
 #include "app/relaunch.h"
 #include "app/user_session.h"
 #include "common/text.h"
+#include "ui/styles.h"
 #include "ui/window.h"
 
 using namespace orvandel;
@@ -17,6 +18,7 @@ constexpr int kSecondStageArguments = 2;  // the program name and one argument o
 void ShowWindow() {
   // The dialog that asks for a destination starts in the working directory.
   QDir::setCurrent(QDir::homePath());
+  UseLightColours();
   DRUI window;
   window.setVisible(true);
   QApplication::exec();

@@ -1,6 +1,8 @@
 #include "ui/styles.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QPalette>
 
 using namespace orvandel;
 
@@ -60,6 +62,27 @@ QFont TextFont(int nSize, int nWeight) {
   QFont font("Calibri", -1, FontWeight(nWeight));
   font.setPixelSize(nSize);
   return font;
+}
+
+void UseLightColours() {
+  constexpr QColor kFace(239, 239, 239);
+  constexpr QColor kFaded(190, 190, 190);
+  QPalette palette(kFace);
+  for (const QPalette::ColorRole role :
+       {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+    palette.setColor(role, Qt::black);
+    palette.setColor(QPalette::Disabled, role, kFaded);
+  }
+  palette.setColor(QPalette::Base, Qt::white);
+  palette.setColor(QPalette::Disabled, QPalette::Base, kFace);
+  palette.setColor(QPalette::AlternateBase, QColor(247, 247, 247));
+  palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 220));
+  palette.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+  palette.setColor(QPalette::Highlight, QColor(48, 140, 198));
+  palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(145, 145, 145));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::Link, QColor(0, 0, 255));
+  QApplication::setPalette(palette);
 }
 
 void InitResources() {

@@ -27,6 +27,10 @@ extern const QString kScrollBarStyle;
 /// black. If it isn't installed, the system's metric-compatible substitute is used.
 QFont TextFont(int nSize, int nWeight);
 
+/// Gives the application the light colours that the style sheets go with, whatever the desktop's are: on a
+/// dark one the text of tables would be light on a light ground.
+void UseLightColours();
+
 /// Registers the icon resources; resources in a static library aren't registered automatically. May be called
 /// repeatedly.
 void InitResources();

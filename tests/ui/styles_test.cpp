@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QRegularExpression>
+#include <utility>
 
 using namespace orvandel;
 
@@ -65,6 +67,29 @@ TEST(Styles, PlainOnesReadLetterByLetter) {
   EXPECT_EQ("background-color: rgb(37, 101, 137);", LayoutLine_style);
   EXPECT_EQ("Version " ORVANDEL_VERSION, Version_label);
   EXPECT_EQ("background-color: rgb(79, 79 ,79);", dialog_style::backGroud_style);
+}
+
+TEST(LightColours, TakeThePlaceOfThoseOfADarkDesktop) {
+  const QPalette before = QApplication::palette();
+  QApplication::setPalette(QPalette(QColor(30, 30, 30)));
+  const bool bWasDark = QApplication::palette().color(QPalette::Text).lightness() > 128;
+
+  UseLightColours();
+
+  const QPalette palette = QApplication::palette();
+  QApplication::setPalette(before);
+  EXPECT_TRUE(bWasDark) << "otherwise nothing is shown";
+  for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+    for (const auto& [text, ground] :
+         {std::pair(QPalette::WindowText, QPalette::Window), std::pair(QPalette::Text, QPalette::Base),
+          std::pair(QPalette::ButtonText, QPalette::Button),
+          std::pair(QPalette::ToolTipText, QPalette::ToolTipBase)}) {
+      EXPECT_LT(palette.color(group, text).lightness(), 50) << text;
+      EXPECT_GT(palette.color(group, ground).lightness(), 200) << ground;
+    }
+    EXPECT_GT(palette.color(group, QPalette::HighlightedText).lightness(), 200);
+    EXPECT_LT(palette.color(group, QPalette::Highlight).lightness(), 160);
+  }
 }
 
 }  // namespace
