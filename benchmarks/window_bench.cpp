@@ -143,6 +143,10 @@ double TickRow(DRUI& window) {
   return Milliseconds(timer);
 }
 
+QString DestinationRoot() {
+  return QCoreApplication::applicationDirPath() + "/../data/recovered/";
+}
+
 /// Writes a picture of the size of a phone's, with detail everywhere. @return its path.
 QString WritePicture(const QSize& size, const char* pszName) {
   const QString qstrPath = QDir(DestinationRoot()).filePath(pszName);
@@ -207,10 +211,6 @@ QString FilesToRecover() {
     file.write(content);
   }
   return qstrFolder;
-}
-
-QString DestinationRoot() {
-  return QCoreApplication::applicationDirPath() + "/../data/recovered/";
 }
 
 /// A new folder beside them, after pending writes were flushed. None is removed between rounds: after many
