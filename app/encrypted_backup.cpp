@@ -29,8 +29,8 @@ QString DecryptedFolder() {
   return FromNarrow(WorkFolder() + "/" + kDecryptFolderName);
 }
 
-/// What the worker of a scan and the main thread tell each other of a run of the tool. Lines of it may be
-/// served after the scan, which a cancel has kept waiting.
+/// State of a run of the tool, shared by the worker of a scan and the main thread. After a cancel, lines may
+/// be served when the scan is over.
 struct ToolRun {
   std::atomic<bool> bKill{false};  ///< set by the main thread: a line calls for it
   std::atomic<bool> bOver{false};  ///< set by the worker: further lines mean nothing

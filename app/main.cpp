@@ -15,9 +15,9 @@ namespace {
 
 constexpr int kSecondStageArguments = 2;  // the program name and one argument of any value
 
-void ShowWindow() {
+void ShowWindow(const UserSession& session) {
   // The dialog that asks for a destination starts in the working directory.
-  QDir::setCurrent(QDir::homePath());
+  QDir::setCurrent(session.Home());
   UseLightColours();
   DRUI window;
   window.setVisible(true);
@@ -38,7 +38,7 @@ int main(int argc, char** argv) {
   inner_initUnicodeMap("UTF-8");
   if (argc == kSecondStageArguments) {
     session.ServeLinks();
-    ShowWindow();
+    ShowWindow(session);
   } else {
     RelaunchWithRights();
   }

@@ -1,5 +1,6 @@
 // The recovery: the main thread sits in the progress dialog while the worker writes what is ticked.
 
+#include <QDir>
 #include <QFileDialog>
 
 #include "app/progress_dialog.h"
@@ -14,7 +15,7 @@ using namespace orvandel;
 
 namespace {
 
-constexpr int kEndPercent = 1000;  // whatever stands before it, the bar is full
+constexpr int kEndPercent = 1000;  // fills the bar whatever is added to it
 constexpr int kEndProgress = 10000;
 
 int Share(size_t nDone, int nNumerator, size_t nTotal) {
@@ -25,6 +26,9 @@ int Share(size_t nDone, int nNumerator, size_t nTotal) {
 
 void DRUI::btnRecovery() {
   m_strSelectDir.clear();
+  // The dialog opens in the folder that the last one showed, which may be the backup's own, where Return
+  // recovers at once.
+  QFileDialog().setDirectory(QDir::currentPath());
   m_strSelectDir =
       QFileDialog::getExistingDirectory(this, QString(), m_strSelectDir, QFileDialog::ShowDirsOnly);
   if (!m_strSelectDir.isNull()) RunRecovery();

@@ -68,7 +68,7 @@ int DRUI::ScanCallBack(void* pWindow, int nProgress) {
 
 int DRUI::ScanCallBack(int nProgress) {
   if (m_bCancelScan.load(std::memory_order_relaxed)) return kStatusStopped;
-  // A walk reports for each of a million entries; the dialog hears of each value once.
+  // A walk reports for each of a million entries; the dialog gets each value once.
   if (m_task.IsNewProgress(nProgress)) emit ScanProcessCallBack(nProgress);
   return kStatusOk;
 }

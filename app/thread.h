@@ -9,7 +9,7 @@ constexpr char kNoWorker[] =
 
 }  // namespace orvandel
 
-/// A thread that runs one function. Owned by who starts it; the function's result goes nowhere.
+/// A thread that runs one function. Owned by who starts it; the function's result is discarded.
 class CMyThread : public QThread {
   Q_OBJECT
 

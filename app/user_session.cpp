@@ -23,18 +23,25 @@ QString UserSession::WaylandSocket() const {
 
 void UserSession::JoinDisplay() const {
   if (m_nUser == 0 || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) return;
-  // Without XAUTHORITY, an X server inside a Wayland session admits only its own user.
-  if (qEnvironmentVariableIsSet("DISPLAY") && qEnvironmentVariableIsSet("XAUTHORITY")) return;
+  // Without XAUTHORITY, an X server inside a Wayland session admits only its own user. With it, the server
+  // may still refuse: pkexec sets it to a file of an earlier session.
+  const bool bHasX = qEnvironmentVariableIsSet("DISPLAY") && qEnvironmentVariableIsSet("XAUTHORITY");
   const QString qstrSocket = WaylandSocket();
   if (qstrSocket.isEmpty()) return;
   qputenv("WAYLAND_DISPLAY", qstrSocket.toLocal8Bit());
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "wayland;xcb");
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    qputenv("QT_QPA_PLATFORM", bHasX ? "xcb;wayland" : "wayland;xcb");
 }
 
 void UserSession::ServeLinks() {
   if (m_nUser == 0) return;
   for (const char* pszScheme : {"file", "http", "https"})
     QDesktopServices::setUrlHandler(pszScheme, this, "Open");
+}
+
+QString UserSession::Home() const {
+  const passwd* pUser = m_nUser == 0 ? nullptr : getpwuid(m_nUser);
+  return pUser ? QString::fromLocal8Bit(pUser->pw_dir) : QDir::homePath();
 }
 
 QStringList UserSession::CommandFor(const QUrl& url) const {

@@ -16,13 +16,16 @@ class UserSession : public QObject {
   /// @param qstrRuntimeFolders  the folder with each user's runtime folder.
   explicit UserSession(const QString& qstrRuntimeFolders = "/run/user");
 
-  /// Selects the Wayland display of the session if there is no X display with its credentials. Call it before
-  /// the QApplication is created.
+  /// Selects the Wayland display of the session, as a second choice where there is an X display with
+  /// credentials. Call it before the QApplication is created.
   void JoinDisplay() const;
 
   /// Opens pages and folders in the user's programs, with the user's rights, for the lifetime of this object:
   /// browsers refuse to run as root in the session of another user. Requires a QApplication.
   void ServeLinks();
+
+  /// Home folder of the user who started the program.
+  QString Home() const;
 
   /// The command that opens a URL with the user's rights; empty if there is no such user.
   QStringList CommandFor(const QUrl& url) const;

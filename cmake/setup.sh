@@ -4,7 +4,7 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Packages for every build, then those for tests, benchmarks and so on.
-debian_build="g++ cmake ninja-build qt6-base-dev libqt6sql6-sqlite qt6-webengine-dev libgl-dev libssl-dev libsqlite3-dev libplist-dev pkg-config pandoc fonts-crosextra-carlito fonts-noto-color-emoji fonts-droid-fallback"
+debian_build="g++ cmake ninja-build qt6-base-dev libqt6sql6-sqlite qt6-webengine-dev libgl-dev libssl-dev libsqlite3-dev libplist-dev pkg-config pandoc fonts-crosextra-carlito fonts-noto-color-emoji fonts-droid-fallback fonts-nanum"
 debian_screens="xvfb"
 debian_test="libgtest-dev libgmock-dev chromium nodejs openssl python3 python3-jsonschema xvfb xdotool imagemagick"
 debian_package="dpkg-dev file fakeroot lintian"

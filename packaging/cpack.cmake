@@ -11,6 +11,7 @@ set(CPACK_VERBATIM_VARIABLES ON)
 
 if(APPLE)
   set(CPACK_GENERATOR DragNDrop)
+  set(CPACK_DMG_SLA_USE_RESOURCE_FILE_LICENSE OFF)  # newer systems lack the tools that attach it
   set(CPACK_PACKAGE_FILE_NAME "Velmora Orvandel ${PROJECT_VERSION}")
   set(CPACK_STRIP_FILES OFF)  # it would invalidate the ad-hoc signatures of macdeployqt
 else()

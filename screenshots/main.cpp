@@ -15,6 +15,7 @@
 #include "common/text.h"
 #include "ui/category_tables.h"
 #include "ui/message_box.h"
+#include "ui/styles.h"
 #include "ui/window.h"
 
 using namespace orvandel;
@@ -158,6 +159,7 @@ int main(int argc, char** argv) {
   g_strBackupRoot = ToNarrow(QDir(FromNarrow(argv[1])).absolutePath()) + "/";
   g_folder = QDir(FromNarrow(argv[2])).absolutePath();
   QDir().mkpath(g_folder);
+  UseLightColours();
   DRUI window;
   window.show();
   if (!QTest::qWaitForWindowExposed(&window)) return 1;

@@ -30,7 +30,13 @@ void BackupTable::keyPressEvent(QKeyEvent* pEvent) {
     default:
       break;
   }
+  const int nBefore = currentRow();
   QTableWidget::keyPressEvent(pEvent);
+  if (currentRow() != nBefore && currentItem()) emit cellClicked(currentRow(), currentColumn());
+}
+
+QString BackupTable::Hint() {
+  return kNoBackups;
 }
 
 void BackupTable::paintEvent(QPaintEvent* pEvent) {

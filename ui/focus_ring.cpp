@@ -1,9 +1,10 @@
 #include "ui/focus_ring.h"
 
-#include <QFocusEvent>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QPainter>
 
-using namespace orvandel;
+namespace orvandel {
 
 namespace {
 
@@ -11,32 +12,38 @@ constexpr int kGap = 2;    // pixels between the widget and the ring
 constexpr int kWidth = 2;  // of the ring
 constexpr double kRadius = 6;
 
-bool g_bKeyboardInUse = false;  // the last change of the focus that the user made was by Tab
+bool g_bKeyboardInUse = false;  // the user has pressed Tab since the last click
+
+/// Sees keys and clicks anywhere in the program. The reason of a change of the focus doesn't tell who made
+/// it: the toolkit names Tab also when it moves the focus away from a widget that is hidden.
+class InputWatcher : public QObject {
+ public:
+  bool eventFilter(QObject*, QEvent* pEvent) override {
+    if (pEvent->type() == QEvent::MouseButtonPress) {
+      g_bKeyboardInUse = false;
+      for (const QWidget* pWindow : QApplication::topLevelWidgets()) {
+        if (auto* pRing = pWindow->findChild<FocusRing*>(QString(), Qt::FindDirectChildrenOnly))
+          pRing->hide();
+      }
+    } else if (pEvent->type() == QEvent::KeyPress) {
+      const int nKey = static_cast<QKeyEvent*>(pEvent)->key();
+      if (nKey == Qt::Key_Tab || nKey == Qt::Key_Backtab) g_bKeyboardInUse = true;
+    }
+    return false;
+  }
+};
 
 }  // namespace
 
-/// Sees the focus of the widgets come and go.
-class FocusRing::Watcher : public QObject {
+/// Sees the focus of the marked widgets come and go.
+class FocusRing::FocusWatcher : public QObject {
  public:
   bool eventFilter(QObject* pWatched, QEvent* pEvent) override {
-    auto* pWidget = static_cast<QWidget*>(pWatched);
-    switch (pEvent->type()) {
-      case QEvent::FocusIn: {
-        const Qt::FocusReason reason = static_cast<QFocusEvent*>(pEvent)->reason();
-        if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) g_bKeyboardInUse = true;
-        if (reason == Qt::MouseFocusReason) g_bKeyboardInUse = false;
-        if (g_bKeyboardInUse) Of(pWidget, true)->Surround(pWidget);
-        break;
-      }
-      case QEvent::MouseButtonPress:
-        g_bKeyboardInUse = false;
-        [[fallthrough]];
-      case QEvent::FocusOut:
-      case QEvent::Hide:
-        if (FocusRing* pRing = Of(pWidget, false)) pRing->hide();
-        break;
-      default:
-        break;
+    const auto* pWidget = static_cast<QWidget*>(pWatched);
+    if (pEvent->type() == QEvent::FocusIn && g_bKeyboardInUse) {
+      Of(pWidget, true)->Surround(pWidget);
+    } else if (pEvent->type() == QEvent::FocusOut) {
+      if (FocusRing* pRing = Of(pWidget, false)) pRing->hide();
     }
     return false;
   }
@@ -54,8 +61,10 @@ FocusRing* FocusRing::Of(const QWidget* pWidget, bool bMake) {
 }
 
 void FocusRing::Install(QWidget* pWidget) {
-  static Watcher watcher;
-  pWidget->installEventFilter(&watcher);
+  static InputWatcher inputWatcher;
+  static FocusWatcher focusWatcher;
+  qApp->installEventFilter(&inputWatcher);  // a second time moves it, no more
+  pWidget->installEventFilter(&focusWatcher);
 }
 
 void FocusRing::Surround(const QWidget* pWidget) {
@@ -77,3 +86,5 @@ void FocusRing::paintEvent(QPaintEvent*) {
   painter.setPen(QPen(Qt::white, 1));
   painter.drawRoundedRect(outer.adjusted(1.5, 1.5, -1.5, -1.5), kRadius - 1, kRadius - 1);
 }
+
+}  // namespace orvandel

@@ -19,7 +19,7 @@ class FocusRing : public QWidget {
   void paintEvent(QPaintEvent* pEvent) override;
 
  private:
-  class Watcher;
+  class FocusWatcher;
 
   explicit FocusRing(QWidget* pWindow);
   /// The ring of a widget's window. @param bMake makes it if there is none yet; otherwise null.

@@ -116,6 +116,7 @@ QTableWidget* DRUI::CreateiTunesTable() {
   m_backupFile.GetBackFileInfo(backups);
   const int nRows = static_cast<int>(backups.size());
   m_pBackupTable->setRowCount(nRows);
+  if (nRows == 0) m_pBackupTable->setAccessibleDescription(BackupTable::Hint());
   // From the last row up, because the session lists the folders in reverse.
   for (int i = 0; i < nRows; ++i) {
     const __BACK_FILE_INFO__& info = backups[static_cast<size_t>(i)];

@@ -74,7 +74,7 @@ class DRUI : public QMainWindow {
   std::atomic<bool> m_bCancelPreview{false};
   std::atomic<bool> m_bPreviewFinished{false};
 
-  // Steps of the screens; each is told with its source file.
+  // Steps of the screens; each is documented in its source file.
 
   QWidget* InitLayout1Widget();
   void InitLayout2Widget();  ///< there is no further screen

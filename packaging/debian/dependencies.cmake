@@ -31,4 +31,4 @@ endforeach()
 # pkexec starts the window with administrator rights; on a desktop, an agent asks for the password.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "${programs}, pkexec, hicolor-icon-theme")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "${recommended}mate-polkit | polkit-1-auth-agent, xdg-utils, qt6-wayland, fonts-crosextra-carlito, fonts-noto-color-emoji, fonts-droid-fallback | fonts-noto-cjk")
+    "${recommended}mate-polkit | polkit-1-auth-agent, xdg-utils, qt6-wayland, fonts-crosextra-carlito, fonts-noto-color-emoji, fonts-droid-fallback | fonts-noto-cjk, fonts-nanum | fonts-noto-cjk")

@@ -2,10 +2,12 @@
 #include <QAccessible>
 #include <QApplication>
 
+#include "app/password_dialog.h"
 #include "tests/app/recovery_fixture.h"
 #include "tests/cli/small_backup.h"
 #include "tests/ui/url_recorder.h"
 #include "ui/focus_ring.h"
+#include "ui/message_box.h"
 
 using namespace orvandel;
 
@@ -129,6 +131,7 @@ TEST_F(Keyboard, WalksTheTreeAndTicks) {
   for (int i = 0; i < 6; ++i) Press(Qt::Key_Down);
   QTreeWidget* pTree = WindowAccess::Tree(Window());
   const int nCategory = pTree->indexOfTopLevelItem(pTree->currentItem());
+  EXPECT_TRUE(IsFocusMarked()) << "other pages have come and gone";
 
   Press(Qt::Key_Space);
 
@@ -151,6 +154,7 @@ TEST_F(Keyboard, OpensAndLeavesTheListOfAnApp) {
   Press(Qt::Key_Return);
 
   EXPECT_EQ("m_pAppsTable", FocusName());
+  EXPECT_TRUE(IsFocusMarked());
   EXPECT_EQ("appFilesPage", WindowAccess::PageStack(Window())->currentWidget()->objectName().toStdString());
   EXPECT_EQ(1, Table("m_pAppsTable")->rowCount());
   Press(Qt::Key_Down);
@@ -158,6 +162,7 @@ TEST_F(Keyboard, OpensAndLeavesTheListOfAnApp) {
   EXPECT_EQ(Qt::Unchecked, Node(2)->checkState(0)) << "its only file was unticked";
   Press(Qt::Key_Backspace);
   EXPECT_EQ("m_pAppPhotosTable", FocusName());
+  EXPECT_TRUE(IsFocusMarked());
   EXPECT_EQ("appPhotosPage", WindowAccess::PageStack(Window())->currentWidget()->objectName().toStdString());
 }
 
@@ -219,10 +224,42 @@ TEST_F(Keyboard, AClickTakesTheMarkAway) {
   ASSERT_TRUE(TabTo("m_pBackupTable"));
   ASSERT_TRUE(IsFocusMarked());
 
-  Press(Qt::Key_Tab);
   ClickRow(Table("m_pBackupTable"), 0);
 
-  EXPECT_FALSE(m_pWindow->findChild<FocusRing*>()->isVisible());
+  EXPECT_FALSE(m_pWindow->findChild<FocusRing*>()->isVisible()) << "the table had the focus before";
+}
+
+TEST_F(Keyboard, WhoUsesTheMouseSeesNoMark) {
+  WriteSmallBackup(BackupPath("one"), BackupBuilder::Layout::Db);
+  OpenWithKeys();
+  ScanBackup();
+  Activate();
+  ClickNode(2);
+  QTableWidget* pTable = Table("m_pAppPhotosTable");
+
+  ClickRow(pTable, 0);
+  QTest::mouseDClick(pTable->viewport(), Qt::LeftButton, Qt::NoModifier,
+                     pTable->visualItemRect(pTable->item(0, 0)).center());
+
+  EXPECT_EQ("m_pAppsTable", FocusName());
+  const auto* pRing = m_pWindow->findChild<FocusRing*>();
+  EXPECT_TRUE(!pRing || !pRing->isVisible());
+}
+
+TEST_F(Keyboard, TheMarkedBackupIsTheChosenOne) {
+  WriteEmptyBackup("one");
+  WriteEmptyBackup("two");
+  OpenWithKeys();
+  ASSERT_TRUE(TabTo("m_pBackupTable"));
+  Press(Qt::Key_Space);
+  const std::string strFirst = WindowAccess::ChosenBackup(Window()).strBackupPath;
+
+  Press(Qt::Key_Down);
+
+  const QTableWidget* pTable = Table("m_pBackupTable");
+  const auto info = pTable->selectedItems().value(0)->data(Qt::UserRole).value<__BACK_FILE_INFO__>();
+  EXPECT_EQ(info.strBackupPath, WindowAccess::ChosenBackup(Window()).strBackupPath);
+  EXPECT_NE(strFirst, info.strBackupPath);
 }
 
 // What an assistive tool is given.
@@ -268,6 +305,13 @@ TEST_F(Keyboard, EveryControlHasANameForAssistiveTools) {
       IsFinished);
   Window().btnRecovery();
 
+  CPasswordUI password;
+  CMessageBox question;
+  question.InitQuestionDialog("?");
+  for (QWidget* pDialog : {static_cast<QWidget*>(&password), static_cast<QWidget*>(&question)}) {
+    pDialog->show();
+    for (const std::string& strOne : NamelessIn(pDialog)) inDialogs.push_back(strOne);
+  }
   EXPECT_EQ(2, nDialogs);
   EXPECT_EQ(std::vector<std::string>(), inDialogs);
   EXPECT_EQ(std::vector<std::string>(), NamelessIn(m_pWindow.get()));

@@ -79,6 +79,20 @@ TEST_F(RecoveryDialog, AsksForAFolderAlone) {
   EXPECT_EQ(&Window(), pParent);
 }
 
+TEST_F(RecoveryDialog, StartsInTheWorkingDirectoryWhateverTheLastDialogShowed) {
+  QFileDialog().setDirectory(QString::fromStdString(m_folder.MakeFolder("elsewhere")));
+  QString qstrFolder;
+  ModalSteps steps;
+  steps.Then("QFileDialog", [&](QWidget* pDialog) {
+    qstrFolder = qobject_cast<QFileDialog*>(pDialog)->directory().absolutePath();
+    QTest::keyClick(pDialog, Qt::Key_Escape);
+  });
+
+  Window().btnRecovery();
+
+  EXPECT_EQ(QDir::currentPath(), qstrFolder);
+}
+
 TEST_F(RecoveryDialog, AFolderCanBeChosenByClicks) {
   AddFiles(1);
   ModalSteps steps;

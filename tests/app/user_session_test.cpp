@@ -3,6 +3,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <QDir>
+
 #include "app/user_session.h"
 #include "tests/support.h"
 
@@ -56,6 +58,12 @@ class UserSessionTest : public testing::Test {
   std::map<std::string, QByteArray> m_before;
 };
 
+TEST_F(UserSessionTest, HomeIsThatOfTheUserWhoStartedTheProgram) {
+  EXPECT_EQ(QString::fromLocal8Bit(getpwnam("nobody")->pw_dir), UserSession(Root()).Home());
+  qunsetenv("PKEXEC_UID");
+  EXPECT_EQ(QDir::homePath(), UserSession(Root()).Home());
+}
+
 TEST_F(UserSessionTest, SelectsTheWaylandDisplayWithoutAnother) {
   const std::string strSocket = MakeSocket("wayland-1");
 
@@ -74,15 +82,15 @@ TEST_F(UserSessionTest, SelectsTheWaylandDisplayIfXHasNoCredentials) {
   EXPECT_EQ(strSocket, qgetenv("WAYLAND_DISPLAY").toStdString());
 }
 
-TEST_F(UserSessionTest, KeepsAnXDisplayWithItsCredentials) {
-  MakeSocket("wayland-0");
+TEST_F(UserSessionTest, PrefersAnXDisplayWithItsCredentials) {
+  const std::string strSocket = MakeSocket("wayland-0");
   qputenv("DISPLAY", ":0");
   qputenv("XAUTHORITY", "/run/user/1000/authority");
 
   UserSession(Root()).JoinDisplay();
 
-  EXPECT_FALSE(qEnvironmentVariableIsSet("WAYLAND_DISPLAY"));
-  EXPECT_FALSE(qEnvironmentVariableIsSet("QT_QPA_PLATFORM"));
+  EXPECT_EQ(strSocket, qgetenv("WAYLAND_DISPLAY").toStdString());
+  EXPECT_EQ("xcb;wayland", qgetenv("QT_QPA_PLATFORM").toStdString());
 }
 
 TEST_F(UserSessionTest, SelectsNothingWithoutASocket) {

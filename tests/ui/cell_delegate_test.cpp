@@ -64,7 +64,7 @@ class CellDelegateTest : public WindowTest {
   }
 };
 
-TEST_F(CellDelegateTest, AHugeTextCostsNoMoreThanAShortOneInAnyTableOfAStrangersTexts) {
+TEST_F(CellDelegateTest, AHugeTextCostsNoMoreThanAShortOneInAnyTableOfUntrustedTexts) {
   OpenDataScreen();
   CDetail detail;
   QList<QTableWidget*> tables = Window().findChildren<QTableWidget*>();

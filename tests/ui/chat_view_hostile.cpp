@@ -70,7 +70,7 @@ void ChatHostileTest::SelectHostile(const std::string& strText) {
   SelectNode(4);
   SelectNode(9);
   SelectNode(4);  // the chat has emptied the view of messages
-  EXPECT_EQ(nullptr, Messages()->Engine()) << "a stranger's text reaches no engine";
+  EXPECT_EQ(nullptr, Messages()->Engine()) << "no untrusted text reaches an engine";
   EXPECT_EQ(nullptr, Chats()->Engine());
 }
 

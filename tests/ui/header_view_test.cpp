@@ -48,7 +48,7 @@ TEST_F(HeaderView, AClickOnAnotherSectionEmitsNothing) {
   ClickAt(250);
 
   EXPECT_EQ(0, changes.count());
-  EXPECT_EQ(2, presses.count()) << "the plain header hears of every press";
+  EXPECT_EQ(2, presses.count()) << "the plain header gets every press";
 }
 
 TEST_F(HeaderView, APressOnItsSectionReachesThePlainHeaderToo) {

@@ -1,6 +1,7 @@
 // Every text of a label or button fits its box, also in a wider font than Calibri.
 #include <QProgressBar>
 
+#include "app/detail_dialog.h"
 #include "app/password_dialog.h"
 #include "app/progress_dialog.h"
 #include "tests/ui/window_fixture.h"
@@ -78,6 +79,13 @@ TEST_P(TextFit, InTheProgressDialog) {
     dialog.show();
     EXPECT_EQ(std::vector<std::string>(), CutTexts(&dialog));
   }
+}
+
+TEST_P(TextFit, InTheDetailList) {
+  CDetail dialog;
+  dialog.AddTableItem("/home/somebody/Camera Roll/IMG_0001.JPG", 0);
+  dialog.show();
+  EXPECT_EQ(std::vector<std::string>(), CutTexts(&dialog));
 }
 
 INSTANTIATE_TEST_SUITE_P(Fonts, TextFit, testing::Values("Carlito", "DejaVu Sans"),
