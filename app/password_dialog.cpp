@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kSmallestText = 8;  // pixels
 
-/// Shrinks the font until the text fits its label, for instance where a wider font stands in for Calibri.
+/// Shrinks the font until the text fits its label, since the substitute for Calibri may be wider.
 void ShrinkToFit(QLabel* pLabel) {
   QFont font = pLabel->font();
   const auto fits = [&] {

@@ -6,7 +6,7 @@
 namespace orvandel {
 
 /// Connects a second stage that pkexec started with the session of the user who started it. pkexec keeps only
-/// DISPLAY and XAUTHORITY of its environment, and tells the user's id in PKEXEC_UID.
+/// DISPLAY and XAUTHORITY of its environment, and sets PKEXEC_UID to the user's id.
 ///
 /// Without administrator rights or a valid PKEXEC_UID, nothing here has an effect.
 class UserSession : public QObject {

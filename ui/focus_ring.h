@@ -4,8 +4,8 @@
 namespace orvandel {
 
 /// A ring around the widget that has the keyboard focus, since the style sheets of the buttons leave no room
-/// for the toolkit's own mark. It appears with the first Tab and goes with the next click: whoever uses the
-/// mouse never sees it.
+/// for the toolkit's own mark. It appears with the first Tab and hides at the next click, so that users of
+/// the mouse don't see it.
 ///
 /// One for each window, which owns it. Lets all input through.
 class FocusRing : public QWidget {

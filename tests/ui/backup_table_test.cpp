@@ -157,4 +157,30 @@ TEST_F(BackupTable, ABackupAddedLaterIsNotListed) {
   EXPECT_EQ(1, Backups()->rowCount());
 }
 
+/// Whether a table shows something inside.
+bool ShowsSomething(const QTableWidget* pTable) {
+  const QImage image = pTable->viewport()->grab().toImage();
+  const QColor ground = image.pixelColor(1, 1);
+  for (int nY = 0; nY < image.height(); ++nY) {
+    for (int nX = 0; nX < image.width(); ++nX) {
+      if (image.pixelColor(nX, nY) != ground) return true;
+    }
+  }
+  return false;
+}
+
+TEST_F(BackupTable, SaysSoWhileItIsEmpty) {
+  Open();
+  QTableWidget* pTable = Backups();
+
+  ASSERT_EQ(0, pTable->rowCount());
+  EXPECT_TRUE(ShowsSomething(pTable));
+  EXPECT_FALSE(pTable->accessibleDescription().isEmpty());
+
+  pTable->setShowGrid(false);
+  pTable->setRowCount(1);  // an empty row: the hint is gone, and nothing else is there
+
+  EXPECT_FALSE(ShowsSomething(pTable));
+}
+
 }  // namespace

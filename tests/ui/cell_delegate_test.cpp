@@ -165,4 +165,24 @@ TEST_F(CellDelegateTest, AToolTipIsBoundedPlainText) {
   QToolTip::hideText();
 }
 
+TEST(CellDelegateOfSelectedRow, PaintsItsIconAsItIs) {
+  QPixmap pixmap(16, 16);
+  pixmap.fill(Qt::red);
+  QTableWidget table(1, 1);
+  CellDelegate::Install(&table);
+  auto* pItem = new QTableWidgetItem(QIcon(pixmap), QString());
+  table.setItem(0, 0, pItem);
+  table.resize(200, 100);
+
+  pItem->setSelected(true);
+
+  const QRect cell = table.visualItemRect(pItem);
+  const QImage image = table.viewport()->grab(cell).toImage();
+  int nRed = 0;
+  for (int nY = 0; nY < image.height(); ++nY) {
+    for (int nX = 0; nX < image.width(); ++nX) nRed += image.pixelColor(nX, nY) == QColor(Qt::red);
+  }
+  EXPECT_EQ(16 * 16, nRed);
+}
+
 }  // namespace

@@ -35,7 +35,7 @@ std::vector<std::string> CutTexts(const QWidget* pParent) {
   return cut;
 }
 
-/// The family that stands in for Calibri.
+/// The substitute for Calibri.
 class TextFit : public WindowTest, public testing::WithParamInterface<const char*> {
  protected:
   TextFit() { QFont::insertSubstitution("Calibri", GetParam()); }
