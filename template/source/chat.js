@@ -1,75 +1,75 @@
 
-const ROW_HEAD = new RegExp(
-  '(?:^|</div>\\n)<div class="date">Date: (-?\\d{4,}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d|) ' +
-  '((?:(?!</div>)[^]){0,1000}):</div>\\n<div class="((?:del_)?(?:recv|send)_msg)">', 'g');
-const ROW_END = '</div>\n';
-const STRETCH = 50;  // messages in a section, which the browser lays out when it comes into view
-
-/// The messages in a text of rows, in its order. `rest` is what stands before the first of them.
-function messagesOf(rows) {
-  const messages = [];
-  let rest = rows;
-  let textStart = 0;
-  ROW_HEAD.lastIndex = 0;
-  for (let head = ROW_HEAD.exec(rows); head; head = ROW_HEAD.exec(rows)) {
-    if (messages.length) messages[messages.length - 1].text = rows.slice(textStart, head.index);
-    else rest = rows.slice(0, head.index);
-    messages.push({ date: head[1], party: head[2], kind: head[3], text: '' });
-    textStart = ROW_HEAD.lastIndex;
-  }
-  if (messages.length) {
-    const last = rows.slice(textStart);
-    messages[messages.length - 1].text = last.endsWith(ROW_END) ? last.slice(0, -ROW_END.length) : last;
-  }
-  return { messages, rest };
-}
-
-/// The two elements of a message. The words "Date: " and ":" are there to be copied, not to be seen.
-function bubbleOf({ date, party, kind, text }) {
-  const side = kind.endsWith('send_msg') ? ' mine' : '';
-  const line = make('div', 'date' + side, make('span', 'unseen', 'Date: '), make('time', '', date), ' ',
-                    makeText('bdi', 'party', party), make('span', 'unseen', ':'));
-  return [line, makeText('div', kind, text)];
-}
-
-function conversationOf(messages) {
-  const main = make('main', '');
-  for (let first = 0; first < messages.length; first += STRETCH) {
-    const section = make('section', 'stretch');
-    for (const message of messages.slice(first, first + STRETCH)) section.append(...bubbleOf(message));
-    main.append(section);
-  }
-  return main;
+/// The person that a page is about: { name, phone }, both may be empty; null when the text has another form.
+function personIn(text) {
+  const parts = /^Name: ([^]*), Phone: ([^]*)$/.exec(text);
+  return parts && { name: parts[1], phone: parts[2] };
 }
 
 function personOf(text) {
-  const parts = /^Name: ([^]*), Phone: ([^]*)$/.exec(text);
-  if (!parts) return makeText('p', 'person', text);
-  const label = (word, value) => make('span', value ? 'label' : 'unseen', word);
-  return make('p', 'person', label('Name: ', parts[1]), makeText('bdi', parts[1] && 'name', parts[1]),
-              make('span', 'unseen', ', '), label('Phone: ', parts[2]), makeText('bdi', '', parts[2]));
+  const person = personIn(text);
+  if (!person) return makeText('p', 'person', text);
+  const part = (label, value) =>
+    make('span', value ? '' : 'unseen', make('span', 'label', label), makeText('bdi', label === 'Name: ' ? 'name' : '', value));
+  return make('p', 'person', part('Name: ', person.name), make('span', 'unseen', ', '), part('Phone: ', person.phone));
 }
 
-function summaryOf(messages) {
-  const deleted = messages.filter((message) => message.kind.startsWith('del_')).length;
-  const dates = messages.map((message) => message.date).filter((date) => date).sort();
-  const summary = make('p', 'summary', make('span', 'chip', counted(messages.length, 'message')));
+function summaryOf(messages, { deleted, first, last }) {
+  const summary = make('p', 'summary', make('span', 'chip', counted(messages.count, 'message')));
   if (deleted) summary.append(make('span', 'chip deleted', deleted + ' deleted'));
-  if (dates.length) {
-    const first = dates[0].slice(0, 10);
-    const last = dates[dates.length - 1].slice(0, 10);
-    summary.append(make('span', 'chip', first === last ? first : first + ' to ' + last));
+  if (first) {
+    const chip = make('span', 'chip', first === last ? first : first + ' to ' + last);
+    summary.append(chip, make('span', 'chip', 'Times in UTC'));
   }
   return summary;
 }
 
+function noticesOf(messages, facts, { attachments, oneSender }) {
+  const notices = [];
+  if (messages.isDoubtful(facts, oneSender !== undefined)) {
+    notices.push('A text or name in this conversation contains what this page puts between messages. What looks like several ' +
+                 'messages may be a single one, whose writer imitates others.');
+  }
+  if (messages.rows.includes(ATTACHMENT))
+    notices.push(`Attachments are in the folder "${attachments}" of the recovery, if they were recovered.`);
+  return notices.map((text, at) => make('p', at || !text.startsWith('A text or name') ? 'hint' : 'notice doubtful', text));
+}
+
+/// Puts the messages on paper while the browser prints: all, or those that were chosen, below a copy of the header and of
+/// what has no form of a row.
+function preparePrinting(conversation, header, rest) {
+  let chosen = null;
+  addEventListener('beforeprint', () => {
+    const { messages } = conversation;
+    const places = chosen || Array.from({ length: messages.count }, (_, place) => conversation.placed(place));
+    document.getElementById('paper')?.remove();
+    document.body.append(paperOf(messages, places, [header, ...rest].map((element) => element.cloneNode(true))));
+  });
+  addEventListener('afterprint', () => {
+    chosen = null;
+    document.getElementById('paper')?.remove();
+  });
+  return (places) => {
+    chosen = places;
+    print();
+  };
+}
+
 whenRead((text, title) => {
-  const opening = '</p>\n</header>\n<main>\n';
-  const { messages, rest } = messagesOf(rowsOf(text, opening));
-  const header = make('header', '', makeText('h1', '', title), personOf(between(text, '</h1>\n<p>', opening)),
-                      summaryOf(messages));
-  const main = conversationOf(messages);
-  if (rest) main.prepend(makeText('pre', 'rest', rest));
-  if (!messages.length) main.append(make('p', 'empty', 'No messages.'));
-  return [header, main];
+  const opening = '</p></header><main>\n\n';
+  const messages = new Messages(rowsOf(text, opening));
+  const personText = between(text, '</h1>\n<p>', opening);
+  const person = personIn(personText);
+  const who = person ? (person.name && person.name !== 'Unknown' ? person.name : person.phone || person.name) : personText;
+  const facts = messages.survey();
+  const header = make('header', '', makeText('h1', '', title), personOf(personText), summaryOf(messages, facts),
+                      ...noticesOf(messages, facts, document.body.dataset));
+  const conversation = new Conversation(messages, document.body.dataset.attachments);
+  conversation.oldestFirst = kept.get('order') === 'oldest';
+  const main = make('main', '', conversation.element);
+  const rest = messages.rest ? [makeText('pre', 'rest', messages.rest)] : [];
+  main.prepend(...rest);
+  if (!messages.count) main.append(make('p', 'empty', 'No messages.'));
+  const print = preparePrinting(conversation, header, rest);
+  const bar = messages.count ? barOf(conversation, facts, new Search(conversation), print) : [];
+  return { elements: [header, ...bar, main], title: who ? `${who} – ${title}` : title, shown: () => conversation.show() };
 });

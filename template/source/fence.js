@@ -4,7 +4,7 @@
 
 document.documentElement.classList.add('scripted');  // hides the raw text
 
-const END_OF_CONTENT = '<!--end of content-->';
+const END_OF_CONTENT = '<!--end-of-content-->';
 
 /// The text between the first `from` and the first `to` behind it; empty when one of them is missing.
 function between(text, from, to) {
@@ -38,23 +38,41 @@ function makeText(name, className, text) {
   return element;
 }
 
+/// A button with a text, and what it does.
+function makeButton(className, text, act) {
+  const button = make('button', className, text);
+  button.type = 'button';
+  button.addEventListener('click', act);
+  return button;
+}
+
 /// Number and noun: "1 message", "2 messages".
 function counted(number, noun) {
   return number + ' ' + noun + (number === 1 ? '' : 's');
 }
 
-/// Calls build with the raw text and its title; it returns the elements of the page. When that fails, the raw
-/// text is shown: nothing that was recovered may be missing.
+/// For comparisons without regard to case. The result is as long as the text.
+function folded(text) {
+  return text.replaceAll('İ', 'i').toLowerCase().replaceAll('ς', 'σ');
+}
+
+/// Calls build with the raw text and its title. It returns { elements, title, shown }: those of the page, the title of the
+/// tab and, if there is more to do once the elements are in the page, a function. When that fails, the raw text is shown:
+/// nothing that was recovered may be missing.
 function whenRead(build) {
   document.addEventListener('DOMContentLoaded', () => {
     const source = document.getElementById('source');
+    let elements = [];
     try {
       const text = source.textContent;
-      const title = between(text, '<h1>', '</h1>\n');
-      source.before(...build(text, title));
+      const page = build(text, between(text, '<h1>', '</h1>\n'));
+      elements = page.elements;
+      source.before(...elements);
+      page.shown?.();
       source.remove();
-      if (title) document.title = title;
+      if (page.title) document.title = page.title;
     } catch (error) {
+      for (const element of elements) element.remove();
       document.documentElement.classList.remove('scripted');
       throw error;
     }

@@ -21,7 +21,7 @@ function hostileTexts(remote, host) {
     'a meta refresh out of shadow': `</template></noscript><meta http-equiv="refresh" content="0;url=${remote}/refresh"><textarea>`,
     'an end of the fence': `</plaintext></div></main></body></html><script>window.pwned = 1</script><img src="${remote}/behind">`,
     'ends of elements': '</div></section></main></td></tr></tbody></table>',
-    'an end mark': 'a<!--end of content-->\n</main>b<!--end of content-->',
+    'an end mark': 'a<!--end-of-content-->\n</main>b<!--end-of-content-->',
     'an open <b>': '<b><i><u>',
     'an open <textarea>': '<textarea rows="2">',
     'an open comment': 'See <!-- this',

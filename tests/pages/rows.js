@@ -2,6 +2,7 @@
 
 'use strict';
 
+const assert = require('assert');
 const fs = require('fs');
 const path = require('path');
 
@@ -26,4 +27,13 @@ function pageOf(template, { title, person = '' }, rows, change = (text) => text)
   return head + rows.join('') + text.slice(at + CONTENT.length);
 }
 
-module.exports = { TEMPLATES, CONTENT, FENCE, messageRow, tableRow, pageOf };
+/// As a browser reads it: line ends are one character.
+const asParsed = (text) => text.replaceAll('\r\n', '\n');
+
+/// Fails unless the page of a tab shows all these texts.
+async function assertReadable(tab, texts) {
+  const shown = await tab.evaluate('document.body.innerText');
+  for (const text of texts) assert.ok(shown.includes(asParsed(text)), `not to be read: ${text}`);
+}
+
+module.exports = { TEMPLATES, CONTENT, FENCE, asParsed, assertReadable, messageRow, tableRow, pageOf };

@@ -167,4 +167,4 @@ class Stage {
   }
 }
 
-module.exports = { HOST, Stage, check, failureCount: () => failures };
+module.exports = { HOST, Listener, Stage, check, failureCount: () => failures };
