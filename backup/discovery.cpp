@@ -102,14 +102,15 @@ void SetSerialNumber(const std::string& strLine, __BACK_FILE_INFO__& info) {
   StringValue(strLine, info.strSerialNumber);
 }
 
+template <typename Record>
 struct InfoKey {
   const char* pszTag;
-  void (*pfnSet)(const std::string& strValueLine, __BACK_FILE_INFO__& info);
+  void (*pfnSet)(const std::string& strValueLine, Record& record);
   bool bEndsReading;
 };
 
 // In the order in which a line is tested. The keys of the file are sorted, so reading ends at the last one.
-constexpr InfoKey kInfoKeys[] = {
+constexpr InfoKey<__BACK_FILE_INFO__> kInfoKeys[] = {
     {"<key>Display Name</key>", SetDisplayName, false},
     {"<key>Last Backup Date</key>", SetLastBackupDate, false},
     {"<key>Phone Number</key>", SetPhoneNumber, false},
@@ -117,21 +118,36 @@ constexpr InfoKey kInfoKeys[] = {
     {"<key>Serial Number</key>", SetSerialNumber, true},
 };
 
-const InfoKey* FindKey(const char* pszLine) {
-  for (const InfoKey& key : kInfoKeys) {
+void SetModelType(const std::string& strLine, DeviceModel& model) {
+  StringValue(strLine, model.strProductType);
+}
+
+void SetModelVersion(const std::string& strLine, DeviceModel& model) {
+  StringValue(strLine, model.strProductVersion);
+}
+
+constexpr InfoKey<DeviceModel> kModelKeys[] = {
+    {"<key>Product Type</key>", SetModelType, false},
+    {"<key>Product Version</key>", SetModelVersion, true},
+};
+
+template <typename Record, size_t kCount>
+const InfoKey<Record>* FindKey(const InfoKey<Record> (&keys)[kCount], const char* pszLine) {
+  for (const InfoKey<Record>& key : keys) {
     if (strstr(pszLine, key.pszTag)) return &key;
   }
   return nullptr;
 }
 
 /// @return 0, or an errno value on a read error.
-int ReadInfoLines(FILE* pFile, __BACK_FILE_INFO__& info) {
+template <typename Record, size_t kCount>
+int ReadInfoLines(FILE* pFile, const InfoKey<Record> (&keys)[kCount], Record& record) {
   char szLine[kLineSize];
   for (long nLine = 0; fgets(szLine, sizeof szLine, pFile); ++nLine) {
     if (nLine == kMostLines) return EFBIG;
-    const InfoKey* pKey = FindKey(szLine);
+    const InfoKey<Record>* pKey = FindKey(keys, szLine);
     if (!pKey || !fgets(szLine, sizeof szLine, pFile)) continue;
-    pKey->pfnSet(szLine, info);
+    pKey->pfnSet(szLine, record);
     if (pKey->bEndsReading) return 0;
   }
   if (ferror(pFile) == 0) return 0;
@@ -201,10 +217,17 @@ Problem ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info) {
     return file.Error();
   }
   info.strBackupPath = strFolder;
-  if (const int nError = ReadInfoLines(file->get(), info))
+  if (const int nError = ReadInfoLines(file->get(), kInfoKeys, info))
     ReportLoss(SystemProblem(Problem::Step::Read, strPath, nError));
   info.bEncrypted = IsBackupEncrypted(strFolder) != 0;
   return {};
+}
+
+DeviceModel ReadDeviceModel(const std::string& strFolder) {
+  DeviceModel model;
+  Result<FilePointer> file = OpenForReading(strFolder + "/Info.plist");
+  if (file) ReadInfoLines(file->get(), kModelKeys, model);
+  return model;
 }
 
 int IsBackupEncrypted(const std::string& strFolder) {

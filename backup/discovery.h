@@ -33,6 +33,15 @@ int64_t CountBackupFiles(const std::string& strFolder);
 /// @return a problem when the file can't be opened, with the record unchanged.
 Problem ReadBackupInfo(const std::string& strFolder, __BACK_FILE_INFO__& info);
 
+/// The model of a device, as written in "Info.plist". Empty texts if it isn't there.
+struct DeviceModel {
+  std::string strProductType;     ///< such as "iPhone7,2"
+  std::string strProductVersion;  ///< of iOS
+};
+
+/// Reads the model of a backup's device from its "Info.plist", as ReadBackupInfo does. Reports nothing.
+DeviceModel ReadDeviceModel(const std::string& strFolder);
+
 /// @return 1 when the contacts store of the backup exists and isn't plain SQLite, else 0.
 int IsBackupEncrypted(const std::string& strFolder);
 

@@ -1,21 +1,28 @@
+#include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <optional>
 
+#include "backup/discovery.h"
 #include "cli/commands.h"
 #include "cli/exit_status.h"
+#include "cli/index_page.h"
 #include "cli/output.h"
 #include "cli/recover_options.h"
 #include "cli/recover_steps.h"
 #include "cli/stop_signal.h"
+#include "common/text.h"
 
 namespace orvandel {
 
 namespace {
 
 constexpr char kOnly[] = "only";
+constexpr char kNoIndex[] = "no-index";
 
 QString JoinedLabels() {
   QStringList labels;
@@ -25,6 +32,7 @@ QString JoinedLabels() {
 
 void AddRecoverOptions(QCommandLineParser& parser) {
   AddBackupOptions(parser);
+  parser.addOption({kNoIndex, "Writes no \"index.html\", the front page of the recovery."});
   parser.addOption(
       {kOnly, "Recovers only these categories, separated by commas: " + JoinedLabels() + ".", "LABELS"});
 }
@@ -48,6 +56,7 @@ int ReadRecoverOptions(const QCommandLineParser& parser, const QStringList& argu
                        RecoverOptions& options) {
   ReadBackupOptions(parser, arguments[0], options);
   options.qstrDestination = AbsolutePath(arguments[1]);
+  options.bIndex = !parser.isSet(kNoIndex);
   if (parser.isSet(kOnly)) return ReadOnly(parser.value(kOnly), options.only);
   for (const Category& category : Categories()) options.only.push_back(category.nNumber);
   return kExitDone;
@@ -91,11 +100,50 @@ bool HasTemplates(const RecoverOptions& options, const CRecovery& recovery) {
   return qstrUnusable.isEmpty();
 }
 
+/// Loads the template of the front page, if it is wanted. @return false on failure.
+bool LoadIndexPage(const RecoverOptions& options, std::optional<IndexPage>& page) {
+  if (!options.bIndex) return true;
+  const Result<IndexPage> loaded = IndexPage::Load(QCoreApplication::applicationDirPath());
+  if (!loaded) {
+    PrintError(FromNarrow(loaded.Error().strFile + ": " + loaded.Error().strReason));
+    return false;
+  }
+  page = *loaded;
+  return true;
+}
+
+IndexFacts FactsOf(OpenBackup& backup, const RecoveryReport& report) {
+  const __BACK_FILE_INFO__& info = *backup.session.GetSelectBackUpFileInfo();
+  const DeviceModel model = ReadDeviceModel(ToNarrow(backup.qstrPath));
+  return {FromNarrow(info.strDisplayName),
+          FromNarrow(model.strProductType),
+          FromNarrow(model.strProductVersion),
+          FromNarrow(info.strLastBackupDate),
+          QDateTime::currentDateTime().toString("yyyy-MM-dd HH:mm t"),
+          report.Failed()};
+}
+
+/// Recovers files and documents. @return false when a template can't be used.
+bool RecoverAll(const RecoverOptions& options, OpenBackup& backup, RecoveryReport& report,
+                RecoveryIndex& index) {
+  CRecovery recovery;
+  recovery.SetWrittenFileHandler([&](const WrittenFile& file) { report.Add(file); });
+  recovery.SetNamePolicy(NamePolicy::MadeSafe);
+  if (WantsDocuments(options)) recovery.Init(options.qstrDestination, &backup.session);
+  // Again, since they may have been removed while the backup was read.
+  if (!HasTemplates(options, recovery)) return false;
+  RecoverFiles(options, backup, report);
+  if (WantsDocuments(options)) RecoverDocuments(options, backup.records, recovery, report, index);
+  ReportLosses(options, backup, report);
+  return true;
+}
+
 int Recover(const QCommandLineParser& parser, const QStringList& arguments) {
   RecoverOptions options;
   if (const int nStatus = ReadRecoverOptions(parser, arguments, options)) return nStatus;
   // Before anything is read or written.
-  if (!HasTemplates(options, CRecovery())) return kExitNotWritten;
+  std::optional<IndexPage> page;
+  if (!HasTemplates(options, CRecovery()) || !LoadIndexPage(options, page)) return kExitNotWritten;
   ProgressBar scanBar(!options.bQuiet);
   OpenBackup backup(options);
   if (const int nStatus = ReadBackup(options, scanBar, backup)) return nStatus;
@@ -103,19 +151,16 @@ int Recover(const QCommandLineParser& parser, const QStringList& arguments) {
 
   ProgressBar bar(!options.bQuiet);
   RecoveryReport report(options, bar, CountWork(options, backup.records));
-  CRecovery recovery;
-  recovery.SetWrittenFileHandler([&](const WrittenFile& file) { report.Add(file); });
-  recovery.SetNamePolicy(NamePolicy::MadeSafe);
-  if (WantsDocuments(options)) recovery.Init(options.qstrDestination, &backup.session);
-  // Again, since they may have been removed while the backup was read.
-  if (!HasTemplates(options, recovery)) return kExitNotWritten;
-  RecoverFiles(options, backup, report);
-  if (WantsDocuments(options)) RecoverDocuments(options, backup.records, recovery, report);
-  ReportLosses(options, backup, report);
+  RecoveryIndex index(options.qstrDestination);
+  report.SetHandler([&](const WrittenFile& file) { index.Add(file); });
+  if (!RecoverAll(options, backup, report, index)) return kExitNotWritten;
+  // A stopped recovery leaves the front page of an earlier one, which may be complete.
+  if (page && report.Succeeded() != 0 && StopSignal() == 0)
+    report.Add(page->Write(options, FactsOf(backup, report), backup.records, index));
   report.PrintTotals();
   if (!FinishOutput()) return kExitNotWritten;
   if (StopSignal() != 0) return Interrupted();
-  return report.HasFailures() ? kExitNotWritten : kExitDone;
+  return report.Failed() != 0 ? kExitNotWritten : kExitDone;
 }
 
 }  // namespace

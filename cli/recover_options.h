@@ -10,6 +10,7 @@ namespace orvandel {
 struct RecoverOptions : BackupOptions {
   QString qstrDestination;           ///< absolute path
   std::vector<CategoryNumber> only;  ///< what to recover; empty for everything
+  bool bIndex = true;                ///< writes the front page
 };
 
 }  // namespace orvandel

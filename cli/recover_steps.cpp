@@ -58,9 +58,10 @@ class FileRecovery {
 };
 
 void WriteConversations(const DocumentStep& step, const BackupRecords& records, CRecovery& recovery,
-                        RecoveryReport& report) {
+                        RecoveryReport& report, RecoveryIndex& index) {
   for (const unsigned int nKey : step.conversations.pfnKeys(records)) {
     if (StopSignal() != 0) return;
+    index.SetConversation(nKey);
     step.conversations.pfnWrite(recovery, records, nKey);
     report.Advance();
   }
@@ -102,7 +103,7 @@ void RecoverFiles(const RecoverOptions& options, OpenBackup& backup, RecoveryRep
 }
 
 void RecoverDocuments(const RecoverOptions& options, const BackupRecords& records, CRecovery& recovery,
-                      RecoveryReport& report) {
+                      RecoveryReport& report, RecoveryIndex& index) {
   for (const DocumentStep& step : DocumentSteps()) {
     if (StopSignal() != 0) return;
     // The message store is also copied only when messages are wanted, since that replaces the copy of an
@@ -113,7 +114,7 @@ void RecoverDocuments(const RecoverOptions& options, const BackupRecords& record
       const bool bEmpty = Categories()[step.nNumber].pfnCount(records) == 0;
       if (bEmpty || StopSignal() != 0) continue;
     } else if (!step.IsStore()) {
-      WriteConversations(step, records, recovery, report);
+      WriteConversations(step, records, recovery, report, index);
     }
     if (step.pfnSave) step.pfnSave(recovery);
   }

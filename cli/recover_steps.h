@@ -1,6 +1,7 @@
 #pragma once
 #include "cli/open_backup.h"
 #include "cli/recover_options.h"
+#include "cli/recovery_index.h"
 #include "cli/recovery_report.h"
 #include "export/file_copy.h"
 #include "export/recovery.h"
@@ -23,8 +24,9 @@ void RecoverFiles(const RecoverOptions& options, OpenBackup& backup, RecoveryRep
 bool WantsDocuments(const RecoverOptions& options);
 
 /// Writes the documents. @param recovery initialised, with the report as its handler.
+/// @param index receives the keys of the conversations.
 void RecoverDocuments(const RecoverOptions& options, const BackupRecords& records, CRecovery& recovery,
-                      RecoveryReport& report);
+                      RecoveryReport& report, RecoveryIndex& index);
 
 /// Reports files that could not be decrypted or read, and so are missing from the recovery, as failed.
 void ReportLosses(const RecoverOptions& options, const OpenBackup& backup, RecoveryReport& report);

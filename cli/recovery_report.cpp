@@ -16,6 +16,7 @@ RecoveryReport::RecoveryReport(const RecoverOptions& options, ProgressBar& bar, 
 void RecoveryReport::Add(const WrittenFile& file) {
   ++(file.Succeeded() ? m_nSucceeded : m_nFailed);
   if (file.Succeeded()) m_nBytes += QFileInfo(file.qstrPath).size();
+  if (m_handler) m_handler(file);
   if (!file.qstrOriginalName.isEmpty()) {
     m_bar.Clear();
     PrintError(QString("%1: in the backup it is called \"%2\", which isn't a valid file name here")

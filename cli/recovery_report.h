@@ -1,4 +1,6 @@
 #pragma once
+#include <utility>
+
 #include "cli/progress_bar.h"
 #include "cli/recover_options.h"
 #include "export/written_file.h"
@@ -11,15 +13,20 @@ class RecoveryReport {
   /// Options and bar must outlive the report. @param nTotal number of items, for the bar.
   RecoveryReport(const RecoverOptions& options, ProgressBar& bar, qint64 nTotal);
 
+  /// Sets a handler called for every file added. May be empty.
+  void SetHandler(WrittenFileHandler handler) { m_handler = std::move(handler); }
+
   void Add(const WrittenFile& file);
   /// Advances the bar by one item.
   void Advance();
   void PrintTotals() const;
-  bool HasFailures() const { return m_nFailed != 0; }
+  qint64 Succeeded() const { return m_nSucceeded; }
+  qint64 Failed() const { return m_nFailed; }
 
  private:
   const RecoverOptions& m_options;
   ProgressBar& m_bar;
+  WrittenFileHandler m_handler;
   qint64 m_nTotal;
   qint64 m_nDone = 0;
   qint64 m_nSucceeded = 0;

@@ -37,7 +37,7 @@ _orvandel_cli() {
     "") options="--help --version" ;;
     backups) options="--help --version --json --quiet" ;;
     scan) options="--help --version --json --quiet --manifest --password-file --password-stdin --force" ;;
-    recover) options="--help --version --json --quiet --only --password-file --password-stdin --force" ;;
+    recover) options="--help --version --json --quiet --only --no-index --password-file --password-stdin --force" ;;
   esac
   if [[ $current == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")

@@ -19,5 +19,6 @@ complete -c orvandel-cli -n $reads -l password-file -r -F -d 'Read the password 
 complete -c orvandel-cli -n $reads -l password-stdin -d 'Read the password from standard input'
 complete -c orvandel-cli -n $reads -l force -d 'Decrypt even with too little space'
 complete -c orvandel-cli -n '__fish_seen_subcommand_from scan' -l manifest -d 'Add every entry of the manifest'
+complete -c orvandel-cli -n $recover -l no-index -d 'Write no front page'
 complete -c orvandel-cli -n $recover -l only -x -d 'Recover only these categories' \
     -a '"Camera Roll" "Photo Stream" "App Photos" "App Videos" Message "Messages Attachments" Contacts "Call History" Notes WhatsApp "WhatsApp Attachments"'

@@ -42,7 +42,8 @@ std::string RecoverByCommand(const std::string& strBackup, const std::string& st
   environment.insert("LC_ALL", "C.UTF-8");
   process.setProcessEnvironment(environment);
   process.start(QCoreApplication::applicationDirPath() + "/orvandel-cli",
-                {"recover", QString::fromStdString(strBackup), QString::fromStdString(strOut), "--quiet"});
+                {"recover", QString::fromStdString(strBackup), QString::fromStdString(strOut), "--quiet",
+                 "--no-index"});
   EXPECT_TRUE(process.waitForFinished(60000));
   EXPECT_EQ(0, process.exitCode()) << process.readAllStandardError().toStdString();
   return strOut;

@@ -91,6 +91,23 @@ TEST_F(BackupFacts, AllFiveKeysAreRead) {
   EXPECT_TRUE(m_info.bEncrypted);
 }
 
+TEST_F(BackupFacts, ModelIsReadAsWritten) {
+  m_folder.Write("Info.plist", Pair("Product Type", Text("phone8,1")) +
+                                   Pair("Product Version", Text("12.1")) +
+                                   Pair("Product Type", Text("of another")));
+
+  const DeviceModel model = ReadDeviceModel(m_folder.Path());
+
+  EXPECT_EQ("phone8,1", model.strProductType);
+  EXPECT_EQ("12.1", model.strProductVersion);
+}
+
+TEST_F(BackupFacts, MissingFileHasNoModel) {
+  const DeviceModel model = ReadDeviceModel(m_folder.Path());
+
+  EXPECT_EQ("", model.strProductType + model.strProductVersion);
+}
+
 TEST_F(BackupFacts, MissingFileFailsAndLeavesTheRecordAlone) {
   m_info.strBackupPath = "old";
   m_info.strDisplayName = "old";

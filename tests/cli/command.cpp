@@ -65,7 +65,11 @@ QStringList Arguments(const std::vector<std::string>& arguments) {
 std::vector<std::string> RecoverFiles(const std::string& strBackup, const std::string& strDestination,
                                       const std::vector<std::string>& more) {
   std::vector<std::string> arguments = {
-      "recover", strBackup, strDestination, "--only",
+      "recover",
+      strBackup,
+      strDestination,
+      "--no-index",
+      "--only",
       "Camera Roll,Photo Stream,App Photos,App Videos,WhatsApp Attachments,Messages Attachments"};
   arguments.insert(arguments.end(), more.begin(), more.end());
   return arguments;

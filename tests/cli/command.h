@@ -32,7 +32,7 @@ QString CommandPath();
 /// Converts paths of the tests.
 QStringList Arguments(const std::vector<std::string>& arguments);
 
-/// Arguments that recover only the categories of files, without documents.
+/// Arguments that recover only the categories of files, without documents and front page.
 std::vector<std::string> RecoverFiles(const std::string& strBackup, const std::string& strDestination,
                                       const std::vector<std::string>& more = {});
 

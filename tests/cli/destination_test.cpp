@@ -46,7 +46,8 @@ TEST_P(DestinationInBackup, IsRefusedAndNothingIsCreated) {
   std::filesystem::create_directory_symlink(Backup(), m_folder.Path("link"));
   const auto before = TreeOf(Backup());
 
-  const CommandResult result = RunCommand({"recover", Backup(), m_folder.Path(GetParam().pszPath)});
+  const CommandResult result =
+      RunCommand({"recover", "--no-index", Backup(), m_folder.Path(GetParam().pszPath)});
 
   EXPECT_EQ(1, result.nExitStatus);
   EXPECT_THAT(result.strOut, IsEmpty());
@@ -66,7 +67,8 @@ TEST_F(RecoverDestination, BackupThatIsGivenByALinkIsProtectedToo) {
   WriteSmallBackup(Backup(), Layout::Db);
   std::filesystem::create_directory_symlink(Backup(), m_folder.Path("link"));
 
-  const CommandResult result = RunCommand({"recover", m_folder.Path("link"), m_folder.Path("backup/out")});
+  const CommandResult result =
+      RunCommand({"recover", "--no-index", m_folder.Path("link"), m_folder.Path("backup/out")});
 
   EXPECT_EQ(1, result.nExitStatus);
   EXPECT_FALSE(Exists(m_folder.Path("backup/out")));
@@ -97,7 +99,7 @@ TEST_F(RecoverDestination, ThatIsAFileExitsWithFour) {
   WriteSmallBackup(Backup(), Layout::Db);
   m_folder.Write("out", "mine");
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out()});
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out()});
 
   EXPECT_EQ(4, result.nExitStatus);
   EXPECT_THAT(result.strErr, HasSubstr(Out() + ": is not a folder"));
@@ -108,7 +110,7 @@ TEST_F(RecoverDestination, BelowAFileExitsWithFour) {
   WriteSmallBackup(Backup(), Layout::Db);
   m_folder.Write("out", "mine");
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out() + "/below"});
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out() + "/below"});
 
   EXPECT_EQ(4, result.nExitStatus);
   EXPECT_THAT(result.strErr, HasSubstr(Out() + "/below: the folder can't be created"));

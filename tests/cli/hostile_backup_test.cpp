@@ -107,7 +107,7 @@ TEST_P(HostileBackup, IsRecoveredWithoutWhatIsNoFileAndSaysSo) {
   const SmallBackup small = WriteSmallBackup(Backup(), Layout::Db);
   Plant(TargetPath(small));
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out()});
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out()});
 
   EXPECT_EQ(4, result.nExitStatus);
   EXPECT_THAT(result.Lines(), Contains(AllOf(StartsWith("Failed\t"),
@@ -184,8 +184,8 @@ TEST_P(ConversationWith, ANameThatIsNoFileNameIsWrittenAllTheSame) {
   TemporaryFolder folder;
   WriteConversationWith(folder.Path("backup"), GetParam().strContact, "+49301");
 
-  const CommandResult result =
-      RunCommand({"recover", folder.Path("backup"), folder.Path("out"), "--only", "Message", "--json"});
+  const CommandResult result = RunCommand(
+      {"recover", "--no-index", folder.Path("backup"), folder.Path("out"), "--only", "Message", "--json"});
 
   EXPECT_EQ(0, result.nExitStatus) << result.strOut;
   std::vector<std::string> pages;
@@ -228,7 +228,7 @@ TEST(ConversationsWithNames, ThatBecomeTheSameAreKeptApart) {
   backup.finish();
 
   const CommandResult result =
-      RunCommand({"recover", folder.Path("backup"), folder.Path("out"), "--only", "Message"});
+      RunCommand({"recover", "--no-index", folder.Path("backup"), folder.Path("out"), "--only", "Message"});
 
   EXPECT_EQ(0, result.nExitStatus);
   std::string strPages;

@@ -71,7 +71,7 @@ TEST_P(OddBackupPath, FilesAreRecoveredAsFromAPlainPath) {
 
 TEST_P(OddBackupPath, DocumentsAreRecovered) {
   const CommandResult odd =
-      RunCommand({"recover", Odd(), m_folder.Path("out"), "--only", "Message,Contacts"});
+      RunCommand({"recover", "--no-index", Odd(), m_folder.Path("out"), "--only", "Message,Contacts"});
 
   EXPECT_EQ(0, odd.nExitStatus);
   EXPECT_EQ("", odd.strErr);

@@ -83,7 +83,7 @@ TEST_P(DocumentsOfLayout, ComeAfterTheFilesInTheirOrder) {
   for (const SmallBackup::File& file : small.files) expected.push_back(file.strTarget);
   expected.insert(expected.end(), AllDocuments().begin(), AllDocuments().end());
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out()});
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out()});
 
   EXPECT_EQ(0, result.nExitStatus);
   EXPECT_THAT(Succeeded(result, Out()), ElementsAreArray(expected));
@@ -110,7 +110,8 @@ INSTANTIATE_TEST_SUITE_P(Layouts, DocumentsOfLayout, testing::Values(Layout::Mbd
 TEST_P(DocumentsOnly, WritesTheNamedCategoriesAlone) {
   WriteSmallBackup(Backup(), Layout::Db);
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out(), "--only", GetParam().pszLabels});
+  const CommandResult result =
+      RunCommand({"recover", "--no-index", Backup(), Out(), "--only", GetParam().pszLabels});
 
   EXPECT_EQ(0, result.nExitStatus);
   EXPECT_THAT(Succeeded(result, Out()), ElementsAreArray(GetParam().documents));
@@ -137,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(RecoverDocuments, ConversationsComeInTheOrderOfTheirKeys) {
   WriteConversations(Backup(), {"+9", "+1", "zoe@example.net", "+5"});
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out(), "--only", "Message"});
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out(), "--only", "Message"});
 
   const std::string strFolder = "/Message/Unknown-STAMP/Unknown";
   EXPECT_THAT(Succeeded(result, Out()),
@@ -150,8 +151,8 @@ TEST_F(RecoverDocuments, ConversationsComeInTheOrderOfTheirKeys) {
 TEST_F(RecoverDocuments, JsonHasAnObjectForEachDocument) {
   WriteSmallBackup(Backup(), Layout::Db);
 
-  const CommandResult result = RunCommand(
-      {"recover", Backup(), Out(), "--json", "--only", "Message,Contacts,Call History,Notes,WhatsApp"});
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out(), "--json", "--only",
+                                           "Message,Contacts,Call History,Notes,WhatsApp"});
 
   const std::vector<std::string> lines = result.Lines();
   EXPECT_EQ(0, result.nExitStatus);
@@ -169,7 +170,7 @@ TEST_F(RecoverDocuments, JsonHasAnObjectForEachDocument) {
 TEST_F(RecoverDocuments, QuietPrintsTheTotalsAlone) {
   WriteSmallBackup(Backup(), Layout::Db);
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out(), "--quiet"});
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out(), "--quiet"});
 
   EXPECT_EQ(0, result.nExitStatus);
   EXPECT_THAT(result.Lines(), ElementsAre(StartsWith("14 recovered, 0 failed, ")));
@@ -179,7 +180,8 @@ TEST_F(RecoverDocuments, QuietPrintsTheTotalsAlone) {
 TEST_F(RecoverDocuments, EmptyCategoriesWriteNothing) {
   WritePhotos(Backup(), 1, "picture");
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out(), "--only", "Message,Contacts,Notes"});
+  const CommandResult result =
+      RunCommand({"recover", "--no-index", Backup(), Out(), "--only", "Message,Contacts,Notes"});
 
   EXPECT_EQ(0, result.nExitStatus);
   EXPECT_THAT(FilesBelow(Out()), IsEmpty());
@@ -187,11 +189,11 @@ TEST_F(RecoverDocuments, EmptyCategoriesWriteNothing) {
 
 TEST_F(RecoverDocuments, SecondRunReplacesTheMessageStoreAndKeepsTheRest) {
   WriteConversations(Backup(), {"+1"});
-  RunCommand({"recover", Backup(), Out(), "--only", "Message"});
+  RunCommand({"recover", "--no-index", Backup(), Out(), "--only", "Message"});
   const std::vector<std::string> first = FilesBelow(Out());
   WriteFile(Out() + "/Message/sms.db", "of another day");
 
-  RunCommand({"recover", Backup(), Out(), "--only", "Message"});
+  RunCommand({"recover", "--no-index", Backup(), Out(), "--only", "Message"});
 
   EXPECT_THAT(FilesBelow(Out()), AllOf(SizeIs(5), IsSupersetOf(first)));
   EXPECT_THAT(ReadFile(Out() + "/Message/sms.db"), StartsWith("SQLite format 3"));
@@ -202,7 +204,7 @@ TEST_F(RecoverDocuments, FileInPlaceOfACategoryFailsItsDocumentsAndTheRestIsWrit
   m_folder.Write("out/Notes", "mine");
 
   const CommandResult result =
-      RunCommand({"recover", Backup(), Out(), "--only", "Contacts,Notes,Call History"});
+      RunCommand({"recover", "--no-index", Backup(), Out(), "--only", "Contacts,Notes,Call History"});
 
   EXPECT_EQ(4, result.nExitStatus);
   EXPECT_THAT(WithoutStamps(result.strOut), HasSubstr("Failed\t" + Out() + "/Notes/Notes_STAMP.html\t"));
@@ -216,7 +218,8 @@ TEST_F(RecoverDocuments, LinkIntoTheBackupFailsItsDocumentsAndTheBackupStays) {
   fs::create_directory_symlink(Backup(), Out() + "/Message");
   const auto before = TreeOf(Backup());
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out(), "--only", "Message,Notes"});
+  const CommandResult result =
+      RunCommand({"recover", "--no-index", Backup(), Out(), "--only", "Message,Notes"});
 
   EXPECT_EQ(4, result.nExitStatus);
   EXPECT_THAT(result.strOut, HasSubstr("inside the backup"));
@@ -228,7 +231,7 @@ TEST_F(RecoverDocuments, HostileSendersWriteNothingOutsideTheDestination) {
   WriteConversations(Backup(), {"/../../../../x", "../../y", "+1", "a/b"});
 
   const CommandResult result =
-      RunCommand({"recover", Backup(), m_folder.Path("a/b/out"), "--only", "Message"});
+      RunCommand({"recover", "--no-index", Backup(), m_folder.Path("a/b/out"), "--only", "Message"});
 
   EXPECT_EQ(0, result.nExitStatus);
   for (const char* pszStem : {"Unknown(+1)", "Unknown(a_b)", "Unknown(_.._.._.._.._x)", "Unknown(.._.._y)"})
@@ -246,7 +249,7 @@ TEST_F(RecoverDocuments, MessageStoreOfAnEarlierRunStaysUnlessMessagesAreWanted)
   WriteSmallBackup(Backup(), Layout::Db);
   WriteFile(Out() + "/Message/sms.db", "of an earlier run");
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out(), "--only", "Notes"});
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out(), "--only", "Notes"});
 
   EXPECT_EQ(0, result.nExitStatus);
   EXPECT_EQ("of an earlier run", ReadFile(Out() + "/Message/sms.db"));
@@ -257,8 +260,8 @@ TEST_F(RecoverDocuments, OnAFullDiskFailWithTheReason) {
   m_folder.MakeFolder("out");
   if (!MayMount(Out())) GTEST_SKIP() << "this system lets nobody mount a small file system";
 
-  const CommandResult result =
-      RunOnMount("size=64k", Out(), m_folder.Path("kept"), {"recover", Backup(), Out(), "--only", "Message"});
+  const CommandResult result = RunOnMount("size=64k", Out(), m_folder.Path("kept"),
+                                          {"recover", "--no-index", Backup(), Out(), "--only", "Message"});
 
   EXPECT_EQ(4, result.nExitStatus) << result.strErr;
   EXPECT_THAT(result.strOut, HasSubstr("\tNo space left on device\n"));
@@ -274,7 +277,8 @@ TEST_F(RecoverDocuments, OnAReadOnlyDiskAllFail) {
   m_folder.MakeFolder("out");
   if (!MayMount(Out())) GTEST_SKIP() << "this system lets nobody mount a read-only folder";
 
-  const CommandResult result = RunOnMount("ro", Out(), m_folder.Path("kept"), {"recover", Backup(), Out()});
+  const CommandResult result =
+      RunOnMount("ro", Out(), m_folder.Path("kept"), {"recover", "--no-index", Backup(), Out()});
 
   EXPECT_EQ(4, result.nExitStatus) << result.strErr;
   EXPECT_THAT(Succeeded(result, Out()), IsEmpty());

@@ -68,7 +68,7 @@ TEST_P(ProgramOfLayout, WritesWhatTheBackupHolds) {
   CopyProgram(true);
   WriteSmallBackup(Backup(), GetParam());
 
-  const CommandResult result = RunCopy({"recover", Backup(), Out()});
+  const CommandResult result = RunCopy({"recover", "--no-index", Backup(), Out()});
 
   EXPECT_EQ(0, result.nExitStatus);
   EXPECT_THAT(result.strErr, IsEmpty());
@@ -114,7 +114,7 @@ TEST_P(TemplateBeside, WithoutTheContentTokenExitsWithFourAndWritesNothing) {
       m_folder.Write(std::string("program/template/") + GetParam() + ".html", "<html>{|title|}</html>");
   WriteSmallBackup(Backup(), Layout::Db);
 
-  const CommandResult result = RunCopy({"recover", Backup(), Out()});
+  const CommandResult result = RunCopy({"recover", "--no-index", Backup(), Out()});
 
   EXPECT_EQ(4, result.nExitStatus);
   EXPECT_THAT(result.strErr, HasSubstr(strTemplate));
@@ -128,7 +128,7 @@ TEST_P(TemplateBeside, ThatIsMissingExitsWithFourAndNothingIsWritten) {
   fs::remove(strTemplate);
   WriteSmallBackup(Backup(), Layout::Db);
 
-  const CommandResult result = RunCopy({"recover", Backup(), Out()});
+  const CommandResult result = RunCopy({"recover", "--no-index", Backup(), Out()});
 
   EXPECT_EQ(4, result.nExitStatus);
   EXPECT_THAT(ErrorLines(result), ElementsAre(HasSubstr(strTemplate)));
@@ -142,7 +142,7 @@ TEST_F(RecoverTemplates, WithoutAnyNothingIsWritten) {
   CopyProgram(false);
   WriteSmallBackup(Backup(), Layout::Db);
 
-  const CommandResult result = RunCopy({"recover", Backup(), Out(), "--only", "Notes"});
+  const CommandResult result = RunCopy({"recover", "--no-index", Backup(), Out(), "--only", "Notes"});
 
   EXPECT_EQ(4, result.nExitStatus);
   EXPECT_THAT(ErrorLines(result), ElementsAre(HasSubstr(m_folder.Path("program/template/"))));

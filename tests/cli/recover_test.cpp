@@ -96,7 +96,7 @@ TEST_P(RecoverOfLayout, CopiesTheSameFilesInTheSameOrderWithoutOnly) {
   std::vector<std::string> expected;
   for (const SmallBackup::File& file : small.files) expected.push_back("Success\t" + Out() + file.strTarget);
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out()});
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out()});
 
   EXPECT_EQ(0, result.nExitStatus);
   std::vector<std::string> found;
@@ -112,7 +112,7 @@ TEST_P(RecoverOfLayout, LeavesTheBackupUnchanged) {
   writeDemoBackup(QString::fromStdString(Backup()), options);
   const auto before = TreeOf(Backup());
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out()});
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out()});
 
   EXPECT_EQ(0, result.nExitStatus);
   EXPECT_TRUE(before == TreeOf(Backup()));
@@ -186,7 +186,8 @@ TEST_P(RecoverOnly, CopiesTheNamedCategoriesAlone) {
     }
   }
 
-  const CommandResult result = RunCommand({"recover", Backup(), Out(), "--only", GetParam().pszLabels});
+  const CommandResult result =
+      RunCommand({"recover", "--no-index", Backup(), Out(), "--only", GetParam().pszLabels});
 
   EXPECT_EQ(0, result.nExitStatus);
   ExpectCopies(expected, Out());

@@ -27,9 +27,13 @@ constexpr int kPhotos = 3000;
 /// KiB, with paths of more than 250 bytes).
 class LongRecovery : public testing::Test {
  protected:
+  explicit LongRecovery(bool bIndex = false) : m_bIndex(bIndex) {}
+
   void SetUp() override {
     m_photos = WritePhotos(m_folder.Path("backup"), kPhotos, m_bytes);
-    PrepareCommand(m_process, {"recover", m_folder.Path("backup"), Out(), "--only", "Camera Roll"});
+    std::vector<std::string> arguments = {"recover", m_folder.Path("backup"), Out(), "--only", "Camera Roll"};
+    if (!m_bIndex) arguments.push_back("--no-index");
+    PrepareCommand(m_process, arguments);
     m_process.start();
     ASSERT_TRUE(m_process.waitForReadyRead(kLimit)) << "no line comes";
   }
@@ -42,13 +46,18 @@ class LongRecovery : public testing::Test {
 
   std::string Out() const { return m_folder.Path(std::string(120, 'a') + "/" + std::string(120, 'b')); }
 
+  bool m_bIndex;
   TemporaryFolder m_folder;
   QByteArray m_bytes = sample_media::jpeg(1, 64, 48).leftJustified(1024, '\0');
   std::vector<std::string> m_photos;
   QProcess m_process;
 };
 
-class StoppedRecovery : public LongRecovery, public testing::WithParamInterface<int> {};
+/// Would write a front page at its end.
+class StoppedRecovery : public LongRecovery, public testing::WithParamInterface<int> {
+ protected:
+  StoppedRecovery() : LongRecovery(true) {}
+};
 
 /// The master side of a pseudo-terminal.
 class Terminal {
@@ -155,9 +164,10 @@ TEST(ReaderOfTheLines, ThatClosesThePipeCausesAFailedWrite) {
   WritePhotos(folder.Path("backup"), kPhotos, sample_media::jpeg(1, 64, 48).leftJustified(1024, '\0'));
   QProcess process;
   PrepareCommand(process, {});
-  process.start("sh", Arguments({"-c", "status=$1; shift; { \"$@\"; echo $? >\"$status\"; } | head -n 1",
-                                 "sh", folder.Path("status"), CommandPath().toStdString(), "recover",
-                                 folder.Path("backup"), folder.Path("out"), "--only", "Camera Roll"}));
+  process.start("sh",
+                Arguments({"-c", "status=$1; shift; { \"$@\"; echo $? >\"$status\"; } | head -n 1", "sh",
+                           folder.Path("status"), CommandPath().toStdString(), "recover", "--no-index",
+                           folder.Path("backup"), folder.Path("out"), "--only", "Camera Roll"}));
 
   const CommandResult result = FinishCommand(process);
 

@@ -204,11 +204,12 @@ TEST_P(EncryptedCommandOfAge, ScansAsThePlainBackup) {
 
 TEST_P(EncryptedCommandOfAge, RecoversAsThePlainBackup) {
   Write(GetParam());
-  const CommandResult plain = RunCommand({"recover", Plain(), m_folder.Path("out/plain"), "-q"});
+  const CommandResult plain =
+      RunCommand({"recover", "--no-index", Plain(), m_folder.Path("out/plain"), "-q"});
 
-  const CommandResult result =
-      RunWithInput({"recover", Backup(), m_folder.Path("out/encrypted"), "-q", "--password-stdin"},
-                   std::string(kPassword) + "\n");
+  const CommandResult result = RunWithInput(
+      {"recover", "--no-index", Backup(), m_folder.Path("out/encrypted"), "-q", "--password-stdin"},
+      std::string(kPassword) + "\n");
 
   EXPECT_EQ(plain.nExitStatus, result.nExitStatus);
   const auto expected = RecoveredFiles(m_folder.Path("out/plain"));

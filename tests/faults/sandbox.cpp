@@ -119,7 +119,7 @@ std::vector<std::string> Sandbox::Arguments(const Variant& variant, Command comm
   if (command == Command::Backups) add({"backups", m_strRoot + "/backups"});
   if (command == Command::Scan) add({"scan", Backup()});
   if (command == Command::ScanJson) add({"scan", "--json", "--manifest", Backup()});
-  if (command == Command::Recover) add({"recover", Backup(), strOut});
+  if (command == Command::Recover) add({"recover", "--no-index", Backup(), strOut});
   if (command == Command::Tool) add({Backup(), strOut, kPassword});
   if (command == Command::Window)
     add({m_strRoot + "/backups", Backup(), m_strRoot + "/work", strOut, variant.bEncrypted ? kPassword : ""});
