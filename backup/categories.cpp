@@ -1,5 +1,7 @@
 #include "backup/categories.h"
 
+#include <algorithm>
+
 #include "common/status.h"
 
 namespace orvandel {
@@ -55,7 +57,13 @@ constexpr std::array<FileStep, 6> kFileSteps = {{
 struct WalkStep {
   int (*pfnRun)(IPhoneRecoveryParse& parser, BackupRecords& records);
   std::vector<CategoryNumber> categories;
+  std::vector<CategoryNumber> laterCategories = {};  ///< filled by a later step from what this one leaves
 };
+
+bool IsNeeded(const WalkStep& step, const std::function<bool(CategoryNumber)>& isWanted) {
+  return std::any_of(step.categories.begin(), step.categories.end(), isWanted) ||
+         std::any_of(step.laterCategories.begin(), step.laterCategories.end(), isWanted);
+}
 
 int ReadAppFiles(IPhoneRecoveryParse& parser, BackupRecords& records) {
   const int nStatus = parser.GetAppFilePath(records.m_vecAppFile);
@@ -76,7 +84,7 @@ const std::vector<WalkStep>& WalkSteps() {
       {[](Parser& p, Records& r) { return p.GetIPhonePersonContent(r.m_vecContact); }, {kContacts}},
       {[](Parser& p, Records& r) { return p.GetIPhoneHistoryCallInfo(r.m_vecCall); }, {kCallHistory}},
       {[](Parser& p, Records& r) { return p.GetIPhoneNotes(r.m_vecNote); }, {kNotes}},
-      {ReadAppFiles, {kAppPhotos, kAppVideos}},
+      {ReadAppFiles, {kAppPhotos, kAppVideos}, {kWhatsAppAttachments}},
       {[](Parser& p, Records& r) { return p.GetWhatsappMessageInfo(r.m_mapWhatsApp); }, {kWhatsApp}},
       {[](Parser& p, Records& r) { return p.GetWhatsAppAttachment(r.m_vecWhatsAppAttachment); },
        {kWhatsAppAttachments}},
@@ -99,9 +107,11 @@ std::string CategoryLabel(const Category& category, size_t nCount) {
 }
 
 int WalkCategories(IPhoneRecoveryParse& parser, BackupRecords& records,
-                   const std::function<void(const Category&)>& afterCategory) {
+                   const std::function<void(const Category&)>& afterCategory,
+                   const std::function<bool(CategoryNumber)>& isWanted) {
   int nStatus = kStatusOk;
   for (const WalkStep& step : WalkSteps()) {
+    if (isWanted && !IsNeeded(step, isWanted)) continue;
     nStatus = step.pfnRun(parser, records);
     if (nStatus == kStatusStopWalk) return nStatus;
     if (!afterCategory) continue;

@@ -60,11 +60,13 @@ const std::array<FileStep, 6>& FileSteps();
 /// Label and count as shown in the tree: "Camera Roll(12)".
 std::string CategoryLabel(const Category& category, size_t nCount);
 
-/// Reads all categories from a parser, in the fixed order. Call its Scan first.
+/// Reads the categories from a parser, in the fixed order. Call its Scan first.
 /// @param afterCategory called for each category once its records are complete; may be empty.
+/// @param isWanted steps that no wanted category needs are left out; empty for all.
 /// @return 2 when a step returned 2, which ends the walk (later categories stay empty), else the result of
 /// the last step.
 int WalkCategories(IPhoneRecoveryParse& parser, BackupRecords& records,
-                   const std::function<void(const Category&)>& afterCategory);
+                   const std::function<void(const Category&)>& afterCategory,
+                   const std::function<bool(CategoryNumber)>& isWanted = {});
 
 }  // namespace orvandel

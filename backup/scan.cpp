@@ -29,7 +29,7 @@ int ScanBackup(const __BACK_FILE_INFO__& info, CIphoneBackupFile& session,
   if (steps.afterManifest) steps.afterManifest(nStatus);
   if (nStatus == kStatusWrongPassword) return nStatus;
   if (nStatus == kStatusFailed || nStatus == kStatusStopWalk) return kStatusStopWalk;
-  return WalkCategories(*pParser, records, steps.afterCategory);
+  return WalkCategories(*pParser, records, steps.afterCategory, steps.isWanted);
 }
 
 }  // namespace orvandel

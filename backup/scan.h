@@ -27,6 +27,8 @@ struct ScanSteps {
   std::function<void(int nStatus)> afterManifest;
   /// Called for each category once its records are complete.
   std::function<void(const Category& category)> afterCategory;
+  /// False for a category that needn't be read; its records may stay empty.
+  std::function<bool(CategoryNumber nNumber)> isWanted;
 };
 
 /// Opens a backup and reads its manifest, then the categories in their fixed order.

@@ -15,8 +15,6 @@
 #include "cli/stop_signal.h"
 #include "common/file.h"
 #include "common/text.h"
-#include "decrypt/backup_files.h"
-#include "decrypt/protocol.h"
 
 namespace orvandel {
 
@@ -39,11 +37,6 @@ int NotABackup(const QString& qstrFolder, const Problem& problem) {
       PrintError(QString("there are backups below it; 'orvandel-cli backups %1' lists them").arg(qstrFolder));
   }
   return kExitNoBackup;
-}
-
-bool HasReadableContacts(const std::string& strFolder) {
-  const BackupLayout layout{FromNarrow(strFolder), false, EntryExists(strFolder + "/Manifest.db")};
-  return static_cast<bool>(OpenBackupFile(ToNarrow(layout.PathOf(kContactsStore))));
 }
 
 void WarnOfOddities(const __BACK_FILE_INFO__& info) {
@@ -86,29 +79,29 @@ WrittenFile Unread(const QString& qstrName, const std::string& strReason) {
   return {qstrName, {Problem::Step::Read, EIO, ToNarrow(qstrName), strReason}, {}};
 }
 
+/// Lets problems name files by their names on the device, since their paths in the work folder tell nobody
+/// anything.
+void NameDecryptedFiles(const OpenBackup& backup) {
+  const std::string strFolder = ToNarrow(backup.encrypted.Folder()) + "/";
+  SetFileNaming(
+      [names = DeviceNames(backup.session.GetManifest()), strFolder](const std::string& strFile) mutable {
+        return strFile.compare(0, strFolder.size(), strFolder) == 0 ? ToNarrow(names.Of(strFile)) : strFile;
+      });
+}
+
 void NameFailures(OpenBackup& backup) {
   DeviceNames names(backup.session.GetManifest());
-  for (const DecryptRun::Failure& failure : backup.decryptRun.Failures()) {
-    const QString qstrName =
-        failure.qstrFile.isEmpty() ? backup.qstrPath : names.Of(ToNarrow(failure.qstrFile));
-    PrintError(qstrName + ": " + failure.qstrReason);
-    // A file that is in the manifest but missing from the backup is skipped, as in an unencrypted backup.
-    if (!failure.qstrFile.isEmpty() && failure.qstrReason == kMissingSource) continue;
-    backup.notDecrypted.push_back(Unread(qstrName, ToNarrow(failure.qstrReason)));
+  for (const EncryptedBackup::Failure& failure : backup.encrypted.Failures()) {
+    const QString qstrName = failure.strFile.empty() ? backup.qstrPath : names.Of(failure.strFile);
+    PrintError(qstrName + ": " + FromNarrow(failure.strReason));
+    backup.notDecrypted.push_back(Unread(qstrName, failure.strReason));
   }
-  if (!backup.notDecrypted.empty())
-    PrintError(QString("%1: %2 could not be decrypted; their content is missing from the result")
-                   .arg(backup.qstrPath)
-                   .arg(backup.notDecrypted.size() == 1
-                            ? QString("1 file")
-                            : QString("%1 files").arg(static_cast<qint64>(backup.notDecrypted.size()))));
 }
 
 }  // namespace
 
 void CompleteEncryption(__BACK_FILE_INFO__& info) {
-  if (!info.bEncrypted && !HasReadableContacts(info.strBackupPath))
-    info.bEncrypted = IsMarkedEncrypted(info.strBackupPath);
+  info.bEncrypted = EncryptionMark(info.strBackupPath).value_or(info.bEncrypted);
 }
 
 int Interrupted() {
@@ -116,7 +109,8 @@ int Interrupted() {
   return 128 + StopSignal();
 }
 
-int ReadBackup(const BackupOptions& options, ProgressBar& bar, OpenBackup& backup) {
+int ReadBackup(const BackupOptions& options, const WantedCategory& isWanted, ProgressBar& bar,
+               OpenBackup& backup) {
   __BACK_FILE_INFO__ info;
   if (const Problem problem = ReadBackupInfo(ToNarrow(options.qstrBackup), info))
     return NotABackup(options.qstrBackup, problem);
@@ -127,15 +121,18 @@ int ReadBackup(const BackupOptions& options, ProgressBar& bar, OpenBackup& backu
   steps.pfnProgress = &ProgressBar::Report;
   steps.pProgressContext = &bar;
   steps.decrypt = [&]() -> std::optional<QString> {
-    nDecryptStatus = backup.decryptRun.Run(options, bar);
+    bar.Show(0);
+    nDecryptStatus = backup.encrypted.Open(options, isWanted);
     if (nDecryptStatus != kExitDone) return std::nullopt;
-    return backup.decryptRun.Folder();
+    return backup.encrypted.Folder();
   };
   steps.beforeManifest = [&] { WarnOfOddities(info); };
   steps.afterManifest = [&](int nStatus) {
     backup.nManifestStatus = nStatus;
+    if (info.bEncrypted) NameDecryptedFiles(backup);
     NameFailures(backup);
   };
+  steps.isWanted = isWanted;
   std::unique_ptr<IPhoneRecoveryParse> pParser;
   ScanBackup(info, backup.session, pParser, backup.records, steps);
   if (nDecryptStatus != kExitDone) return nDecryptStatus;

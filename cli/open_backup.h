@@ -4,7 +4,7 @@
 
 #include "backup/records.h"
 #include "backup/session.h"
-#include "cli/decrypt_run.h"
+#include "cli/encrypted_backup.h"
 #include "cli/options.h"
 #include "cli/progress_bar.h"
 #include "export/written_file.h"
@@ -15,20 +15,22 @@ namespace orvandel {
 struct OpenBackup {
   explicit OpenBackup(const BackupOptions& options)
       : qstrPath(options.qstrBackup), records(session.GetMessageMap()) {}
-  QString qstrPath;  ///< the backup's own folder
-  DecryptRun decryptRun;
+  QString qstrPath;           ///< the backup's own folder
+  EncryptedBackup encrypted;  ///< opened if it is
   CIphoneBackupFile session;
   BackupRecords records;
   int nManifestStatus = 0;
   std::vector<WrittenFile> notDecrypted;  ///< with their names on the device, if in the manifest
 };
 
-/// Sets whether a backup is encrypted from "Manifest.plist", if it has no contacts store that can be opened.
+/// Sets whether a backup is encrypted from "Manifest.plist", if that can be read.
 void CompleteEncryption(__BACK_FILE_INFO__& info);
 
 /// Opens and reads the backup given by the options.
+/// @param isWanted categories for which it returns false may stay empty; nothing is decrypted for them.
 /// @return 0, or the exit status of the process on failure, with a line printed on standard error.
-int ReadBackup(const BackupOptions& options, ProgressBar& bar, OpenBackup& backup);
+int ReadBackup(const BackupOptions& options, const WantedCategory& isWanted, ProgressBar& bar,
+               OpenBackup& backup);
 
 /// The files that could not be read, with their names on the device, if in the manifest.
 /// @param isWanted called with a file's identifier (its file name in the backup); false skips it.

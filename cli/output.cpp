@@ -20,9 +20,15 @@ ProblemSet& LossSet() {
   return losses;
 }
 
+std::function<std::string(const std::string& strFile)>& FileNaming() {
+  static std::function<std::string(const std::string& strFile)> nameOf;
+  return nameOf;
+}
+
 void PrintOnce(const std::string& strFile, const std::string& strReason) {
   static ProblemSet printed;  // two readers may report the same store
-  if (printed.emplace(strFile, strReason).second) PrintError(FromNarrow(strFile + ": " + strReason));
+  if (!printed.emplace(strFile, strReason).second) return;
+  PrintError(FromNarrow((FileNaming() ? FileNaming()(strFile) : strFile) + ": " + strReason));
 }
 
 }  // namespace
@@ -52,6 +58,10 @@ void PrintProblems() {
   SetLossHandler([](const std::string& strFile, const std::string& strReason) {
     LossSet().emplace(strFile, strReason);
   });
+}
+
+void SetFileNaming(std::function<std::string(const std::string& strFile)> nameOf) {
+  FileNaming() = std::move(nameOf);
 }
 
 const std::set<std::pair<std::string, std::string>>& Losses() {

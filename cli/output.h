@@ -1,6 +1,7 @@
 #pragma once
 #include <QByteArray>
 #include <QString>
+#include <functional>
 #include <set>
 #include <string>
 #include <utility>
@@ -24,6 +25,10 @@ void PrintError(const QString& qstrText);
 /// Installs handlers that print each problem of the engine once on standard error, as "orvandel-cli: FILE:
 /// REASON", and collect the losses.
 void PrintProblems();
+
+/// Sets how printed problems name a file, instead of by its path; empty for by its path. Both names are
+/// narrow.
+void SetFileNaming(std::function<std::string(const std::string& strFile)> nameOf);
 
 /// The losses so far: file and reason, both narrow.
 const std::set<std::pair<std::string, std::string>>& Losses();

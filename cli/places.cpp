@@ -1,6 +1,8 @@
 #include "common/places.h"
 
+#include <unistd.h>
 #include <QCoreApplication>
+#include <QDir>
 #include <QTemporaryDir>
 
 #include "cli/places.h"
@@ -38,6 +40,11 @@ std::string WorkFolder() {
 
 QString WorkFolderProblem() {
   return PrivateFolder().isValid() ? QString() : "/var/tmp: " + PrivateFolder().errorString();
+}
+
+void EndProcess(int nExitStatus) {
+  QDir(PrivateFolder().path()).removeRecursively();
+  _exit(nExitStatus);
 }
 
 std::string ProgramFolder() {

@@ -146,7 +146,8 @@ int Recover(const QCommandLineParser& parser, const QStringList& arguments) {
   if (!HasTemplates(options, CRecovery()) || !LoadIndexPage(options, page)) return kExitNotWritten;
   ProgressBar scanBar(!options.bQuiet);
   OpenBackup backup(options);
-  if (const int nStatus = ReadBackup(options, scanBar, backup)) return nStatus;
+  const auto isWanted = [&](CategoryNumber nNumber) { return IsWanted(options, nNumber); };
+  if (const int nStatus = ReadBackup(options, isWanted, scanBar, backup)) return nStatus;
   if (const int nStatus = CheckDestination(options)) return nStatus;
 
   ProgressBar bar(!options.bQuiet);

@@ -121,28 +121,13 @@ void RecoverDocuments(const RecoverOptions& options, const BackupRecords& record
 }
 
 void ReportLosses(const RecoverOptions& options, const OpenBackup& backup, RecoveryReport& report) {
-  struct StoreUse {
-    const char* pszId;
-    std::vector<CategoryNumber> categories;
-  };
-  // The other categories read files only, and any other file of a backup may be one of those.
-  static const std::vector<StoreUse> stores = {
-      {kContactsStore, {kContacts, kMessages, kCallHistory}},
-      {kMessageStore, {kMessages}},
-      {kCallStore, {kCallHistory}},
-      {kCallStoreFallback, {kCallHistory}},
-      {kNotesStore, {kNotes}},
-      {kNotesCloudStore, {kNotes}},
-  };
   const auto isWanted = [&](CategoryNumber nNumber) { return IsWanted(options, nNumber); };
   const bool bFiles = std::any_of(FileSteps().begin(), FileSteps().end(),
                                   [&](const FileStep& step) { return isWanted(step.nNumber); });
   for (const WrittenFile& file : LostFiles(backup, [&](const std::string& strFileId) {
-         for (const StoreUse& store : stores) {
-           if (strFileId == store.pszId)
-             return std::any_of(store.categories.begin(), store.categories.end(), isWanted);
-         }
-         return bFiles;
+         // Any other file of a backup may be one of a category that reads files.
+         const StoreUse* pStore = FindStoreUse(strFileId);
+         return pStore ? pStore->IsWanted(isWanted) : bFiles;
        }))
     report.Add(file);
   for (const WrittenFile& file : backup.notDecrypted) report.Add(file);

@@ -22,7 +22,7 @@ int Scan(const QCommandLineParser& parser, const QStringList& arguments) {
   ReadBackupOptions(parser, arguments[0], options);
   ProgressBar bar(!options.bQuiet);
   OpenBackup backup(options);
-  if (const int nStatus = ReadBackup(options, bar, backup)) return nStatus;
+  if (const int nStatus = ReadBackup(options, {}, bar, backup)) return nStatus;
   if (options.bJson) {
     PrintScanJson(backup, parser.isSet(kManifest));
   } else {

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "common/file.h"
+#include "common/file_source.h"
 
 namespace orvandel {
 
@@ -18,7 +19,11 @@ class BackupFolder {
   /// Same as OpenBackupFile. @param strPath narrow; may be outside the root.
   Result<OpenedFile> Open(const std::string& strPath) const;
 
+  /// The source of the files directly in the folder; null where they are as they are.
+  const FileSource* Source() const { return m_pSource.get(); }
+
  private:
+  const std::shared_ptr<const FileSource> m_pSource;
   std::string m_strPrefix;  // common prefix of the paths below the root
   int m_nFolder = -1;
 };

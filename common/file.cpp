@@ -115,7 +115,8 @@ Result<OpenedFile> OpenBackupFile(const std::string& strPath) {
                      strPath);
 }
 
-BackupFolder::BackupFolder(const std::string& strRoot) : m_strPrefix(strRoot + '/') {
+BackupFolder::BackupFolder(const std::string& strRoot)
+    : m_pSource(FileSourceOfFolder(strRoot)), m_strPrefix(strRoot + '/') {
 #ifdef SYS_openat2
   m_nFolder = open(m_strPrefix.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
 #endif
@@ -214,11 +215,15 @@ Problem CopyContent(const CopyEnd& source, const CopyEnd& target) {
 }  // namespace
 
 Problem CopyBackupFile(const std::string& strSource, const std::string& strTarget, unsigned int nRights) {
-  Result<OpenedFile> source = OpenBackupFile(strSource);
+  std::string strName;
+  const auto pSource = FileSourceOf(strSource, strName);
+  Result<OpenedFile> source = pSource ? OpenedFile{} : OpenBackupFile(strSource);
   if (!source) return source.Error();
   Result<NewFile> target = NewFile::Create(strTarget, 0600);
   if (!target) return target.Error();
-  const Problem problem = CopyContent({source->descriptor.Get(), strSource}, {target->Get(), strTarget});
+  const Problem problem =
+      pSource ? pSource->Copy(strName, target->Get(), strTarget)
+              : CopyContent({source->descriptor.Get(), strSource}, {target->Get(), strTarget});
   if (problem) return problem;
   // Ignored: some file systems don't support modes.
   fchmod(target->Get(), static_cast<mode_t>(nRights));

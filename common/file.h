@@ -26,7 +26,7 @@ void DeclareSharded(const std::string& strRoot);
 
 /// A file of a backup, open for reading.
 struct OpenedFile {
-  Descriptor descriptor;
+  Descriptor descriptor{-1};
   int64_t nSize = 0;  ///< in bytes
 };
 
@@ -48,8 +48,9 @@ bool EntryExists(const std::string& strPath);
 /// Mode of files that a recovery copies: readable and writable by everybody.
 constexpr unsigned int kRecoveredFileRights = 0777;
 
-/// Copies a file of a backup to a new path and sets its mode, ignoring the umask. Removes the copy on
-/// failure. Fails when the target exists, and leaves it untouched. Doesn't sync.
+/// Copies a file of a backup, or of its folder's source (common/file_source.h), to a new path and sets its
+/// mode, ignoring the umask. Removes the copy on failure. Fails when the target exists, and leaves it
+/// untouched. Doesn't sync.
 /// @param strSource, strTarget narrow. @return a problem with the source (Open, Read) or the target (Create,
 /// Write).
 Problem CopyBackupFile(const std::string& strSource, const std::string& strTarget, unsigned int nRights);

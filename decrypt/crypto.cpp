@@ -19,6 +19,13 @@ using CipherContext = std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_f
   throw std::runtime_error(std::string("OpenSSL: ") + pszWhat);
 }
 
+/// Looks a cipher up. That takes longer than decrypting a key, so callers keep the result for ever.
+const EVP_CIPHER* Cipher(const char* pszName) {
+  const EVP_CIPHER* pCipher = EVP_CIPHER_fetch(nullptr, pszName, nullptr);
+  if (!pCipher) Fail(pszName);
+  return pCipher;
+}
+
 }  // namespace
 
 Secret::Secret(const void* pData, size_t nSize)
@@ -49,11 +56,10 @@ Secret DeriveKey(const Secret& password, const Bytes& salt, int nRounds, Digest 
 bool UnwrapKey(const Secret& wrappingKey, const unsigned char* pWrapped, size_t nSize, Secret& key) {
   if (nSize != kWrappedKeySize || wrappingKey.Size() != kKeySize) return false;
   const CipherContext context(EVP_CIPHER_CTX_new(), &EVP_CIPHER_CTX_free);
-  const std::unique_ptr<EVP_CIPHER, decltype(&EVP_CIPHER_free)> cipher(
-      EVP_CIPHER_fetch(nullptr, "AES-256-WRAP", nullptr), &EVP_CIPHER_free);
-  if (!context || !cipher) Fail("AES-256-WRAP");
+  static const EVP_CIPHER* pCipher = Cipher("AES-256-WRAP");
+  if (!context) Fail("AES-256-WRAP");
   EVP_CIPHER_CTX_set_flags(context.get(), EVP_CIPHER_CTX_FLAG_WRAP_ALLOW);
-  if (EVP_DecryptInit_ex2(context.get(), cipher.get(), wrappingKey.Data(), nullptr, nullptr) != 1)
+  if (EVP_DecryptInit_ex2(context.get(), pCipher, wrappingKey.Data(), nullptr, nullptr) != 1)
     Fail("AES-256-WRAP");
   Secret unwrapped(kWrappedKeySize);
   int nLength = 0;
@@ -76,11 +82,15 @@ std::string Sha1Hex(const std::string& strText) {
   return strHex;
 }
 
-CbcDecryptor::CbcDecryptor(const Secret& key) : m_pContext(EVP_CIPHER_CTX_new()) {
-  const unsigned char iv[16] = {};
+CbcDecryptor::CbcDecryptor(const Secret& key, const unsigned char* pPrevious)
+    : m_pContext(EVP_CIPHER_CTX_new()) {
+  const unsigned char zeros[kBlockSize] = {};
+  static const EVP_CIPHER* pCipher = Cipher("AES-256-CBC");
   if (!m_pContext || key.Size() != kKeySize ||
-      EVP_DecryptInit_ex(m_pContext, EVP_aes_256_cbc(), nullptr, key.Data(), iv) != 1)
+      EVP_DecryptInit_ex2(m_pContext, pCipher, key.Data(), pPrevious ? pPrevious : zeros, nullptr) != 1) {
+    EVP_CIPHER_CTX_free(m_pContext);
     Fail("AES-256-CBC");
+  }
   EVP_CIPHER_CTX_set_padding(m_pContext, 0);
 }
 

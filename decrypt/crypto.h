@@ -46,10 +46,13 @@ bool UnwrapKey(const Secret& wrappingKey, const unsigned char* pWrapped, size_t 
 /// SHA-1 in 40 lower-case hexadecimal digits.
 std::string Sha1Hex(const std::string& strText);
 
-/// AES-256-CBC with an all-zero IV, in pieces. Doesn't remove padding. Not thread-safe.
+/// AES-256-CBC, in pieces. Doesn't remove padding. Not thread-safe.
 class CbcDecryptor {
  public:
-  explicit CbcDecryptor(const Secret& key);
+  static constexpr size_t kBlockSize = 16;
+
+  /// @param pPrevious the encrypted block before the first one, 16 bytes; null for the beginning of a file.
+  explicit CbcDecryptor(const Secret& key, const unsigned char* pPrevious = nullptr);
   ~CbcDecryptor();
   CbcDecryptor(const CbcDecryptor&) = delete;
   CbcDecryptor& operator=(const CbcDecryptor&) = delete;

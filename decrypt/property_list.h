@@ -31,14 +31,4 @@ Bytes DataOf(plist_t pNode);
 /// @param nValue unchanged when the node isn't a number.
 void NumberOf(plist_t pNode, uint64_t& nValue);
 
-/// The fields for decryption of a file's archived record in the manifest.
-struct ArchivedFile {
-  Bytes wrappedKey;             ///< class number and wrapped key, 44 bytes; empty for an unencrypted file
-  uint64_t nSize = UINT64_MAX;  ///< in bytes; UINT64_MAX if unknown
-  bool bWhole = false;          ///< false for an invalid record, or a missing key
-};
-
-/// Reads a record of the keyed archiver; empty for anything else.
-ArchivedFile ReadArchivedFile(const void* pData, size_t nSize);
-
 }  // namespace orvandel

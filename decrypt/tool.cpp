@@ -1,16 +1,13 @@
 #include "decrypt/tool.h"
 
-#include <langinfo.h>
-
 #include <atomic>
 #include <cstdio>
 #include <mutex>
-#include <optional>
 #include <stdexcept>
 
-#include "decrypt/backup_files.h"
-#include "decrypt/password.h"
+#include "decrypt/backup_reader.h"
 #include "decrypt/worker_pool.h"
+#include "decrypt/written_content.h"
 
 namespace orvandel {
 
@@ -59,26 +56,11 @@ class Progress {
   uint64_t m_nDone = 0;
 };
 
-/// Unlocks the keybag of a backup; nullopt when the password is wrong in all of its forms. An empty password
-/// is always wrong.
-std::optional<Keybag> Unlocked(const std::string& strBackup, const Bytes& data, const Secret& password) {
-  try {
-    Keybag keybag(data);
-    for (const Secret& form : PasswordForms(password, nl_langinfo(CODESET))) {
-      if (keybag.Unlock(form)) return keybag;
-    }
-    return std::nullopt;
-  } catch (const std::runtime_error& error) {
-    throw std::runtime_error(strBackup + "/Manifest.plist: " + error.what());
-  }
-}
-
 }  // namespace
 
 ToolStatus CheckPassword(const std::string& strBackup, const Secret& password) {
   try {
-    const BackupFiles files(strBackup);
-    if (!Unlocked(strBackup, files.KeybagData(), password)) {
+    if (!BackupReader(strBackup).Unlock(password)) {
       PrintWrongPassword();
       return kToolWrongPassword;
     }
@@ -94,31 +76,32 @@ ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFol
                          const std::string& strManifestFolder, const Secret& password) {
   std::atomic<bool> bFailed{false};
   try {
-    BackupFiles files(strBackup);
-    const std::optional<Keybag> keybag = Unlocked(strBackup, files.KeybagData(), password);
-    if (!keybag) {
+    BackupReader reader(strBackup);
+    if (!reader.Unlock(password)) {
       PrintWrongPassword();
       return kToolWrongPassword;
     }
-    const std::string strProblem = files.OpenManifest(*keybag, strManifestFolder, strFolder);
+    const std::string strProblem = reader.OpenManifest(strManifestFolder, strFolder);
     if (!strProblem.empty()) {
       PrintFailure(strProblem);
       bFailed = true;
     }
-    Progress progress(files.Count());
-    WorkerPool pool([&](FileJob& job) {
+    Progress progress(reader.CountFiles());
+    WorkerPool pool([&](ManifestEntry& entry) {
       try {
-        if (job.bDamaged) throw std::runtime_error("its record in the manifest is damaged");
-        const Secret key = job.wrappedKey.empty() ? Secret() : keybag->FileKey(job.wrappedKey);
-        WriteDecrypted(job.strSource, strFolder + "/" + job.strId, key, job.nSize);
+        ContentStream content = reader.Open(entry);
+        WriteContent(content, strFolder + "/" + entry.strId);
       } catch (const std::exception& error) {
-        PrintFailure(job.strSource + ": " + error.what());
+        PrintFailure(reader.PathOf(entry.strId) + ": " + error.what());
         bFailed = true;
       }
       progress.Advance();
     });
     try {
-      files.Visit([&](FileJob&& job) { pool.Add(std::move(job)); });
+      reader.Visit(BackupReader::Detail::Records, [&](ManifestEntry&& entry) {
+        if (reader.IsFile(entry)) pool.Add(std::move(entry));
+        return true;
+      });
     } catch (const std::runtime_error& error) {
       PrintFailure(error.what());
       bFailed = true;

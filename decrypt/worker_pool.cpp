@@ -8,7 +8,7 @@ namespace {
 constexpr size_t kMostWaiting = 256;
 }
 
-WorkerPool::WorkerPool(std::function<void(FileJob& job)> work, unsigned int nThreads)
+WorkerPool::WorkerPool(std::function<void(ManifestEntry& job)> work, unsigned int nThreads)
     : m_work(std::move(work)) {
   try {
     for (unsigned int i = 0; i < nThreads; ++i) m_threads.emplace_back([this] { Run(); });
@@ -17,7 +17,7 @@ WorkerPool::WorkerPool(std::function<void(FileJob& job)> work, unsigned int nThr
   }
 }
 
-void WorkerPool::Add(FileJob&& job) {
+void WorkerPool::Add(ManifestEntry&& job) {
   if (m_threads.empty()) return m_work(job);
   std::unique_lock<std::mutex> lock(m_mutex);
   m_hasRoom.wait(lock, [this] { return m_waiting.size() < kMostWaiting; });
@@ -40,7 +40,7 @@ void WorkerPool::Run() {
   for (;;) {
     m_hasJob.wait(lock, [this] { return m_bFinished || !m_waiting.empty(); });
     if (m_waiting.empty()) return;
-    FileJob job = std::move(m_waiting.front());
+    ManifestEntry job = std::move(m_waiting.front());
     m_waiting.pop_front();
     m_hasRoom.notify_one();
     lock.unlock();

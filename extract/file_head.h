@@ -11,14 +11,16 @@ namespace orvandel {
 struct BackupFileHead {
   static constexpr uint32_t kSize = 512;
 
-  int nOpenError = 0;  ///< errno of OpenBackupFile; 0 on success
-  int nReadError = 0;  ///< errno of reading; 0 also for a file shorter than a head
+  int nOpenError = 0;          ///< errno of OpenBackupFile; 0 on success
+  std::string strOpenProblem;  ///< the reason, if the system's text for the error isn't it; narrow
+  int nReadError = 0;          ///< errno of reading; 0 also for a file shorter than a head
   bool bWhole = false;
   int64_t nFileSize = 0;
   std::array<unsigned char, kSize> bytes;  ///< valid when bWhole
 };
 
-/// Opens a file with OpenBackupFile and reads its head. Reports nothing. Thread-safe.
+/// Opens a file with OpenBackupFile, or asks its folder's source (common/file_source.h), and reads its head.
+/// Reports nothing. Thread-safe.
 /// @param pszPath narrow.
 void ReadFileHead(const char* pszPath, BackupFileHead& head);
 /// Same as above for one of many files of a backup.

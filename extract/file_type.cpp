@@ -40,7 +40,9 @@ int CFileTypeJudge::ParseFileBuf(const char* pszPath, std::string& strOutput) {
 
 int CFileTypeJudge::JudgeHead(const char* pszPath, const BackupFileHead& head, std::string& strOutput) {
   if (const int nError = head.nOpenError) {
-    if (nError != ENOENT) ReportLoss(SystemProblem(Problem::Step::Open, pszPath, nError));
+    if (nError != ENOENT && !head.strOpenProblem.empty()) ReportLoss(pszPath, head.strOpenProblem);
+    if (nError != ENOENT && head.strOpenProblem.empty())
+      ReportLoss(SystemProblem(Problem::Step::Open, pszPath, nError));
     // It exists but isn't a regular file: no type, but not missing.
     return nError == EISDIR || nError == ENXIO || nError == ELOOP ? kStatusShortRead : nError;
   }

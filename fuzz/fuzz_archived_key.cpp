@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "decrypt/property_list.h"
+#include "decrypt/archived_file.h"
 #include "fuzz/scratch_folder.h"
 
 using namespace orvandel;

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <plist/plist.h>
 
+#include "decrypt/archived_file.h"
 #include "decrypt/property_list.h"
 #include "sample/encryption.h"
 #include "tests/decrypt/cryptography.h"

@@ -16,8 +16,8 @@ constexpr int kJobs = 1000;
 /// Runs jobs through a pool. @return the number of completed jobs.
 int JobsDone(unsigned int nThreads) {
   std::atomic<int> nDone{0};
-  WorkerPool pool([&](FileJob&) { ++nDone; }, nThreads);
-  for (int i = 0; i < kJobs; ++i) pool.Add(FileJob());
+  WorkerPool pool([&](ManifestEntry&) { ++nDone; }, nThreads);
+  for (int i = 0; i < kJobs; ++i) pool.Add(ManifestEntry());
   pool.Finish();
   return nDone;
 }

@@ -1,4 +1,4 @@
-#include "decrypt/file_job.h"
+#include "decrypt/written_content.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -24,6 +24,12 @@ std::string SomeText(size_t nSize) {
   std::string strText(nSize, '\0');
   for (size_t i = 0; i < nSize; ++i) strText[i] = static_cast<char>(i * 31 + i / 251);
   return strText;
+}
+
+void WriteDecrypted(const std::string& strSource, const std::string& strTarget, const Secret& key,
+                    uint64_t nSize) {
+  ContentStream content(OpenBackupFile(strSource), key, nSize);
+  WriteContent(content, strTarget);
 }
 
 class WrittenFile : public testing::Test {

@@ -1,0 +1,58 @@
+#pragma once
+#include <QString>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/options.h"
+#include "cli/progress_bar.h"
+#include "cli/wanted_stores.h"
+#include "decrypt/encrypted_source.h"
+
+namespace orvandel {
+
+/// An encrypted backup that is read where it lies. Must live as long as its files are read.
+///
+/// Manifest and stores are decrypted into this process's private work folder, since they are read at random
+/// places. All other files are decrypted as they are read (common/file_source.h): their heads for a scan,
+/// their content straight to the destination. The backup's own folder isn't changed.
+class EncryptedBackup {
+ public:
+  /// A file that could not be read or decrypted.
+  struct Failure {
+    std::string strFile;  ///< its path in the backup, narrow; empty for the backup itself
+    std::string strReason;
+  };
+
+  EncryptedBackup();
+  ~EncryptedBackup();
+  EncryptedBackup(const EncryptedBackup&) = delete;
+  EncryptedBackup& operator=(const EncryptedBackup&) = delete;
+
+  /// Gets the password, opens the manifest and decrypts the wanted stores.
+  /// @return 0, where some stores may be missing (see Failures); else the exit status of the process, with a
+  /// line printed on standard error.
+  int Open(const BackupOptions& options, const WantedCategory& isWanted);
+
+  /// The folder in which the session finds manifest, stores and, through a source, all other files.
+  const QString& Folder() const { return m_qstrFolder; }
+  const std::vector<Failure>& Failures() const { return m_failures; }
+
+ private:
+  void DecryptStores(const WantedCategory& isWanted);
+
+  QString m_qstrFolder;
+  std::unique_ptr<BackupReader> m_pReader;
+  std::shared_ptr<EncryptedSource> m_pSource;
+  std::vector<Failure> m_failures;
+};
+
+/// Gets the password of an encrypted backup and unlocks it.
+/// @return 0, or the exit status of the process, with a line printed on standard error.
+int Unlock(const BackupOptions& options, BackupReader& reader);
+
+/// Checks that the work folder has room for some files of a backup, unless --force was given.
+/// @param files paths; those that don't exist need no room. @return as above.
+int CheckRoom(const BackupOptions& options, const std::vector<std::string>& files);
+
+}  // namespace orvandel

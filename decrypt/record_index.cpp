@@ -1,0 +1,113 @@
+#include "decrypt/record_index.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+
+namespace orvandel {
+
+namespace {
+
+constexpr size_t kMostUnwritten = 1024;  // records
+/// What is known of a file's key.
+enum State : uint32_t { kPlain, kHasKey, kOddKey, kDamaged };
+
+[[noreturn]] void Fail(const std::string& strWhat) {
+  throw std::runtime_error(strWhat + ": " + strerror(errno));
+}
+
+/// Creates a file without a name.
+int MakeUnnamed(const std::string& strFolder) {
+#ifdef O_TMPFILE
+  const int nFile = open(strFolder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+  if (nFile != -1) return nFile;
+#endif
+  std::string strPath = strFolder + "/index-XXXXXX";
+  const int nNamed = mkostemp(strPath.data(), O_CLOEXEC);
+  if (nNamed == -1) Fail(strFolder + ": the index of the files can't be created");
+  unlink(strPath.c_str());
+  return nNamed;
+}
+
+}  // namespace
+
+RecordIndex::RecordIndex(const std::string& strFolder) : m_file(MakeUnnamed(strFolder)) {
+  m_unwritten.reserve(kMostUnwritten);
+}
+
+bool RecordIndex::ParseId(const std::string& strId, unsigned char* pId) {
+  if (!IsIdentifier(strId)) return false;
+  const auto digit = [](char ch) { return static_cast<unsigned char>(ch <= '9' ? ch - '0' : ch - 'a' + 10); };
+  for (size_t i = 0; i < kIdSize; ++i)
+    pId[i] = static_cast<unsigned char>(digit(strId[2 * i]) << 4 | digit(strId[2 * i + 1]));
+  return true;
+}
+
+uint64_t RecordIndex::PrefixOf(const unsigned char* pId) {
+  uint64_t nPrefix = 0;
+  for (size_t i = 0; i < sizeof nPrefix; ++i) nPrefix = nPrefix << 8 | pId[i];
+  return nPrefix;
+}
+
+void RecordIndex::Add(const ManifestEntry& entry) {
+  Record record{};
+  if (!ParseId(entry.strId, record.id)) return;
+  record.nSize = entry.nSize;
+  record.nState = entry.wrappedKey.empty() ? kPlain : kHasKey;
+  if (record.nState == kHasKey && entry.wrappedKey.size() != kKeySize) record.nState = kOddKey;
+  if (record.nState == kHasKey) std::copy_n(entry.wrappedKey.data(), kKeySize, record.key);
+  if (entry.bDamaged) record.nState = kDamaged;
+  m_places.push_back({PrefixOf(record.id), m_places.size()});
+  m_unwritten.push_back(record);
+  if (m_unwritten.size() == kMostUnwritten) Flush();
+}
+
+void RecordIndex::Flush() {
+  const char* pData = reinterpret_cast<const char*>(m_unwritten.data());
+  size_t nLeft = m_unwritten.size() * sizeof(Record);
+  while (nLeft > 0) {
+    const ssize_t nWritten = write(m_file.Get(), pData, nLeft);
+    if (nWritten < 0 && errno == EINTR) continue;
+    if (nWritten < 0) Fail("the index of the files can't be written");
+    pData += nWritten;
+    nLeft -= static_cast<size_t>(nWritten);
+  }
+  m_unwritten.clear();
+}
+
+void RecordIndex::Finish() {
+  Flush();
+  m_unwritten.shrink_to_fit();
+  std::sort(m_places.begin(), m_places.end());
+}
+
+std::optional<ManifestEntry> RecordIndex::Find(const std::string& strId) const {
+  unsigned char id[kIdSize];
+  if (!ParseId(strId, id)) return std::nullopt;
+  const uint64_t nPrefix = PrefixOf(id);
+  auto it = std::upper_bound(m_places.begin(), m_places.end(), Place{nPrefix, UINT64_MAX});
+  // Backwards, since the last of equal identifiers counts.
+  while (it != m_places.begin() && (--it)->nPrefix == nPrefix) {
+    Record record;
+    const auto nOffset = static_cast<off_t>(it->nRecord * sizeof record);
+    if (pread(m_file.Get(), &record, sizeof record, nOffset) != static_cast<ssize_t>(sizeof record))
+      throw std::runtime_error("the index of the files can't be read");
+    if (memcmp(record.id, id, kIdSize) != 0) continue;
+    ManifestEntry entry;
+    entry.strId = strId;
+    entry.kind = ManifestEntry::Kind::File;
+    entry.nSize = record.nSize;
+    entry.bDamaged = record.nState == kDamaged;
+    if (record.nState == kHasKey) entry.wrappedKey.assign(record.key, record.key + kKeySize);
+    if (record.nState == kOddKey) entry.wrappedKey.assign(1, 0);  // no key has one byte: it is refused
+    return entry;
+  }
+  return std::nullopt;
+}
+
+}  // namespace orvandel
