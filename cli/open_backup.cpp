@@ -96,6 +96,10 @@ void NameFailures(OpenBackup& backup) {
     PrintError(qstrName + ": " + FromNarrow(failure.strReason));
     backup.notDecrypted.push_back(Unread(qstrName, failure.strReason));
   }
+  if (const size_t nFailures = backup.notDecrypted.size())
+    PrintError(QString("%1: %2 could not be decrypted; their content is missing from the result")
+                   .arg(backup.qstrPath)
+                   .arg(nFailures == 1 ? QString("1 file") : QString("%1 files").arg(nFailures)));
 }
 
 }  // namespace

@@ -136,11 +136,11 @@ TEST_P(LostFile, BackupWithoutEnoughSpaceIsRefusedBeforeAnythingIsWritten) {
   if (!MayMount("/var/tmp")) GTEST_SKIP() << "no file system may be mounted here";
 
   const CommandResult result =
-      RunOnMount("size=256k", "/var/tmp", m_folder.Path("kept"),
+      RunOnMount("size=64k", "/var/tmp", m_folder.Path("kept"),
                  {"recover", Backup(), Out(), "--password-file", m_folder.Path("password")});
 
   EXPECT_EQ(4, result.nExitStatus);
-  EXPECT_THAT(result.strErr, AllOf(HasSubstr("decrypting it takes "), HasSubstr(" MB, and "),
+  EXPECT_THAT(result.strErr, AllOf(HasSubstr("decrypting its manifest and stores takes "),
                                    HasSubstr(" KB free"), HasSubstr("--force")));
   EXPECT_FALSE(Exists(Out()));
   EXPECT_EQ("", result.strOut);
@@ -150,7 +150,7 @@ TEST_P(LostFile, ForLackOfSpaceIsNamedWhenForced) {
   if (!MayMount("/var/tmp")) GTEST_SKIP() << "no file system may be mounted here";
 
   const CommandResult result =
-      RunOnMount("size=256k", "/var/tmp", m_folder.Path("kept"),
+      RunOnMount("size=64k", "/var/tmp", m_folder.Path("kept"),
                  {"recover", Backup(), Out(), "--force", "--password-file", m_folder.Path("password")});
 
   EXPECT_EQ(4, result.nExitStatus);
