@@ -30,6 +30,7 @@ constexpr Target kTargets[] = {
     {"Media walk over 100,000 files / plain loop of system calls", "WalkMedia", "PlainMediaLoop", 0.75},
     {"Export of 1,000,000 messages in 2,000 conversations / plain fwrite", "ExportMessages",
      "PlainExportWrites", 2.0},
+    {"Unlocking with 2,000,000 rounds / openssl kdf", "DerivePasswordKey", "OpenSslKdf", 1.0},
 };
 constexpr double kPeakMemoryLimit = 400;  // MiB
 

@@ -4,7 +4,7 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Packages for every build, then those for tests, benchmarks and so on.
-debian_build="g++ cmake ninja-build qt6-base-dev libqt6sql6-sqlite qt6-webengine-dev libgl-dev libssl-dev libsqlite3-dev libplist-dev pkg-config pandoc fonts-crosextra-carlito fonts-noto-color-emoji fonts-droid-fallback fonts-nanum"
+debian_build="g++ cmake ninja-build qt6-base-dev libqt6sql6-sqlite qt6-webengine-dev libgl-dev libssl-dev libsqlite3-dev libplist-dev libgcrypt20-dev pkg-config pandoc fonts-crosextra-carlito fonts-noto-color-emoji fonts-droid-fallback fonts-nanum"
 debian_screens="xvfb"
 debian_test="libgtest-dev libgmock-dev chromium nodejs openssl python3 python3-jsonschema xvfb xdotool imagemagick"
 debian_engines="chromium firefox-esr webkit2gtk-driver nodejs xvfb"
@@ -14,7 +14,7 @@ debian_format="clang-format"
 debian_tidy="clang-tidy python3"
 debian_bench="libbenchmark-dev libssl-dev libsqlite3-dev time"
 debian_fuzz="clang libclang-rt-14-dev"
-brew_build="cmake ninja qt openssl@3 sqlite libplist pkgconf pandoc libiconv"
+brew_build="cmake ninja qt openssl@3 sqlite libplist libgcrypt pkgconf pandoc libiconv"
 brew_screens="xorg-server"
 brew_test="googletest node openssl@3 python"
 brew_engines="node"

@@ -1,5 +1,6 @@
 #include "decrypt/crypto.h"
 
+#include <gcrypt.h>
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
 
@@ -12,6 +13,7 @@ namespace orvandel {
 namespace {
 
 constexpr size_t kLargestPiece = 1 << 30;  // OpenSSL's lengths are ints
+constexpr int kSecureMemorySize = 16384;   // the least that libgcrypt makes; a derivation needs about 2 KB
 
 using CipherContext = std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)>;
 
@@ -24,6 +26,34 @@ const EVP_CIPHER* Cipher(const char* pszName) {
   const EVP_CIPHER* pCipher = EVP_CIPHER_fetch(nullptr, pszName, nullptr);
   if (!pCipher) Fail(pszName);
   return pCipher;
+}
+
+/// Initialises libgcrypt, unless another library of this process has.
+/// @return false if it can't be used.
+bool InitialiseLibgcrypt() {
+  if (gcry_control(GCRYCTL_INITIALIZATION_FINISHED_P)) return true;
+  if (!gcry_check_version(nullptr)) return false;
+  gcry_control(GCRYCTL_DISABLE_SECMEM_WARN);  // memory that can't be locked is still zeroed
+  gcry_control(GCRYCTL_DISABLE_PRIV_DROP);    // by default, locking memory gives up root's effective user ID
+  gcry_control(GCRYCTL_INIT_SECMEM, kSecureMemorySize, 0);
+  return gcry_control(GCRYCTL_INITIALIZATION_FINISHED, 0) == 0;
+}
+
+/// PBKDF2 by libgcrypt, the faster one (docs/dependencies.md).
+/// @return false if it refuses: an empty password or salt, and in FIPS mode a password below 14 bytes.
+bool DeriveWithLibgcrypt(const Secret& password, const Bytes& salt, int nRounds, Digest digest, Secret& key) {
+  static const bool bUsable = InitialiseLibgcrypt();
+  if (!bUsable || nRounds < 1) return false;
+  // With the result in secure memory, libgcrypt's intermediate values are there too and are zeroed when
+  // freed.
+  const std::unique_ptr<void, decltype(&gcry_free)> derived(gcry_malloc_secure(kKeySize), &gcry_free);
+  if (!derived ||
+      gcry_kdf_derive(password.Data(), password.Size(), GCRY_KDF_PBKDF2,
+                      digest == Digest::Sha1 ? GCRY_MD_SHA1 : GCRY_MD_SHA256, salt.data(), salt.size(),
+                      static_cast<unsigned long>(nRounds), kKeySize, derived.get()) != 0)
+    return false;
+  key = Secret(derived.get(), kKeySize);
+  return true;
 }
 
 }  // namespace
@@ -45,6 +75,7 @@ void Secret::Wipe() {
 
 Secret DeriveKey(const Secret& password, const Bytes& salt, int nRounds, Digest digest) {
   Secret key(kKeySize);
+  if (DeriveWithLibgcrypt(password, salt, nRounds, digest, key)) return key;
   const EVP_MD* pDigest = digest == Digest::Sha1 ? EVP_sha1() : EVP_sha256();
   if (PKCS5_PBKDF2_HMAC(reinterpret_cast<const char*>(password.Data()), static_cast<int>(password.Size()),
                         salt.data(), static_cast<int>(salt.size()), nRounds, pDigest, kKeySize,

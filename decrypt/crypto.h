@@ -37,7 +37,8 @@ constexpr size_t kWrappedKeySize = 40;  // a key wrapped according to RFC 3394
 
 enum class Digest { Sha1, Sha256 };
 
-/// Derives 32 bytes with PBKDF2. Throws std::runtime_error when OpenSSL fails.
+/// Derives 32 bytes with PBKDF2: by libgcrypt, or by OpenSSL where libgcrypt refuses the password.
+/// Throws std::runtime_error when both fail. May be called by several threads.
 Secret DeriveKey(const Secret& password, const Bytes& salt, int nRounds, Digest digest);
 
 /// Unwraps a key according to RFC 3394. @return false when the integrity check fails or the size is wrong.
