@@ -24,10 +24,11 @@ constexpr uint64_t kMostOfManifestList = 256 << 20;  // bytes of "Manifest.plist
 /// Values of Files.flags.
 enum Flags { kFileFlag = 1, kFolderFlag = 2, kLinkFlag = 4 };
 
-constexpr char kDetails[] = "select fileID, domain, relativePath, flags, file from Files";
+constexpr char kKeys[] = "select fileID, flags, file from Files";
+constexpr char kRecords[] = "select fileID, flags, file, domain, relativePath from Files";
 // The record only where the flags tell no kind.
 constexpr char kNames[] =
-    "select fileID, domain, relativePath, flags, case when flags in (1, 2, 4) then null else file end "
+    "select fileID, flags, case when flags in (1, 2, 4) then null else file end, domain, relativePath "
     "from Files";
 
 /// Opens a file of the backup. Throws std::runtime_error on failure.
@@ -199,15 +200,18 @@ void BackupReader::Visit(Detail detail, const Visitor& visit) const {
 }
 
 void BackupReader::VisitDatabase(Detail detail, const Visitor& visit) const {
-  StoreQuery query(m_strManifest, detail == Detail::Names ? kNames : kDetails, StoreQuery::Failure::Expected);
+  const char* pszStatement = detail == Detail::Names ? kNames : detail == Detail::Keys ? kKeys : kRecords;
+  StoreQuery query(m_strManifest, pszStatement, StoreQuery::Failure::Expected);
   while (query.Next()) {
     ManifestEntry entry;
     entry.strId = query.Narrow(0);
-    entry.strDomain = query.Narrow(1);
-    entry.strPath = query.Narrow(2);
-    entry.kind = KindOfFlags(query.Integer(3));
-    if (detail == Detail::Records || entry.kind == ManifestEntry::Kind::Unknown)
-      AddRecord(query.Blob(4), entry);
+    entry.kind = KindOfFlags(query.Integer(1));
+    if (detail != Detail::Names || entry.kind == ManifestEntry::Kind::Unknown)
+      AddRecord(query.Blob(2), entry);
+    if (detail != Detail::Keys) {
+      entry.strDomain = query.Narrow(3);
+      entry.strPath = query.Narrow(4);
+    }
     if (!visit(std::move(entry))) return;
   }
   if (query.Error()) throw std::runtime_error(m_strManifest + ": " + query.Error().strReason);

@@ -43,8 +43,9 @@ class BackupReader {
 
   /// What Visit reads of each entry.
   enum class Detail {
-    Names,   ///< without the fields of the record
-    Records  ///< everything
+    Names,    ///< without the fields of the record
+    Keys,     ///< without domain and path
+    Records,  ///< everything
   };
 
   /// Number of entries that may be files.

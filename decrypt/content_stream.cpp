@@ -89,15 +89,22 @@ void ContentStream::LastBlock(unsigned char* pBlock) const {
   CbcDecryptor(m_key, bytes).Decrypt(bytes + kBlockSize, pBlock, kBlockSize);
 }
 
+bool ContentStream::IsPadded() const {
+  return m_pDecryptor && m_nSourceSize == m_nSize / kBlockSize * kBlockSize + kBlockSize;
+}
+
 void ContentStream::CheckPadding() const {
-  const bool bPadded = m_pDecryptor && m_nSourceSize == m_nSize / kBlockSize * kBlockSize + kBlockSize;
-  if (!bPadded) return;
+  if (!IsPadded()) return;
   unsigned char block[kBlockSize];
   LastBlock(block);
+  CheckPadding(block);
+}
+
+void ContentStream::CheckPadding(const unsigned char* pBlock) const {
   const size_t nPadding = kBlockSize - m_nSize % kBlockSize;
-  const bool bZeros = std::all_of(block + kBlockSize - nPadding, block + kBlockSize,
+  const bool bZeros = std::all_of(pBlock + kBlockSize - nPadding, pBlock + kBlockSize,
                                   [](unsigned char nByte) { return nByte == 0; });
-  if (PaddingOf(block) != nPadding && !bZeros)
+  if (PaddingOf(pBlock) != nPadding && !bZeros)
     FailAsDamaged("is damaged, or its key is that of another file: its padding is invalid");
 }
 
@@ -109,8 +116,13 @@ size_t ContentStream::Read(unsigned char* pBuffer, size_t nCount) {
   if (m_pDecryptor) nWanted = (nWanted + kBlockSize - 1) / kBlockSize * kBlockSize;
   if (ReadPiece(m_file.Get(), pBuffer, nWanted) != nWanted) FailAsDamaged("became shorter while it was read");
   if (m_pDecryptor) m_pDecryptor->Decrypt(pBuffer, pBuffer, nWanted);
-  const size_t nReturned = static_cast<size_t>(std::min<uint64_t>(nLeft, nWanted));
+  const auto nReturned = static_cast<size_t>(std::min<uint64_t>(nLeft, nWanted));
   m_nRead += nReturned;
+  if (m_nRead < m_nSize) return nReturned;
+  if (m_nSize % kBlockSize != 0 && IsPadded())
+    CheckPadding(pBuffer + nWanted - kBlockSize);
+  else
+    CheckPadding();
   return nReturned;
 }
 

@@ -39,17 +39,23 @@ class ContentStream {
   /// Size of the content in bytes.
   uint64_t Size() const { return m_nSize; }
 
-  /// Fills the buffer up to the end of the content. Throws ContentError.
+  /// Fills the buffer up to the end of the content. Throws ContentError; at the end also if CheckPadding
+  /// would.
   /// @param nCount a multiple of 16, at least 16. @return the number of bytes; 0 at the end.
   size_t Read(unsigned char* pBuffer, size_t nCount);
 
-  /// Checks the padding, if the manifest's size leaves no doubt about where it is. Doesn't move the position.
-  /// Throws ContentError when it is neither padding nor zeros, since then the key is that of another file.
+  /// Checks the padding of an encrypted file, if its size leaves no doubt about where it is. Doesn't move the
+  /// position. Throws ContentError when it is neither padding nor zeros, since then the key is that of
+  /// another file.
   void CheckPadding() const;
 
  private:
   /// Decrypts the last block. The file has at least one.
   void LastBlock(unsigned char* pBlock) const;
+  /// True when the file has as many blocks as content and padding take.
+  bool IsPadded() const;
+  /// @param pBlock the last block, decrypted.
+  void CheckPadding(const unsigned char* pBlock) const;
 
   Descriptor m_file;
   Secret m_key;

@@ -21,7 +21,7 @@ using CipherContext = std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_f
   throw std::runtime_error(std::string("OpenSSL: ") + pszWhat);
 }
 
-/// Looks a cipher up. That takes longer than decrypting a key, so callers keep the result for ever.
+/// Looks a cipher up. That takes longer than using it once, so callers keep the result.
 const EVP_CIPHER* Cipher(const char* pszName) {
   const EVP_CIPHER* pCipher = EVP_CIPHER_fetch(nullptr, pszName, nullptr);
   if (!pCipher) Fail(pszName);
@@ -39,11 +39,15 @@ bool InitialiseLibgcrypt() {
   return gcry_control(GCRYCTL_INITIALIZATION_FINISHED, 0) == 0;
 }
 
+bool HasLibgcrypt() {
+  static const bool bUsable = InitialiseLibgcrypt();
+  return bUsable;
+}
+
 /// PBKDF2 by libgcrypt, the faster one (docs/dependencies.md).
 /// @return false if it refuses: an empty password or salt, and in FIPS mode a password below 14 bytes.
 bool DeriveWithLibgcrypt(const Secret& password, const Bytes& salt, int nRounds, Digest digest, Secret& key) {
-  static const bool bUsable = InitialiseLibgcrypt();
-  if (!bUsable || nRounds < 1) return false;
+  if (!HasLibgcrypt() || nRounds < 1) return false;
   // With the result in secure memory, libgcrypt's intermediate values are there too and are zeroed when
   // freed.
   const std::unique_ptr<void, decltype(&gcry_free)> derived(gcry_malloc_secure(kKeySize), &gcry_free);
@@ -53,6 +57,23 @@ bool DeriveWithLibgcrypt(const Secret& password, const Bytes& salt, int nRounds,
                       static_cast<unsigned long>(nRounds), kKeySize, derived.get()) != 0)
     return false;
   key = Secret(derived.get(), kKeySize);
+  return true;
+}
+
+/// @return false when the integrity check fails.
+bool UnwrapWithOpenSsl(const Secret& wrappingKey, const unsigned char* pWrapped, size_t nSize, Secret& key) {
+  const CipherContext context(EVP_CIPHER_CTX_new(), &EVP_CIPHER_CTX_free);
+  static const EVP_CIPHER* pCipher = Cipher("AES-256-WRAP");
+  if (!context) Fail("AES-256-WRAP");
+  EVP_CIPHER_CTX_set_flags(context.get(), EVP_CIPHER_CTX_FLAG_WRAP_ALLOW);
+  if (EVP_DecryptInit_ex2(context.get(), pCipher, wrappingKey.Data(), nullptr, nullptr) != 1)
+    Fail("AES-256-WRAP");
+  Secret unwrapped(kWrappedKeySize);
+  int nLength = 0;
+  if (EVP_DecryptUpdate(context.get(), unwrapped.Data(), &nLength, pWrapped, static_cast<int>(nSize)) != 1)
+    return false;
+  if (nLength != static_cast<int>(kKeySize)) return false;
+  key = Secret(unwrapped.Data(), kKeySize);
   return true;
 }
 
@@ -86,18 +107,15 @@ Secret DeriveKey(const Secret& password, const Bytes& salt, int nRounds, Digest 
 
 bool UnwrapKey(const Secret& wrappingKey, const unsigned char* pWrapped, size_t nSize, Secret& key) {
   if (nSize != kWrappedKeySize || wrappingKey.Size() != kKeySize) return false;
-  const CipherContext context(EVP_CIPHER_CTX_new(), &EVP_CIPHER_CTX_free);
-  static const EVP_CIPHER* pCipher = Cipher("AES-256-WRAP");
-  if (!context) Fail("AES-256-WRAP");
-  EVP_CIPHER_CTX_set_flags(context.get(), EVP_CIPHER_CTX_FLAG_WRAP_ALLOW);
-  if (EVP_DecryptInit_ex2(context.get(), pCipher, wrappingKey.Data(), nullptr, nullptr) != 1)
-    Fail("AES-256-WRAP");
-  Secret unwrapped(kWrappedKeySize);
-  int nLength = 0;
-  if (EVP_DecryptUpdate(context.get(), unwrapped.Data(), &nLength, pWrapped, static_cast<int>(nSize)) != 1)
+  gcry_cipher_hd_t pCipher = nullptr;
+  if (!HasLibgcrypt() || gcry_cipher_open(&pCipher, GCRY_CIPHER_AES256, GCRY_CIPHER_MODE_AESWRAP, 0) != 0)
+    return UnwrapWithOpenSsl(wrappingKey, pWrapped, nSize, key);
+  const std::unique_ptr<gcry_cipher_handle, decltype(&gcry_cipher_close)> cipher(pCipher, &gcry_cipher_close);
+  Secret unwrapped(kKeySize);
+  if (gcry_cipher_setkey(pCipher, wrappingKey.Data(), wrappingKey.Size()) != 0 ||
+      gcry_cipher_decrypt(pCipher, unwrapped.Data(), unwrapped.Size(), pWrapped, nSize) != 0)
     return false;
-  if (nLength != static_cast<int>(kKeySize)) return false;
-  key = Secret(unwrapped.Data(), kKeySize);
+  key = std::move(unwrapped);
   return true;
 }
 

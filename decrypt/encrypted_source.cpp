@@ -1,5 +1,6 @@
 #include "decrypt/encrypted_source.h"
 
+#include <algorithm>
 #include <cerrno>
 
 #include "decrypt/protocol.h"
@@ -7,12 +8,16 @@
 
 namespace orvandel {
 
+namespace {
+constexpr size_t kSmallFile = 4096;  // bytes
+}
+
 EncryptedSource::EncryptedSource(const BackupReader& reader, const std::string& strIndexFolder,
                                  const std::function<bool()>& isStopped)
     : m_reader(reader), m_folder(reader.Folder()), m_index(strIndexFolder) {
   std::string strIndexProblem;
   try {
-    reader.Visit(BackupReader::Detail::Records, [&](ManifestEntry&& entry) {
+    reader.Visit(BackupReader::Detail::Keys, [&](ManifestEntry&& entry) {
       try {
         if (reader.IsFile(entry)) m_index.Add(entry);
       } catch (const std::runtime_error& error) {
@@ -44,8 +49,13 @@ Result<FileSource::Head> EncryptedSource::ReadHead(const std::string& strName, u
                                                    size_t nCount) const {
   try {
     ContentStream content = Open(strName);
-    content.CheckPadding();
-    return Head{static_cast<int64_t>(content.Size()), content.Read(pBuffer, nCount)};
+    const auto nSize = static_cast<int64_t>(content.Size());
+    if (content.Size() > kSmallFile) return Head{nSize, content.Read(pBuffer, nCount)};
+    // With the end the padding is checked, too. Of a large file the end may be far away on the disk.
+    unsigned char bytes[kSmallFile];
+    const size_t nRead = std::min(content.Read(bytes, sizeof bytes), nCount);
+    std::copy_n(bytes, nRead, pBuffer);
+    return Head{nSize, nRead};
   } catch (const ContentError& error) {
     return Problem{error.Step(), error.Code(), strName, error.what()};
   }
@@ -54,7 +64,6 @@ Result<FileSource::Head> EncryptedSource::ReadHead(const std::string& strName, u
 Problem EncryptedSource::Copy(const std::string& strName, int nTarget, const std::string& strTarget) const {
   try {
     ContentStream content = Open(strName);
-    content.CheckPadding();
     WriteContent(content, nTarget);
     return {};
   } catch (const ContentError& error) {

@@ -98,7 +98,7 @@ ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFol
       progress.Advance();
     });
     try {
-      reader.Visit(BackupReader::Detail::Records, [&](ManifestEntry&& entry) {
+      reader.Visit(BackupReader::Detail::Keys, [&](ManifestEntry&& entry) {
         if (reader.IsFile(entry)) pool.Add(std::move(entry));
         return true;
       });
