@@ -1,11 +1,11 @@
 #include "common/places.h"
 
 #include <unistd.h>
+
 #include <QCoreApplication>
-#include <QDir>
-#include <QTemporaryDir>
 
 #include "cli/places.h"
+#include "cli/private_folder.h"
 #include "common/text.h"
 
 namespace orvandel {
@@ -17,9 +17,11 @@ std::string& Root() {
   return strRoot;
 }
 
-/// Private to this process, on disk, and removed at its end. Not affected by environment variables.
-const QTemporaryDir& PrivateFolder() {
-  static const QTemporaryDir folder("/var/tmp/orvandel-XXXXXX");
+constexpr char kParent[] = "/var/tmp";  // on disk
+
+/// Private to this process and removed at its end. Not affected by environment variables.
+const PrivateFolder& OwnFolder() {
+  static const PrivateFolder folder(kParent);
   return folder;
 }
 
@@ -35,15 +37,15 @@ std::string BackupRoot() {
 
 std::string WorkFolder() {
   // Without one, a path that can't exist, so that whatever needs the folder fails.
-  return PrivateFolder().isValid() ? ToNarrow(PrivateFolder().path()) + "/" : "/dev/null/";
+  return OwnFolder().IsValid() ? OwnFolder().Path() + "/" : "/dev/null/";
 }
 
 QString WorkFolderProblem() {
-  return PrivateFolder().isValid() ? QString() : "/var/tmp: " + PrivateFolder().errorString();
+  return OwnFolder().IsValid() ? QString() : QString(kParent) + ": " + FromNarrow(OwnFolder().Problem());
 }
 
 void EndProcess(int nExitStatus) {
-  QDir(PrivateFolder().path()).removeRecursively();
+  OwnFolder().RemoveNow();
   _exit(nExitStatus);
 }
 

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "sample/demo_backup.h"
 #include "sample/pictures.h"
@@ -52,6 +53,31 @@ class LongRecovery : public testing::Test {
   std::vector<std::string> m_photos;
   QProcess m_process;
 };
+
+#ifdef __linux__
+/// The private work folder that a process holds open; empty if there is none.
+std::string WorkFolderOf(qint64 nProcess) {
+  std::error_code error;
+  for (const auto& entry :
+       std::filesystem::directory_iterator("/proc/" + std::to_string(nProcess) + "/fd", error)) {
+    const std::string strTarget = std::filesystem::read_symlink(entry.path(), error).string();
+    if (!error && strTarget.rfind("/var/tmp/orvandel-", 0) == 0) return strTarget;
+  }
+  return {};
+}
+
+TEST_F(LongRecovery, WorkFolderOfAKilledRunIsRemovedByTheNext) {
+  const std::string strLeft = WorkFolderOf(m_process.processId());
+  ASSERT_TRUE(!strLeft.empty() && std::filesystem::is_directory(strLeft)) << "no work folder: " << strLeft;
+  m_process.kill();
+  ASSERT_TRUE(m_process.waitForFinished(kLimit));
+
+  const CommandResult next = RunCommand({"scan", m_folder.Path("backup")});
+
+  EXPECT_EQ(0, next.nExitStatus) << next.strErr;
+  EXPECT_FALSE(std::filesystem::exists(strLeft)) << strLeft;
+}
+#endif
 
 /// Would write a front page at its end.
 class StoppedRecovery : public LongRecovery, public testing::WithParamInterface<int> {
