@@ -104,6 +104,7 @@ int EncryptedBackup::Open(const BackupOptions& options, const WantedCategory& is
     PrintError("the private folder for the decrypted files can't be created: " + WorkFolderProblem());
     return kExitNotWritten;
   }
+  m_qstrBackup = options.qstrBackup;
   m_pReader = std::make_unique<BackupReader>(ToNarrow(options.qstrBackup));
   std::vector<std::string> files = {m_pReader->Folder() + "/Manifest.db"};
   for (const StoreUse& store : StoreUses()) {
@@ -121,14 +122,27 @@ int EncryptedBackup::Open(const BackupOptions& options, const WantedCategory& is
     m_pReader->OpenManifest(strFolder, strFolder);
     m_pSource = std::make_shared<EncryptedSource>(*m_pReader, strFolder, [] { return StopSignal() != 0; });
   } catch (const std::runtime_error& error) {
-    PrintError(FromNarrow(error.what()));
-    PrintError(options.qstrBackup + ": the backup could not be decrypted");
-    return kExitNotWritten;
+    return Refuse(error);
+  }
+  return kExitDone;
+}
+
+int EncryptedBackup::OpenFiles(const WantedCategory& isWanted) {
+  try {
+    m_pSource->Finish();
+  } catch (const std::runtime_error& error) {
+    return Refuse(error);
   }
   if (!m_pSource->ManifestProblem().empty()) m_failures.push_back({{}, m_pSource->ManifestProblem()});
   DecryptStores(isWanted);
-  InstallFileSource(strFolder, m_pSource);
+  InstallFileSource(ToNarrow(m_qstrFolder), m_pSource);
   return kExitDone;
+}
+
+int EncryptedBackup::Refuse(const std::exception& error) const {
+  PrintError(FromNarrow(error.what()));
+  PrintError(m_qstrBackup + ": the backup could not be decrypted");
+  return kExitNotWritten;
 }
 
 void EncryptedBackup::DecryptStores(const WantedCategory& isWanted) {

@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <exception>
 #include <memory>
 #include <string>
 #include <vector>
@@ -29,10 +30,15 @@ class EncryptedBackup {
   EncryptedBackup(const EncryptedBackup&) = delete;
   EncryptedBackup& operator=(const EncryptedBackup&) = delete;
 
-  /// Gets the password, opens the manifest and decrypts the wanted stores.
-  /// @return 0, where some stores may be missing (see Failures); else the exit status of the process, with a
-  /// line printed on standard error.
+  /// Gets the password and opens the manifest.
+  /// @param isWanted decides which stores are decrypted.
+  /// @return 0, or the exit status of the process, with a line printed on standard error.
   int Open(const BackupOptions& options, const WantedCategory& isWanted);
+
+  /// Decrypts the wanted stores and makes the other files readable. Call it after the session has read the
+  /// manifest, which happens beside this class's own reading.
+  /// @return as above, where 0 includes that some stores are missing (see Failures).
+  int OpenFiles(const WantedCategory& isWanted);
 
   /// The folder in which the session finds manifest, stores and, through a source, all other files.
   const QString& Folder() const { return m_qstrFolder; }
@@ -40,7 +46,10 @@ class EncryptedBackup {
 
  private:
   void DecryptStores(const WantedCategory& isWanted);
+  /// Reports why the backup can't be decrypted at all. @return the exit status for it.
+  int Refuse(const std::exception& error) const;
 
+  QString m_qstrBackup;
   QString m_qstrFolder;
   std::unique_ptr<BackupReader> m_pReader;
   std::shared_ptr<EncryptedSource> m_pSource;

@@ -133,7 +133,9 @@ int ReadBackup(const BackupOptions& options, const WantedCategory& isWanted, Pro
   steps.beforeManifest = [&] { WarnOfOddities(info); };
   steps.afterManifest = [&](int nStatus) {
     backup.nManifestStatus = nStatus;
-    if (info.bEncrypted) NameDecryptedFiles(backup);
+    if (!info.bEncrypted) return;
+    nDecryptStatus = backup.encrypted.OpenFiles(isWanted);
+    NameDecryptedFiles(backup);
     NameFailures(backup);
   };
   steps.isWanted = isWanted;

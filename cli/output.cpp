@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 
 #include "common/problem.h"
 #include "common/text.h"
@@ -25,8 +26,11 @@ std::function<std::string(const std::string& strFile)>& FileNaming() {
   return nameOf;
 }
 
+std::mutex g_problemMutex;  // problems occur on any thread
+
 void PrintOnce(const std::string& strFile, const std::string& strReason) {
   static ProblemSet printed;  // two readers may report the same store
+  const std::lock_guard<std::mutex> lock(g_problemMutex);
   if (!printed.emplace(strFile, strReason).second) return;
   PrintError(FromNarrow((FileNaming() ? FileNaming()(strFile) : strFile) + ": " + strReason));
 }
@@ -56,6 +60,7 @@ void PrintError(const QString& qstrText) {
 void PrintProblems() {
   SetProblemHandler(PrintOnce);
   SetLossHandler([](const std::string& strFile, const std::string& strReason) {
+    const std::lock_guard<std::mutex> lock(g_problemMutex);
     LossSet().emplace(strFile, strReason);
   });
 }

@@ -20,8 +20,8 @@ std::string& Root() {
 constexpr char kParent[] = "/var/tmp";  // on disk
 
 /// Private to this process and removed at its end. Not affected by environment variables.
-const PrivateFolder& OwnFolder() {
-  static const PrivateFolder folder(kParent);
+PrivateFolder& OwnFolder() {
+  static PrivateFolder folder(kParent);
   return folder;
 }
 

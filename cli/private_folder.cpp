@@ -18,8 +18,8 @@ namespace orvandel {
 
 namespace {
 
-constexpr char kPrefix[] = "orvandel-";
-constexpr char kTemplate[] = "XXXXXX";  // replaced by mkdtemp
+constexpr char kPrefix[] = "orvandel-work-";  // earlier versions used "orvandel-" and held no lock
+constexpr char kTemplate[] = "XXXXXX";        // replaced by mkdtemp
 constexpr size_t kNameLength = sizeof kPrefix + sizeof kTemplate - 2;
 constexpr mode_t kMode = 0700;  // as mkdtemp creates it
 constexpr int kTries = 100;     // a cleaner can get in between only by chance

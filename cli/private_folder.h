@@ -11,9 +11,9 @@ namespace orvandel {
 class PrivateFolder {
  public:
   /// Removes the folders that killed processes left in strParent, then creates a folder with mode 0700 there.
-  /// Removed are only folders named "orvandel-" and six characters, with mode 0700, of the effective user,
-  /// that nobody has locked. What can't be removed stays, without a message. Where the file system has no
-  /// locks, nothing is removed.
+  /// Removed are only folders named "orvandel-work-" and six characters, with mode 0700, of the effective
+  /// user, that nobody has locked. What can't be removed stays, without a message. Where the file system has
+  /// no locks, nothing is removed.
   explicit PrivateFolder(const std::string& strParent);
   ~PrivateFolder() { RemoveNow(); }
   PrivateFolder(const PrivateFolder&) = delete;

@@ -2,6 +2,7 @@
 
 #include <langinfo.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -82,7 +83,8 @@ void AddRecord(StoreQuery::Bytes bytes, ManifestEntry& entry) {
 }  // namespace
 
 bool IsIdentifier(const std::string& strId) {
-  return strId.size() == 40 && strId.find_first_not_of("0123456789abcdef") == std::string::npos;
+  const auto isDigit = [](char ch) { return (ch >= '0' && ch <= '9') || (ch >= 'a' && ch <= 'f'); };
+  return strId.size() == 40 && std::all_of(strId.begin(), strId.end(), isDigit);
 }
 
 ManifestEntry::Kind KindOfMode(uint32_t nMode) {

@@ -14,6 +14,8 @@ constexpr size_t kTrailerSize = 32;
 constexpr size_t kOffsetSizeAt = 6, kNumberSizeAt = 7, kObjectsAt = 8, kRootAt = 16, kTableAt = 24;
 constexpr unsigned int kLongCount = 0xF;  // low half of a marker: the count follows as a number
 
+constexpr unsigned int kTextMarker = 0x50;
+
 }  // namespace
 
 uint64_t BinaryList::Number(size_t nOffset, size_t nBytes) const {
@@ -87,13 +89,19 @@ BinaryList::Object BinaryList::At(uint64_t nNumber) const {
   return {};
 }
 
+bool BinaryList::IsText(uint64_t nNumber, const char* pszText, size_t nLength) const {
+  if (nNumber >= m_nObjects) return false;
+  const uint64_t nStart = Number(m_nTable + static_cast<size_t>(nNumber) * m_nOffsetSize, m_nOffsetSize);
+  if (nStart >= m_nEnd || nLength >= kLongCount) return false;
+  return m_pData[nStart] == (kTextMarker | nLength) && nLength < m_nEnd - nStart &&
+         memcmp(m_pData + nStart + 1, pszText, nLength) == 0;
+}
+
 BinaryList::Object BinaryList::Member(const Object& dictionary, const char* pszKey) const {
   if (dictionary.type != Type::Dictionary) return {};
   const size_t nLength = strlen(pszKey);
   for (size_t i = 0; i < dictionary.nCount; ++i) {
-    const Object key = At(Number(dictionary.nOffset + i * m_nNumberSize, m_nNumberSize));
-    if (key.type == Type::Text && key.nCount == nLength &&
-        memcmp(m_pData + key.nOffset, pszKey, nLength) == 0)
+    if (IsText(Number(dictionary.nOffset + i * m_nNumberSize, m_nNumberSize), pszKey, nLength))
       return At(Number(dictionary.nOffset + (dictionary.nCount + i) * m_nNumberSize, m_nNumberSize));
   }
   return {};

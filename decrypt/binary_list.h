@@ -30,7 +30,7 @@ class BinaryList {
   Object Root() const { return At(m_nRoot); }
   /// The object with the given number.
   Object At(uint64_t nNumber) const;
-  /// The value of a dictionary's key.
+  /// The value of a dictionary's key. @param pszKey at most 14 ASCII characters.
   Object Member(const Object& dictionary, const char* pszKey) const;
   Object Element(const Object& array, uint64_t nPlace) const;
 
@@ -41,6 +41,8 @@ class BinaryList {
  private:
   BinaryList() = default;
   uint64_t Number(size_t nOffset, size_t nBytes) const;
+  /// True for a text with these characters, at most 14.
+  bool IsText(uint64_t nNumber, const char* pszText, size_t nLength) const;
 
   const unsigned char* m_pData = nullptr;
   size_t m_nEnd = 0;  // of the objects

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <stdexcept>
+#include <system_error>
 
 #include "decrypt/protocol.h"
 #include "decrypt/written_content.h"
@@ -9,28 +11,49 @@
 namespace orvandel {
 
 namespace {
-constexpr size_t kSmallFile = 4096;  // bytes
+constexpr size_t kSmallFile = 1024;  // bytes
 }
 
 EncryptedSource::EncryptedSource(const BackupReader& reader, const std::string& strIndexFolder,
-                                 const std::function<bool()>& isStopped)
-    : m_reader(reader), m_folder(reader.Folder()), m_index(strIndexFolder) {
-  std::string strIndexProblem;
+                                 std::function<bool()> isStopped)
+    : m_reader(reader),
+      m_isStopped(std::move(isStopped)),
+      m_folder(reader.Folder()),
+      m_index(strIndexFolder) {
   try {
-    reader.Visit(BackupReader::Detail::Keys, [&](ManifestEntry&& entry) {
+    m_thread = std::thread([this] { ReadManifest(); });
+  } catch (const std::system_error&) {
+    ReadManifest();  // no thread available
+  }
+}
+
+EncryptedSource::~EncryptedSource() {
+  if (m_thread.joinable()) m_thread.join();
+}
+
+void EncryptedSource::ReadManifest() {
+  try {
+    m_reader.Visit(BackupReader::Detail::Keys, [&](ManifestEntry&& entry) {
       try {
-        if (reader.IsFile(entry)) m_index.Add(entry);
+        if (m_reader.IsFile(entry)) m_index.Add(entry);
       } catch (const std::runtime_error& error) {
-        strIndexProblem = error.what();
-        return false;
+        m_strIndexProblem = error.what();
       }
-      return !isStopped();
+      return m_strIndexProblem.empty() && !m_isStopped();
     });
-  } catch (const std::runtime_error& error) {
+  } catch (const std::exception& error) {
     m_strManifestProblem = error.what();
   }
-  if (!strIndexProblem.empty()) throw std::runtime_error(strIndexProblem);
-  m_index.Finish();
+  try {
+    m_index.Finish();
+  } catch (const std::exception& error) {
+    m_strIndexProblem = error.what();
+  }
+}
+
+void EncryptedSource::Finish() {
+  if (m_thread.joinable()) m_thread.join();
+  if (!m_strIndexProblem.empty()) throw std::runtime_error(m_strIndexProblem);
 }
 
 ContentStream EncryptedSource::Open(const std::string& strId) const {

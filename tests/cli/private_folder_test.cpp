@@ -69,7 +69,7 @@ TEST_F(PrivateFolders, IsForItsUserAlone) {
   ASSERT_EQ(stat(folder.Path().c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 07777, 0700u);
   EXPECT_EQ(info.st_uid, geteuid());
-  EXPECT_EQ(folder.Path().find(InParent("orvandel-")), 0u) << folder.Path();
+  EXPECT_EQ(folder.Path().find(InParent("orvandel-work-")), 0u) << folder.Path();
   EXPECT_TRUE(folder.IsValid());
   EXPECT_EQ(folder.Problem(), "");
 }
@@ -128,21 +128,21 @@ TEST_F(PrivateFolders, LinkWithSuchANameAndItsTargetStay) {
   fs::create_directory(strTarget);
   fs::permissions(strTarget, fs::perms::owner_all);
   std::ofstream(strTarget + "/file") << "a stranger's";
-  fs::create_directory_symlink(strTarget, InParent("orvandel-abcdef"));
+  fs::create_directory_symlink(strTarget, InParent("orvandel-work-abcdef"));
 
   const PrivateFolder folder(Parent());
 
-  EXPECT_TRUE(IsThere(InParent("orvandel-abcdef")));
+  EXPECT_TRUE(IsThere(InParent("orvandel-work-abcdef")));
   EXPECT_TRUE(IsThere(strTarget + "/file"));
 }
 
 TEST_F(PrivateFolders, FileWithSuchANameStays) {
-  std::ofstream(InParent("orvandel-abcdef")) << "a stranger's";
-  fs::permissions(InParent("orvandel-abcdef"), fs::perms::owner_all);
+  std::ofstream(InParent("orvandel-work-abcdef")) << "a stranger's";
+  fs::permissions(InParent("orvandel-work-abcdef"), fs::perms::owner_all);
 
   const PrivateFolder folder(Parent());
 
-  EXPECT_TRUE(IsThere(InParent("orvandel-abcdef")));
+  EXPECT_TRUE(IsThere(InParent("orvandel-work-abcdef")));
 }
 
 TEST_F(PrivateFolders, OnlyFoldersWithItsNameAndRightsAreRemoved) {
@@ -151,9 +151,9 @@ TEST_F(PrivateFolders, OnlyFoldersWithItsNameAndRightsAreRemoved) {
     unsigned nMode;
     bool bStays;
   } cases[] = {
-      {"orvandel-abcdef", 0700, false}, {"orvandel-ghijkl", 0755, true},  {"orvandel-mnopqr", 0770, true},
-      {"orvandel-abcde", 0700, true},   {"orvandel-abcdefg", 0700, true}, {"orvandel_abcdef", 0700, true},
-      {"orvandel-AB12zz", 0755, true},
+      {"orvandel-work-abcdef", 0700, false}, {"orvandel-work-ghijkl", 0755, true},  {"orvandel-work-mnopqr", 0770, true},
+      {"orvandel-work-abcde", 0700, true},   {"orvandel-work-abcdefg", 0700, true}, {"orvandel_work_abcdef", 0700, true},
+      {"orvandel-work-AB12zz", 0755, true},
   };
   for (const auto& entry : cases) {
     fs::create_directory(InParent(entry.pszName));
@@ -169,13 +169,13 @@ TEST_F(PrivateFolders, OnlyFoldersWithItsNameAndRightsAreRemoved) {
 
 TEST_F(PrivateFolders, FolderOfAnotherUserStays) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can give a folder away";
-  fs::create_directory(InParent("orvandel-abcdef"));
-  fs::permissions(InParent("orvandel-abcdef"), fs::perms::owner_all);
-  ASSERT_EQ(chown(InParent("orvandel-abcdef").c_str(), 65534, 65534), 0);
+  fs::create_directory(InParent("orvandel-work-abcdef"));
+  fs::permissions(InParent("orvandel-work-abcdef"), fs::perms::owner_all);
+  ASSERT_EQ(chown(InParent("orvandel-work-abcdef").c_str(), 65534, 65534), 0);
 
   const PrivateFolder folder(Parent());
 
-  EXPECT_TRUE(IsThere(InParent("orvandel-abcdef")));
+  EXPECT_TRUE(IsThere(InParent("orvandel-work-abcdef")));
 }
 
 TEST_F(PrivateFolders, NoneIsRemovedByOwnersThatStartAtTheSameTime) {
