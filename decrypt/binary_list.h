@@ -8,7 +8,7 @@
 
 namespace orvandel {
 
-/// A binary property list that is read in place, object by object. Documented in docs/manifest-format.md.
+/// A binary property list that is read in place, object by object. Documented in docs/encrypted-backup.md.
 ///
 /// A manifest has one for each file, so a tree of each takes too long to build. Refers to the caller's bytes.
 /// All offsets are checked when they are used; objects beyond the end don't exist.
