@@ -66,31 +66,47 @@ void AddToParser(const Command& command, QCommandLineParser& parser) {
   command.pfnAddOptions(parser);
   parser.addPositionalArgument(command.pszName, "", command.pszName);
   for (const Command::Argument& argument : command.arguments) {
-    const QString qstrName = QString(argument.pszName).remove('[').remove(']');
+    const QString qstrName = QString(argument.pszName).remove('[').remove(']').remove("...");
     parser.addPositionalArgument(qstrName, argument.pszDescription, argument.pszName);
   }
 }
 
+bool IsOptional(const Command::Argument& argument) {
+  return argument.pszName[0] == '[';
+}
+
+/// True when the last argument of a command may be repeated.
+bool TakesAny(const Command& command) {
+  return !command.arguments.empty() && QString(command.arguments.back().pszName).contains("...");
+}
+
 /// True when a command accepts these positional arguments.
 bool Takes(const Command& command, const QStringList& arguments) {
-  const auto nNeeded =
-      std::count_if(command.arguments.begin(), command.arguments.end(),
-                    [](const Command::Argument& argument) { return argument.pszName[0] != '['; });
-  return arguments.size() >= nNeeded && arguments.size() <= static_cast<int>(command.arguments.size()) &&
-         !arguments.contains("");
+  const auto nNeeded = static_cast<int>(command.arguments.size()) -
+                       std::count_if(command.arguments.begin(), command.arguments.end(), IsOptional);
+  const bool bTooMany = arguments.size() > static_cast<int>(command.arguments.size()) && !TakesAny(command);
+  return arguments.size() >= nNeeded && !bTooMany && !arguments.contains("");
+}
+
+int WrongArguments(const Command& command) {
+  const auto nCount = static_cast<int>(command.arguments.size()) - (TakesAny(command) ? 1 : 0);
+  return WrongUsage(QString("'%1' takes %2%3 argument(s)")
+                        .arg(QLatin1String(command.pszName), TakesAny(command) ? "at least " : "")
+                        .arg(nCount));
+}
+
+QString HelpOf(const Command& command, const QCommandLineParser& parser) {
+  const QString qstrHelp = parser.helpText().trimmed();
+  return command.pszExamples ? qstrHelp + "\n\nExamples:\n" + command.pszExamples : qstrHelp;
 }
 
 int RunCommand(const Command& command, QCommandLineParser& parser, const QStringList& arguments) {
   AddToParser(command, parser);
   if (!parser.parse(arguments)) return WrongUsage(parser.errorText());
-  if (parser.isSet(kHelp)) return PrintAnswer(parser.helpText().trimmed());
+  if (parser.isSet(kHelp)) return PrintAnswer(HelpOf(command, parser));
   if (parser.isSet(kVersion)) return PrintAnswer(kProgramVersion);
   const QStringList values = parser.positionalArguments().mid(1);
-  if (!Takes(command, values)) {
-    return WrongUsage(QString("'%1' takes %2 argument(s)")
-                          .arg(QLatin1String(command.pszName))
-                          .arg(static_cast<int>(command.arguments.size())));
-  }
+  if (!Takes(command, values)) return WrongArguments(command);
   return command.pfnExecute(parser, values);
 }
 

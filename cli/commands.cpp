@@ -7,6 +7,7 @@ const std::vector<Command>& Commands() {
       BackupsCommand(),
       ScanCommand(),
       RecoverCommand(),
+      FilesCommand(),
   };
   return commands;
 }

@@ -9,7 +9,9 @@ namespace orvandel {
 struct Command {
   /// A positional argument.
   struct Argument {
-    const char* pszName;  ///< as shown in the usage, in brackets if optional
+    /// As shown in the usage: in brackets if optional, with "..." at the end if it may be repeated. Only the
+    /// last one may be.
+    const char* pszName;
     const char* pszDescription;
   };
 
@@ -24,12 +26,14 @@ struct Command {
   /// @param arguments the positional arguments, of a valid number and none of them empty.
   /// @return the exit status.
   int (*pfnExecute)(const QCommandLineParser& parser, const QStringList& arguments);
+  const char* pszExamples = nullptr;  ///< for the command's own help: indented lines; null for none
 };
 
 // Each is defined in its own file.
 Command BackupsCommand();
 Command ScanCommand();
 Command RecoverCommand();
+Command FilesCommand();
 
 /// All commands, in the order of the overview.
 const std::vector<Command>& Commands();

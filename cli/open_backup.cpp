@@ -27,18 +27,6 @@ bool HoldsBackups(const QString& qstrFolder) {
   return false;
 }
 
-int NotABackup(const QString& qstrFolder, const Problem& problem) {
-  if (problem.nCode == ENOENT && !QFileInfo::exists(qstrFolder)) {
-    PrintError(qstrFolder + ": no such folder");
-  } else {
-    PrintError(QString("%1: not a backup: \"Info.plist\" in it can't be read (%2)")
-                   .arg(qstrFolder, FromNarrow(problem.strReason)));
-    if (HoldsBackups(qstrFolder))
-      PrintError(QString("there are backups below it; 'orvandel-cli backups %1' lists them").arg(qstrFolder));
-  }
-  return kExitNoBackup;
-}
-
 void WarnOfOddities(const __BACK_FILE_INFO__& info) {
   const QString qstrPath = FromNarrow(info.strBackupPath);
   if (info.strDisplayName.empty() && info.strSerialNumber.empty() && info.strLastBackupDate.empty())
@@ -103,6 +91,18 @@ void NameFailures(OpenBackup& backup) {
 }
 
 }  // namespace
+
+int NotABackup(const QString& qstrFolder, const Problem& problem) {
+  if (problem.nCode == ENOENT && !QFileInfo::exists(qstrFolder)) {
+    PrintError(qstrFolder + ": no such folder");
+  } else {
+    PrintError(QString("%1: not a backup: \"Info.plist\" in it can't be read (%2)")
+                   .arg(qstrFolder, FromNarrow(problem.strReason)));
+    if (HoldsBackups(qstrFolder))
+      PrintError(QString("there are backups below it; 'orvandel-cli backups %1' lists them").arg(qstrFolder));
+  }
+  return kExitNoBackup;
+}
 
 void CompleteEncryption(__BACK_FILE_INFO__& info) {
   info.bEncrypted = EncryptionMark(info.strBackupPath).value_or(info.bEncrypted);

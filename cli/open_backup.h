@@ -23,6 +23,9 @@ struct OpenBackup {
   std::vector<WrittenFile> notDecrypted;  ///< with their names on the device, if in the manifest
 };
 
+/// Prints why a folder isn't a backup. @param problem the result of ReadBackupInfo. @return the exit status.
+int NotABackup(const QString& qstrFolder, const Problem& problem);
+
 /// Sets whether a backup is encrypted from "Manifest.plist", if that can be read.
 void CompleteEncryption(__BACK_FILE_INFO__& info);
 

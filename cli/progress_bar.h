@@ -1,5 +1,7 @@
 #pragma once
 #include <chrono>
+#include <cstdint>
+#include <string>
 
 namespace orvandel {
 
@@ -12,7 +14,10 @@ class ProgressBar {
   ProgressBar& operator=(const ProgressBar&) = delete;
 
   /// @param nPercent 0 to 100; lower values than before are ignored.
-  void Show(int nPercent);
+  /// @param strText shown behind the bar; a new text alone redraws it a few times a second.
+  void Show(int nPercent, const std::string& strText = {});
+  /// Whether it is ever drawn.
+  bool IsActive() const { return m_bActive; }
   /// Clears the bar until the next Show, so that a line of text can be printed.
   void Clear();
 
@@ -23,7 +28,16 @@ class ProgressBar {
   bool m_bActive;
   bool m_bDrawn = false;
   int m_nPercent = -1;
+  std::string m_strText;
   std::chrono::steady_clock::time_point m_lastDrawn;
 };
+
+/// The text of a bar for work that is counted in bytes: "1.20 GB of 3.40 GB, 2:35 left". The remaining time
+/// is left out while it can't be estimated.
+/// @param dSeconds the time that the work done has taken.
+std::string ProgressText(uint64_t nDone, uint64_t nTotal, double dSeconds);
+
+/// The percentage of work done, 0 to 100.
+int ProgressPercent(uint64_t nDone, uint64_t nTotal);
 
 }  // namespace orvandel

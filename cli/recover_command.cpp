@@ -1,13 +1,10 @@
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QDir>
-#include <QFileInfo>
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <optional>
 
 #include "backup/discovery.h"
+#include "cli/check_destination.h"
 #include "cli/commands.h"
 #include "cli/exit_status.h"
 #include "cli/index_page.h"
@@ -60,37 +57,6 @@ int ReadRecoverOptions(const QCommandLineParser& parser, const QStringList& argu
   if (parser.isSet(kOnly)) return ReadOnly(parser.value(kOnly), options.only);
   for (const Category& category : Categories()) options.only.push_back(category.nNumber);
   return kExitDone;
-}
-
-/// The canonical path of a folder that may not exist yet: that of its nearest existing ancestor plus the
-/// rest.
-QString RealPath(const QString& qstrFolder) {
-  QString qstrAncestor = qstrFolder;
-  QString qstrRest;
-  while (!QFileInfo::exists(qstrAncestor) && qstrAncestor.contains('/')) {
-    qstrRest.prepend(qstrAncestor.mid(qstrAncestor.lastIndexOf('/')));
-    qstrAncestor.truncate(qstrAncestor.lastIndexOf('/'));
-  }
-  return QFileInfo(qstrAncestor.isEmpty() ? "/" : qstrAncestor).canonicalFilePath() + qstrRest;
-}
-
-int CheckDestination(const RecoverOptions& options) {
-  const QString qstrBackup = RealPath(options.qstrBackup) + '/';
-  if ((RealPath(options.qstrDestination) + '/').startsWith(qstrBackup)) {
-    PrintError(options.qstrDestination +
-               ": is inside the backup, which must not change; choose another folder");
-    return kExitUsage;
-  }
-  errno = 0;
-  if (QDir().mkpath(options.qstrDestination)) return kExitDone;
-  const int nError = errno;
-  if (QFileInfo::exists(options.qstrDestination)) {
-    PrintError(options.qstrDestination + ": is not a folder");
-    return kExitNotWritten;
-  }
-  PrintError(QString("%1: the folder can't be created (%2)")
-                 .arg(options.qstrDestination, QString::fromLocal8Bit(strerror(nError))));
-  return kExitNotWritten;
 }
 
 /// Checks the templates, if pages are wanted: without them scripts in recovered texts could run.
@@ -148,7 +114,7 @@ int Recover(const QCommandLineParser& parser, const QStringList& arguments) {
   OpenBackup backup(options);
   const auto isWanted = [&](CategoryNumber nNumber) { return IsWanted(options, nNumber); };
   if (const int nStatus = ReadBackup(options, isWanted, scanBar, backup)) return nStatus;
-  if (const int nStatus = CheckDestination(options)) return nStatus;
+  if (const int nStatus = CheckDestination(options.qstrBackup, options.qstrDestination)) return nStatus;
 
   ProgressBar bar(!options.bQuiet);
   RecoveryReport report(options, bar, CountWork(options, backup.records));

@@ -189,11 +189,13 @@ void BackupKeys::encryptFile(const QString& path, const QByteArray& name, bool p
   written_file::stamp(path);
 }
 
-QByteArray BackupKeys::record(quint16 mode, quint64 size, const QByteArray& wrapped, bool nested) {
+QByteArray BackupKeys::record(quint16 mode, quint64 size, const QByteArray& wrapped, bool nested,
+                              qint64 modified, const QByteArray& target) {
   const plist_t file = plist_new_dict();
   plist_dict_set_item(file, "$class", reference(kFileClass));
   plist_dict_set_item(file, "Mode", plist_new_uint(mode));
   plist_dict_set_item(file, "Size", plist_new_uint(size));
+  if (modified >= 0) plist_dict_set_item(file, "LastModified", plist_new_uint(uint64_t(modified)));
   const plist_t objects = plist_new_array();
   plist_array_append_item(objects, plist_new_string("$null"));
   plist_array_append_item(objects, file);
@@ -207,6 +209,10 @@ QByteArray BackupKeys::record(quint16 mode, quint64 size, const QByteArray& wrap
     plist_array_append_item(objects, data);
     plist_array_append_item(objects, className("NSMutableData", "NSData"));
     if (nested) plist_array_append_item(objects, bytes);
+  }
+  if (!target.isEmpty()) {
+    plist_dict_set_item(file, "Target", reference(plist_array_get_size(objects)));
+    plist_array_append_item(objects, plist_new_string(target.constData()));
   }
   const plist_t top = plist_new_dict();
   plist_dict_set_item(top, "root", reference(kFileObject));

@@ -52,7 +52,9 @@ class BackupKeys {
   /// The record of a file in "Manifest.db": an object of the keyed archiver as a binary property list.
   /// @param wrapped empty for an unencrypted file.
   /// @param nested stores the key's bytes in a separate object.
-  static QByteArray record(quint16 mode, quint64 size, const QByteArray& wrapped, bool nested);
+  /// @param modified seconds since 1970; -1 for none. @param target of a link; empty for none.
+  static QByteArray record(quint16 mode, quint64 size, const QByteArray& wrapped, bool nested,
+                           qint64 modified = -1, const QByteArray& target = {});
 
  private:
   QByteArray derived(const char* label, const QByteArray& name, int size = 32) const;

@@ -1,6 +1,7 @@
 // The two manifest formats of BackupBuilder.
 #include <QFile>
 #include <QtEndian>
+#include <vector>
 
 #include "sample/backup_builder.h"
 #include "sample/plist_writer.h"
@@ -36,8 +37,8 @@ void appendString(QByteArray& out, const QByteArray& text) {
   out.append(text);
 }
 
-/// The records in "Manifest.db": objects of the keyed archiver. Built once with placeholders, which are then
-/// filled in.
+/// The records in an unencrypted "Manifest.db": objects of the keyed archiver. Built once with placeholders,
+/// which are then filled in.
 class FileBlobs {
  public:
   FileBlobs() {
@@ -47,6 +48,7 @@ class FileBlobs {
     plist.string({}, "$null");
     plist.beginDict({});
     reference(plist, "$class", 2);
+    plist.element("LastModified", "integer", "TIME");
     plist.element("Mode", "integer", "MODE");
     plist.element("Size", "integer", "SIZE");
     plist.endDict();
@@ -60,15 +62,18 @@ class FileBlobs {
     plist.endDict();
     plist.integer("$version", 100000);
     const QByteArray whole = plist.finish().trimmed();
-    const int mode = whole.indexOf("MODE");
-    const int size = whole.indexOf("SIZE");
-    m_head = whole.left(mode);
-    m_middle = whole.mid(mode + 4, size - mode - 4);
-    m_tail = whole.mid(size + 4);
+    int start = 0;
+    for (const char* placeholder : {"TIME", "MODE", "SIZE"}) {
+      const int end = whole.indexOf(placeholder);
+      m_parts.push_back(whole.mid(start, end - start));
+      start = end + 4;
+    }
+    m_parts.push_back(whole.mid(start));
   }
 
-  QByteArray make(quint16 mode, quint64 size) const {
-    return m_head + QByteArray::number(mode) + m_middle + QByteArray::number(size) + m_tail;
+  QByteArray make(quint16 mode, quint64 size, quint32 time) const {
+    return m_parts[0] + QByteArray::number(time) + m_parts[1] + QByteArray::number(mode) + m_parts[2] +
+           QByteArray::number(size) + m_parts[3];
   }
 
  private:
@@ -78,8 +83,17 @@ class FileBlobs {
     plist.endDict();
   }
 
-  QByteArray m_head, m_middle, m_tail;
+  std::vector<QByteArray> m_parts;  // between the placeholders
 };
+
+/// The modification time of an entry, in seconds since 1970.
+quint32 timeOf(size_t number) {
+  return kFirstTime + quint32(quint64{number} * 7919 % kTimeSpan);
+}
+
+QByteArray targetOf(const QString& relativePath) {
+  return "/private/var/mobile/" + relativePath.toUtf8();
+}
 
 int flagsOfMode(quint16 mode) {
   if ((mode & kTypeMask) == (BackupBuilder::kDirectory & kTypeMask)) return 2;
@@ -106,11 +120,11 @@ void BackupBuilder::writeMbdb() const {
     const bool isDirectory = flagsOfMode(entry.mode) == 2;
     appendString(out, entry.domain.toUtf8());
     appendString(out, entry.relativePath.toUtf8());
-    isLink ? appendString(out, "/private/var/mobile/" + entry.relativePath.toUtf8()) : appendAbsent(out);
+    isLink ? appendString(out, targetOf(entry.relativePath)) : appendAbsent(out);
     entry.dataHash.isEmpty() ? appendAbsent(out) : appendString(out, entry.dataHash);
     entry.wrappedKey.isEmpty() ? appendAbsent(out) : appendString(out, entry.wrappedKey);
 
-    const quint32 time = kFirstTime + quint32(quint64{number} * 7919 % kTimeSpan);
+    const quint32 time = timeOf(number);
     appendNumber<quint16>(out, entry.mode);
     appendNumber<quint64>(out, kFirstInode + number);
     appendNumber<quint32>(out, kMobileUser);
@@ -147,8 +161,11 @@ void BackupBuilder::writeDb(bool wal) const {
   // Devices use both forms of storing a key's bytes.
   size_t number = 0;
   const auto record = [&](const Entry& entry) {
-    return m_keys ? BackupKeys::record(entry.mode, entry.size, entry.wrappedKey, number++ % 2 == 1)
-                  : blobs.make(entry.mode, entry.size);
+    const quint32 time = timeOf(number++);
+    const QByteArray target = flagsOfMode(entry.mode) == 4 ? targetOf(entry.relativePath) : QByteArray();
+    return m_keys || !target.isEmpty()
+               ? BackupKeys::record(entry.mode, entry.size, entry.wrappedKey, number % 2 == 0, time, target)
+               : blobs.make(entry.mode, entry.size, time);
   };
   for (const Entry& entry : m_entries) {
     store.run(kInsert, {fileId(entry.domain, entry.relativePath), entry.domain, entry.relativePath,
