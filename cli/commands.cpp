@@ -4,10 +4,7 @@ namespace orvandel {
 
 const std::vector<Command>& Commands() {
   static const std::vector<Command> commands = {
-      BackupsCommand(),
-      ScanCommand(),
-      RecoverCommand(),
-      FilesCommand(),
+      BackupsCommand(), ScanCommand(), RecoverCommand(), FilesCommand(), DomainsCommand(), VerifyCommand(),
   };
   return commands;
 }

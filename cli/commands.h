@@ -34,6 +34,8 @@ Command BackupsCommand();
 Command ScanCommand();
 Command RecoverCommand();
 Command FilesCommand();
+Command DomainsCommand();
+Command VerifyCommand();
 
 /// All commands, in the order of the overview.
 const std::vector<Command>& Commands();

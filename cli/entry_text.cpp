@@ -1,7 +1,6 @@
 #include "cli/entry_text.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <ctime>
 
 #include "cli/json_stream.h"
@@ -17,6 +16,13 @@ constexpr int64_t kEndOfYears = 253402300800;  // 10000-01-01, in seconds since 
 /// True for printable ASCII, the same in every encoding in use.
 bool IsPlain(const std::string& strText) {
   return std::all_of(strText.begin(), strText.end(), [](char nByte) { return nByte >= ' ' && nByte < 0x7F; });
+}
+
+/// True for a text that is a JSON string as it is.
+bool IsPlainJson(const std::string& strText) {
+  return std::all_of(strText.begin(), strText.end(), [](char nByte) {
+    return nByte >= ' ' && nByte < 0x7F && nByte != '"' && nByte != '\\';
+  });
 }
 
 struct KindName {
@@ -59,10 +65,10 @@ void OpenNameJson(const ManifestEntry& entry, std::string& strOut) {
   AppendJsonText(entry.strPath, strOut);
 }
 
-void AppendDigits(int nNumber, int nDigits, std::string& strOut) {
-  const size_t nStart = strOut.size();
-  for (; nDigits > 0; --nDigits, nNumber /= 10)
-    strOut.insert(nStart, 1, static_cast<char>('0' + nNumber % 10));
+void AppendDigits(int nNumber, size_t nDigits, std::string& strOut) {
+  strOut.resize(strOut.size() + nDigits);
+  for (size_t i = strOut.size(); nDigits > 0; --nDigits, nNumber /= 10)
+    strOut[--i] = static_cast<char>('0' + nNumber % 10);
 }
 
 }  // namespace
@@ -72,7 +78,7 @@ void AppendPrintable(const std::string& strName, std::string& strOut) {
 }
 
 void AppendJsonText(const std::string& strText, std::string& strOut) {
-  if (!IsPlain(strText) || strText.find_first_of("\"\\") != std::string::npos) {
+  if (!IsPlainJson(strText)) {
     strOut += ToJson(FromNarrow(strText)).toStdString();
     return;
   }
@@ -85,25 +91,26 @@ std::string IsoTime(int64_t nSeconds) {
   std::string strTime;
   if (nSeconds < 0 || nSeconds >= kEndOfYears || !gmtime_r(&nTime, &parts)) return strTime;
   const struct {
-    int nNumber, nDigits;
+    int nNumber;
     char nBefore;
-  } numbers[] = {{parts.tm_mon + 1, 2, '-'},
-                 {parts.tm_mday, 2, '-'},
-                 {parts.tm_hour, 2, 'T'},
-                 {parts.tm_min, 2, ':'},
-                 {parts.tm_sec, 2, ':'}};
+  } numbers[] = {{parts.tm_mon + 1, '-'},
+                 {parts.tm_mday, '-'},
+                 {parts.tm_hour, 'T'},
+                 {parts.tm_min, ':'},
+                 {parts.tm_sec, ':'}};
   AppendDigits(parts.tm_year + 1900, 4, strTime);
   for (const auto& number : numbers) {
     strTime += number.nBefore;
-    AppendDigits(number.nNumber, number.nDigits, strTime);
+    AppendDigits(number.nNumber, 2, strTime);
   }
   return strTime + 'Z';
 }
 
 std::string OctalPermissions(uint32_t nMode) {
-  char szDigits[8];
-  snprintf(szDigits, sizeof szDigits, "%04o", nMode & 07777U);
-  return szDigits;
+  std::string strDigits(4, '0');
+  for (size_t i = 0; i < strDigits.size(); ++i)
+    strDigits[i] = static_cast<char>('0' + (nMode >> (3 * (3 - i)) & 7));
+  return strDigits;
 }
 
 void AppendEntryLine(const ManifestEntry& entry, const std::string& strName, std::optional<bool> isPresent,

@@ -1,10 +1,8 @@
 // The two manifest formats of BackupBuilder.
 #include <QFile>
 #include <QtEndian>
-#include <vector>
 
 #include "sample/backup_builder.h"
-#include "sample/plist_writer.h"
 #include "sample/stores.h"
 #include "sample/written_file.h"
 
@@ -36,55 +34,6 @@ void appendString(QByteArray& out, const QByteArray& text) {
   appendNumber<quint16>(out, quint16(text.size()));
   out.append(text);
 }
-
-/// The records in an unencrypted "Manifest.db": objects of the keyed archiver. Built once with placeholders,
-/// which are then filled in.
-class FileBlobs {
- public:
-  FileBlobs() {
-    PlistWriter plist(PlistWriter::Style::Compact);
-    plist.string("$archiver", "NSKeyedArchiver");
-    plist.beginArray("$objects");
-    plist.string({}, "$null");
-    plist.beginDict({});
-    reference(plist, "$class", 2);
-    plist.element("LastModified", "integer", "TIME");
-    plist.element("Mode", "integer", "MODE");
-    plist.element("Size", "integer", "SIZE");
-    plist.endDict();
-    plist.beginDict({});
-    plist.strings("$classes", {"MBFile", "NSObject"});
-    plist.string("$classname", "MBFile");
-    plist.endDict();
-    plist.endArray();
-    plist.beginDict("$top");
-    reference(plist, "root", 1);
-    plist.endDict();
-    plist.integer("$version", 100000);
-    const QByteArray whole = plist.finish().trimmed();
-    int start = 0;
-    for (const char* placeholder : {"TIME", "MODE", "SIZE"}) {
-      const int end = whole.indexOf(placeholder);
-      m_parts.push_back(whole.mid(start, end - start));
-      start = end + 4;
-    }
-    m_parts.push_back(whole.mid(start));
-  }
-
-  QByteArray make(quint16 mode, quint64 size, quint32 time) const {
-    return m_parts[0] + QByteArray::number(time) + m_parts[1] + QByteArray::number(mode) + m_parts[2] +
-           QByteArray::number(size) + m_parts[3];
-  }
-
- private:
-  static void reference(PlistWriter& plist, const QString& key, int object) {
-    plist.beginDict(key);
-    plist.integer("CF$UID", object);
-    plist.endDict();
-  }
-
-  std::vector<QByteArray> m_parts;  // between the placeholders
-};
 
 /// The modification time of an entry, in seconds since 1970.
 quint32 timeOf(size_t number) {
@@ -157,15 +106,12 @@ void BackupBuilder::writeDb(bool wal) const {
       "file BLOB)");
   store.run("CREATE TABLE Properties (key TEXT PRIMARY KEY, value BLOB)");
   store.run("INSERT INTO Properties VALUES (?, ?)", {"salt", QByteArray::fromHex("5b0e9c2f7a61d384")});
-  const FileBlobs blobs;
   // Devices use both forms of storing a key's bytes.
   size_t number = 0;
   const auto record = [&](const Entry& entry) {
-    const quint32 time = timeOf(number++);
     const QByteArray target = flagsOfMode(entry.mode) == 4 ? targetOf(entry.relativePath) : QByteArray();
-    return m_keys || !target.isEmpty()
-               ? BackupKeys::record(entry.mode, entry.size, entry.wrappedKey, number % 2 == 0, time, target)
-               : blobs.make(entry.mode, entry.size, time);
+    const bool nested = number % 2 == 1;
+    return BackupKeys::record(entry.mode, entry.size, entry.wrappedKey, nested, timeOf(number++), target);
   };
   for (const Entry& entry : m_entries) {
     store.run(kInsert, {fileId(entry.domain, entry.relativePath), entry.domain, entry.relativePath,
