@@ -1,4 +1,6 @@
 #pragma once
+#include <sqlite3.h>
+
 #include <QFile>
 #include <string>
 #include <vector>
@@ -34,6 +36,18 @@ inline std::vector<AnyAge> AllAges() {
 
 inline KnownBackup WriteAnyBackup(const std::string& strFolder, const AnyAge& any) {
   return any.bEncrypted ? WriteEncryptedBackup(strFolder, any.age) : WritePlainBackup(strFolder, any.age);
+}
+
+/// Runs a statement on a store, such as "Manifest.db". @param bytes bound to its "?".
+inline void RunSql(const std::string& strStore, const char* pszStatement, const QByteArray& bytes = {}) {
+  sqlite3* pStore = nullptr;
+  sqlite3_stmt* pStatement = nullptr;
+  ASSERT_EQ(SQLITE_OK, sqlite3_open_v2(strStore.c_str(), &pStore, SQLITE_OPEN_READWRITE, nullptr));
+  ASSERT_EQ(SQLITE_OK, sqlite3_prepare_v2(pStore, pszStatement, -1, &pStatement, nullptr));
+  sqlite3_bind_blob(pStatement, 1, bytes.constData(), static_cast<int>(bytes.size()), SQLITE_TRANSIENT);
+  EXPECT_EQ(SQLITE_DONE, sqlite3_step(pStatement));
+  sqlite3_finalize(pStatement);
+  sqlite3_close(pStore);
 }
 
 /// Runs orvandel-cli with the password of encrypted backups.
