@@ -111,6 +111,7 @@ void ContentStream::CheckPadding(const unsigned char* pBlock) const {
 
 size_t ContentStream::Read(unsigned char* pBuffer, size_t nCount) {
   const uint64_t nLeft = m_nSize - m_nRead;
+  if (m_nSize == 0) CheckPadding();
   if (nLeft == 0) return 0;
   size_t nWanted = static_cast<size_t>(std::min<uint64_t>(nLeft, nCount));
   // The source has whole blocks, and is at least as long as the content.

@@ -143,6 +143,27 @@ void WriteRecords() {
        "</dict></plist>");
 }
 
+QByteArray ManifestBytes(BackupBuilder::Layout layout, Encryption::Age age, const char* name) {
+  const QTemporaryDir folder;
+  BackupBuilder backup(folder.path(), layout);
+  backup.encrypt({"hashcat", age, 1, 1});
+  backup.writeInfo({});
+  backup.addEntry("HomeDomain", "Library", BackupBuilder::kDirectory);
+  backup.addEntry("HomeDomain", "Library/link", BackupBuilder::kLink);
+  for (int i = 0; i < 5; ++i) backup.addFile("HomeDomain", QString("Library/%1").arg(i), QByteArray(i, 'x'));
+  backup.finish();
+  return ReadAll(folder.filePath(name));
+}
+
+void WriteBackupManifests() {
+  using Layout = BackupBuilder::Layout;
+  const QByteArray database = ManifestBytes(Layout::Db, Encryption::Age::Ios10, "Manifest.db");
+  WriteSeed("fuzz_backup_manifest", "database", "d" + database);
+  WriteSeed("fuzz_backup_manifest", "cut", "d" + database.left(database.size() / 2));
+  WriteSeed("fuzz_backup_manifest", "binary",
+            "m" + ManifestBytes(Layout::Mbdb, Encryption::Age::BeforeIos10, "Manifest.mbdb"));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -158,6 +179,7 @@ int main(int argc, char** argv) {
     WriteHeads();
     WriteKeybags();
     WriteRecords();
+    WriteBackupManifests();
   } catch (const std::exception& error) {
     fprintf(stderr, "fuzz_seeds: %s\n", error.what());
     return 4;

@@ -15,7 +15,7 @@ WhatsApp Attachments"
 _orvandel_cli() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command="" word options
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
-    case $word in backups | scan | recover) command=$word; break ;; esac
+    case $word in backups | scan | recover | files | domains | verify) command=$word; break ;; esac
   done
 
   COMPREPLY=()
@@ -25,6 +25,12 @@ _orvandel_cli() {
       mapfile -t COMPREPLY < <(compgen -f -- "$current")
       return
       ;;
+    --to)
+      compopt -o filenames
+      mapfile -t COMPREPLY < <(compgen -d -- "$current")
+      return
+      ;;
+    --domain | --newer | --larger) return ;;
     --only)
       local IFS=$'\n'
       mapfile -t COMPREPLY < <(compgen -W "$_orvandel_cli_categories" -- "${current#[\"\']}")
@@ -38,11 +44,16 @@ _orvandel_cli() {
     backups) options="--help --version --json --quiet" ;;
     scan) options="--help --version --json --quiet --manifest --password-file --password-stdin --force" ;;
     recover) options="--help --version --json --quiet --only --no-index --password-file --password-stdin --force" ;;
+    files)
+      options="--help --version --json --quiet --domain --newer --larger --missing --names --count --to --replace"
+      options+=" --resume --password-file --password-stdin --force"
+      ;;
+    domains | verify) options="--help --version --json --quiet --password-file --password-stdin --force" ;;
   esac
   if [[ $current == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
   elif [ -z "$command" ]; then
-    mapfile -t COMPREPLY < <(compgen -W "backups scan recover" -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W "backups scan recover files domains verify" -- "$current")
   else
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -d -- "$current")
