@@ -104,8 +104,9 @@ void ContentStream::CheckPadding(const unsigned char* pBlock) const {
   const size_t nPadding = kBlockSize - m_nSize % kBlockSize;
   const bool bZeros = std::all_of(pBlock + kBlockSize - nPadding, pBlock + kBlockSize,
                                   [](unsigned char nByte) { return nByte == 0; });
-  // Any padding shows that the key fits, even where the file isn't as long as its manifest says.
-  if (PaddingOf(pBlock) == 0 && !bZeros)
+  // Shorter padding: the content is longer than its size in the manifest, and is cut to that.
+  const size_t nFound = PaddingOf(pBlock);
+  if ((nFound == 0 || nFound > nPadding) && !bZeros)
     FailAsDamaged("is damaged, or its key is that of another file: its padding is invalid");
 }
 
