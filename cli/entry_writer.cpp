@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "cli/stop_signal.h"
+#include "common/file.h"
 
 namespace orvandel {
 
@@ -110,8 +111,28 @@ bool EntryWriter::IsKept(const EntryJob& job, const std::string& strName, Existi
   const bool bResumed = m_options.bResume && S_ISREG(existing.info.st_mode);
   const uint64_t nSize = bLink ? job.entry.strTarget.size() + 1 : job.entry.nSize;
   if (bResumed && IsComplete(existing.info, nSize, TimeOf(job.entry))) return true;
-  existing.bRewrite = bResumed || m_options.bReplace;
-  return !existing.bRewrite;
+  existing.bRewrite = m_options.bReplace;
+  existing.bFragment = bResumed && !bLink && !m_options.bReplace;
+  return !existing.bRewrite && !existing.bFragment;
+}
+
+/// Whether a file is the beginning of some content, as left by a power cut. Moves the content.
+bool EntryWriter::IsFragment(ContentStream& content, const std::string& strName) const {
+  const Descriptor file(
+      openat(m_folder->Get(), strName.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  struct stat info;
+  if (file.Get() == -1 || fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode)) return false;
+  auto nLeft = static_cast<uint64_t>(info.st_size);
+  if (nLeft >= content.Size()) return false;
+  std::vector<unsigned char> wanted(kPieceSize), found(kPieceSize);
+  while (nLeft > 0) {
+    const size_t nCount = std::min<uint64_t>(content.Read(wanted.data(), wanted.size()), nLeft);
+    uint32_t nRead = 0;
+    ReadData(file.Get(), found.data(), static_cast<uint32_t>(nCount), nRead);
+    if (nRead != nCount || !std::equal(found.begin(), found.begin() + nRead, wanted.begin())) return false;
+    nLeft -= nCount;
+  }
+  return true;
 }
 
 ContentStream EntryWriter::OpenContent(const ManifestEntry& entry) const {
@@ -147,6 +168,11 @@ Outcome EntryWriter::WriteFile(const EntryJob& job, uint64_t& nSize, std::string
         IsComplete(existing.info, content->Size(), TimeOf(job.entry)))
       return Outcome::Kept;
     content->CheckPadding();
+    if (existing.bFragment) {
+      if (!IsFragment(*content, strName)) return Outcome::Kept;
+      existing.bRewrite = true;
+      content.emplace(OpenContent(job.entry));
+    }
   }
   Result<PlacedFile> file = PlacedFile::Create(m_folder->Get());
   if (!file) throw WriteError("can't be created: " + file.Error().strReason);

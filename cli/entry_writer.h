@@ -37,13 +37,15 @@ class EntryWriter {
   /// What is at the path of an entry.
   struct Existing {
     bool bThere = false;
-    bool bRewrite = false;  // to be replaced
+    bool bRewrite = false;   // to be replaced
+    bool bFragment = false;  // perhaps the beginning of the entry, to be replaced then
     struct stat info;
   };
 
   bool EnterFolder(const std::string& strFolder, std::string& strReason);
   ExtractionReport::Outcome WriteFile(const EntryJob& job, uint64_t& nSize, std::string& strReason);
   bool IsKept(const EntryJob& job, const std::string& strName, Existing& existing);
+  bool IsFragment(ContentStream& content, const std::string& strName) const;
   ContentStream OpenContent(const ManifestEntry& entry) const;
   void CopyContent(ContentStream& content, const PlacedFile& file);
 

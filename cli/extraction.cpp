@@ -50,6 +50,8 @@ bool ExtractFiles(const FilesOptions& options, const BackupReader& reader) {
   const bool bComplete = VisitManifest(reader, BackupReader::Detail::Records, [&](ManifestEntry&& entry) {
     SetEntryName(entry, strName);
     if (!filter.Accepts(entry, strName)) return true;
+    // Nothing tells what it is, and the backup has no file for it.
+    if (entry.kind == ManifestEntry::Kind::Unknown && !reader.IsFile(entry)) return true;
     EntryJob job{std::move(entry), {}};
     job.target = names.Of(job.entry);
     pool.Add(std::move(job));

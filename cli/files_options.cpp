@@ -95,9 +95,13 @@ std::optional<uint64_t> ParseSize(const QString& qstrSize) {
 }
 
 std::optional<int64_t> ParseTime(const QString& qstrTime) {
-  QDateTime time = QDateTime::fromString(qstrTime, Qt::ISODate);
+  const QDate date = QDate::fromString(qstrTime, Qt::ISODate);
+  if (date.isValid() && !qstrTime.contains('T') && !qstrTime.contains(' '))
+    return QDateTime(date, QTime(0, 0), Qt::UTC).toSecsSinceEpoch();
+  // Never as local time, in which some hours don't exist.
+  const QDateTime utc = QDateTime::fromString(qstrTime + 'Z', Qt::ISODate);
+  const QDateTime time = utc.isValid() ? utc : QDateTime::fromString(qstrTime, Qt::ISODate);
   if (!time.isValid()) return std::nullopt;
-  if (time.timeSpec() == Qt::LocalTime) time.setTimeSpec(Qt::UTC);
   return time.toSecsSinceEpoch();
 }
 

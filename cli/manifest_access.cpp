@@ -1,5 +1,7 @@
 #include "cli/manifest_access.h"
 
+#include <algorithm>
+
 #include "backup/discovery.h"
 #include "cli/encrypted_backup.h"
 #include "cli/exit_status.h"
@@ -56,14 +58,15 @@ int OpenManifest(const BackupOptions& options, std::unique_ptr<BackupReader>& pR
 
 bool VisitManifest(const BackupReader& reader, BackupReader::Detail detail,
                    const std::function<bool(ManifestEntry&& entry)>& visit) {
-  const size_t nLosses = Losses().size();
   try {
     reader.Visit(detail, [&](ManifestEntry&& entry) { return StopSignal() == 0 && visit(std::move(entry)); });
   } catch (const std::runtime_error& error) {
     PrintError(FromNarrow(error.what()));
     return false;
   }
-  return Losses().size() == nLosses;
+  // A binary manifest reports its end as a loss.
+  return std::none_of(Losses().begin(), Losses().end(),
+                      [&](const auto& loss) { return loss.first == reader.ManifestPath(); });
 }
 
 void SetEntryName(const ManifestEntry& entry, std::string& strName) {

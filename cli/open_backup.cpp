@@ -33,7 +33,7 @@ void WarnOfOddities(const __BACK_FILE_INFO__& info) {
     PrintError(qstrPath + "/Info.plist: contains no information about the device; the backup is read anyway");
   const bool bAscii =
       std::all_of(qstrPath.begin(), qstrPath.end(), [](QChar c) { return c.unicode() < 0x80; });
-  if (!bAscii)
+  if (!bAscii && !info.bEncrypted)  // files of an encrypted one are read by paths in the work folder
     PrintError(qstrPath +
                ": the path contains non-ASCII characters, so sizes of photos are 0, and message and WhatsApp "
                "attachments are missing; use a link to it with an ASCII path to get them all");

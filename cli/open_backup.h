@@ -15,9 +15,9 @@ namespace orvandel {
 struct OpenBackup {
   explicit OpenBackup(const BackupOptions& options)
       : qstrPath(options.qstrBackup), records(session.GetMessageMap()) {}
-  QString qstrPath;           ///< the backup's own folder
-  EncryptedBackup encrypted;  ///< opened if it is
+  QString qstrPath;  ///< the backup's own folder
   CIphoneBackupFile session;
+  EncryptedBackup encrypted;  ///< opened if it is; refers to the session's catalogue
   BackupRecords records;
   int nManifestStatus = 0;
   std::vector<WrittenFile> notDecrypted;  ///< with their names on the device, if in the manifest

@@ -40,13 +40,22 @@ bool FileVerifier::Verify(const ManifestEntry& entry, FileState& state) {
           Damaged("has " + std::to_string(content.Size()) + " of " + std::to_string(entry.nSize) + " bytes");
       return true;
     }
+    if (content.IsLongerThanItsSize()) {
+      state =
+          Damaged("has more than the " + std::to_string(entry.nSize) + " bytes that the manifest records");
+      return true;
+    }
+    if (entry.bDamaged) {
+      state = Damaged("its record in the manifest is damaged");
+      return true;
+    }
     return entry.strDataHash.empty() || VerifyHash(entry, content, state);
   } catch (const ContentError& error) {
     if (error.Code() == ENOENT)
       state = {FileState::Kind::Missing, {}};
     else
       state = Damaged(error.what());
-  } catch (const std::runtime_error& error) {
+  } catch (const std::exception& error) {
     state = Damaged(error.what());
   }
   return true;

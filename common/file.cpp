@@ -217,7 +217,8 @@ Problem CopyContent(const CopyEnd& source, const CopyEnd& target) {
 Problem CopyBackupFile(const std::string& strSource, const std::string& strTarget, unsigned int nRights) {
   std::string strName;
   const auto pSource = FileSourceOf(strSource, strName);
-  Result<OpenedFile> source = pSource ? OpenedFile{} : OpenBackupFile(strSource);
+  Result<OpenedFile> source = OpenedFile();
+  if (!pSource) source = OpenBackupFile(strSource);
   if (!source) return source.Error();
   Result<NewFile> target = NewFile::Create(strTarget, 0600);
   if (!target) return target.Error();

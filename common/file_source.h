@@ -25,6 +25,9 @@ class FileSource {
   /// @return the problem's code is ENOENT for a file that doesn't exist.
   virtual Result<Head> ReadHead(const std::string& strName, unsigned char* pBuffer, size_t nCount) const = 0;
 
+  /// Checks what can be checked of a file without reading all of it. @return no problem for a sound file.
+  virtual Problem Check(const std::string& strName) const = 0;
+
   /// Writes a whole file to an open one. @param strTarget its path, for the problem.
   virtual Problem Copy(const std::string& strName, int nTarget, const std::string& strTarget) const = 0;
 };

@@ -138,6 +138,7 @@ StoreQuery::StoreQuery(const std::string& strPath, const char* pszStatement, Fai
     return;
   }
   const int64_t nSize = std::min(examined->nSize, kLargestStore);  // avoids overflow below
+  m_bCutShort = examined->bCutShort;
   if (examined->bCutShort && failure == Failure::Reported)
     ReportLoss(strPath, "cut short: its last page isn't whole (the rows that can be read are there)");
   m_pBudget = std::make_unique<Budget>(

@@ -53,6 +53,8 @@ class StoreQuery {
   /// Number of columns of the result; 0 when the statement failed.
   int ColumnCount() const;
 
+  /// True when the file ends within a page, so that rows may be missing or empty.
+  bool IsCutShort() const { return m_bCutShort; }
   /// Why the store could not be opened or read completely; no problem on success or after a stop request.
   const Problem& Error() const { return m_problem; }
 
@@ -72,6 +74,7 @@ class StoreQuery {
   std::unique_ptr<Budget> m_pBudget;
   bool m_bPlainUtf8 = false;  // valid text of the store is narrow text without conversion
   bool m_bEnded = false;
+  bool m_bCutShort = false;
   Problem m_problem;
 };
 

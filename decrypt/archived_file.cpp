@@ -20,7 +20,7 @@ class BinaryArchive {
   Node Root() const { return m_list.Root(); }
   Node Member(const Node& node, const char* pszKey) const { return m_list.Member(node, pszKey); }
   Node Element(const Node& node, uint64_t nPlace) const { return m_list.Element(node, nPlace); }
-  bool Exists(const Node& node) const { return node.type != BinaryList::Type::None; }
+  bool Has(const Node& node, const char* pszKey) const { return m_list.HasMember(node, pszKey); }
   bool IsDictionary(const Node& node) const { return node.type == BinaryList::Type::Dictionary; }
   bool IsReference(const Node& node, uint64_t& nPlace) const {
     nPlace = node.nValue;
@@ -50,7 +50,7 @@ class XmlArchive {
       return nullptr;
     return plist_array_get_item(pNode, static_cast<uint32_t>(nPlace));
   }
-  bool Exists(Node pNode) const { return pNode != nullptr; }
+  bool Has(Node pNode, const char* pszKey) const { return Member(pNode, pszKey) != nullptr; }
   bool IsDictionary(Node pNode) const { return pNode && plist_get_node_type(pNode) == PLIST_DICT; }
   /// In XML a reference is a dictionary with the key "CF$UID".
   bool IsReference(Node pNode, uint64_t& nPlace) const {
@@ -113,7 +113,7 @@ class RecordReader {
   bool ReadKey(const Node& record, Bytes& wrappedKey) const {
     const Node reference = m_archive.Member(record, "EncryptionKey");
     Node key = Resolve(reference);
-    if (!m_archive.Exists(reference) || m_archive.Text(key) == "$null") return true;
+    if (!m_archive.Has(record, "EncryptionKey") || m_archive.Text(key) == "$null") return true;
     if (m_archive.IsDictionary(key)) key = Resolve(m_archive.Member(key, "NS.data"));
     wrappedKey = m_archive.Data(key);
     return !wrappedKey.empty();

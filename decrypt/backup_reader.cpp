@@ -217,6 +217,9 @@ void BackupReader::VisitDatabase(Detail detail, const Visitor& visit) const {
     if (!visit(std::move(entry))) return;
   }
   if (query.Error()) throw std::runtime_error(m_strManifest + ": " + query.Error().strReason);
+  if (query.IsCutShort())
+    throw std::runtime_error(m_strManifest +
+                             ": cut short: its last page isn't whole (other entries were read)");
 }
 
 void BackupReader::VisitBinary(const Visitor& visit) const {

@@ -55,6 +55,8 @@ class BackupReader {
   void Visit(Detail detail, const std::function<bool(ManifestEntry&& entry)>& visit) const;
 
   const std::string& Folder() const { return m_strBackup; }
+  /// Path of the readable manifest. Call OpenManifest first.
+  const std::string& ManifestPath() const { return m_strManifest; }
   bool IsSharded() const { return m_bHasManifestDb; }
   /// True for an entry that is a file. One whose flags and mode tell no kind is a file if there is one of its
   /// identifier.

@@ -81,7 +81,7 @@ BinaryList::Object BinaryList::At(uint64_t nNumber) const {
                         {0xD, Type::Dictionary, 2 * m_nNumberSize}};
   for (const Kind& kind : kinds) {
     if (kind.nHigh != nHigh) continue;
-    if (nCount > (m_nEnd - object.nOffset) / kind.nElementSize) return {};
+    if (!hasBytes(nCount) || !hasBytes(nCount * kind.nElementSize)) return {};
     object.type = kind.type;
     object.nCount = static_cast<size_t>(nCount);
     return object;
@@ -97,14 +97,23 @@ bool BinaryList::IsText(uint64_t nNumber, const char* pszText, size_t nLength) c
          memcmp(m_pData + nStart + 1, pszText, nLength) == 0;
 }
 
-BinaryList::Object BinaryList::Member(const Object& dictionary, const char* pszKey) const {
-  if (dictionary.type != Type::Dictionary) return {};
+std::optional<size_t> BinaryList::PlaceOf(const Object& dictionary, const char* pszKey) const {
+  if (dictionary.type != Type::Dictionary) return std::nullopt;
   const size_t nLength = strlen(pszKey);
   for (size_t i = 0; i < dictionary.nCount; ++i) {
-    if (IsText(Number(dictionary.nOffset + i * m_nNumberSize, m_nNumberSize), pszKey, nLength))
-      return At(Number(dictionary.nOffset + (dictionary.nCount + i) * m_nNumberSize, m_nNumberSize));
+    if (IsText(Number(dictionary.nOffset + i * m_nNumberSize, m_nNumberSize), pszKey, nLength)) return i;
   }
-  return {};
+  return std::nullopt;
+}
+
+BinaryList::Object BinaryList::Member(const Object& dictionary, const char* pszKey) const {
+  const std::optional<size_t> place = PlaceOf(dictionary, pszKey);
+  if (!place) return {};
+  return At(Number(dictionary.nOffset + (dictionary.nCount + *place) * m_nNumberSize, m_nNumberSize));
+}
+
+bool BinaryList::HasMember(const Object& dictionary, const char* pszKey) const {
+  return PlaceOf(dictionary, pszKey).has_value();
 }
 
 BinaryList::Object BinaryList::Element(const Object& array, uint64_t nPlace) const {

@@ -32,6 +32,8 @@ class BinaryList {
   Object At(uint64_t nNumber) const;
   /// The value of a dictionary's key. @param pszKey at most 14 ASCII characters.
   Object Member(const Object& dictionary, const char* pszKey) const;
+  /// True when a dictionary has the key, whatever its value.
+  bool HasMember(const Object& dictionary, const char* pszKey) const;
   Object Element(const Object& array, uint64_t nPlace) const;
 
   Bytes DataOf(const Object& data) const;
@@ -41,6 +43,8 @@ class BinaryList {
  private:
   BinaryList() = default;
   uint64_t Number(size_t nOffset, size_t nBytes) const;
+  /// The place of a key in a dictionary; nullopt when there is none.
+  std::optional<size_t> PlaceOf(const Object& dictionary, const char* pszKey) const;
   /// True for a text with these characters, at most 14.
   bool IsText(uint64_t nNumber, const char* pszText, size_t nLength) const;
 

@@ -93,6 +93,10 @@ bool ContentStream::IsPadded() const {
   return m_pDecryptor && m_nSourceSize == m_nSize / kBlockSize * kBlockSize + kBlockSize;
 }
 
+bool ContentStream::IsLongerThanItsSize() const {
+  return m_pDecryptor && m_nSourceSize > m_nSize / kBlockSize * kBlockSize + kBlockSize;
+}
+
 void ContentStream::CheckPadding() const {
   if (!IsPadded()) return;
   unsigned char block[kBlockSize];

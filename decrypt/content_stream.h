@@ -38,6 +38,8 @@ class ContentStream {
 
   /// Size of the content in bytes.
   uint64_t Size() const { return m_nSize; }
+  /// True when an encrypted file has more blocks than content of this size and padding take.
+  bool IsLongerThanItsSize() const;
 
   /// Fills the buffer up to the end of the content. Throws ContentError; at the end also if CheckPadding
   /// would.

@@ -84,6 +84,15 @@ Result<FileSource::Head> EncryptedSource::ReadHead(const std::string& strName, u
   }
 }
 
+Problem EncryptedSource::Check(const std::string& strName) const {
+  try {
+    Open(strName).CheckPadding();
+    return {};
+  } catch (const ContentError& error) {
+    return Problem{error.Step(), error.Code(), strName, error.what()};
+  }
+}
+
 Problem EncryptedSource::Copy(const std::string& strName, int nTarget, const std::string& strTarget) const {
   try {
     ContentStream content = Open(strName);

@@ -30,6 +30,7 @@ class EncryptedSource : public FileSource {
   const std::string& ManifestProblem() const { return m_strManifestProblem; }
 
   Result<Head> ReadHead(const std::string& strName, unsigned char* pBuffer, size_t nCount) const override;
+  Problem Check(const std::string& strName) const override;
   Problem Copy(const std::string& strName, int nTarget, const std::string& strTarget) const override;
 
   /// Opens a file. Throws ContentError.

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <stdexcept>
 
 namespace orvandel {
@@ -40,29 +41,24 @@ RecordIndex::RecordIndex(const std::string& strFolder) : m_file(MakeUnnamed(strF
   m_unwritten.reserve(kMostUnwritten);
 }
 
-bool RecordIndex::ParseId(const std::string& strId, unsigned char* pId) {
+bool RecordIndex::ParseId(const std::string& strId, Id& id) {
   if (!IsIdentifier(strId)) return false;
   const auto digit = [](char ch) { return static_cast<unsigned char>(ch <= '9' ? ch - '0' : ch - 'a' + 10); };
   for (size_t i = 0; i < kIdSize; ++i)
-    pId[i] = static_cast<unsigned char>(digit(strId[2 * i]) << 4 | digit(strId[2 * i + 1]));
+    id[i] = static_cast<unsigned char>(digit(strId[2 * i]) << 4 | digit(strId[2 * i + 1]));
   return true;
-}
-
-uint64_t RecordIndex::PrefixOf(const unsigned char* pId) {
-  uint64_t nPrefix = 0;
-  for (size_t i = 0; i < sizeof nPrefix; ++i) nPrefix = nPrefix << 8 | pId[i];
-  return nPrefix;
 }
 
 void RecordIndex::Add(const ManifestEntry& entry) {
   Record record{};
-  if (!ParseId(entry.strId, record.id)) return;
+  Place place{{}, static_cast<uint32_t>(m_places.size())};
+  if (!ParseId(entry.strId, place.id)) return;
   record.nSize = entry.nSize;
   record.nState = entry.wrappedKey.empty() ? kPlain : kHasKey;
   if (record.nState == kHasKey && entry.wrappedKey.size() != kKeySize) record.nState = kOddKey;
   if (record.nState == kHasKey) std::copy_n(entry.wrappedKey.data(), kKeySize, record.key);
   if (entry.bDamaged) record.nState = kDamaged;
-  m_places.push_back({PrefixOf(record.id), m_places.size()});
+  m_places.push_back(place);
   m_unwritten.push_back(record);
   if (m_unwritten.size() == kMostUnwritten) Flush();
 }
@@ -87,27 +83,23 @@ void RecordIndex::Finish() {
 }
 
 std::optional<ManifestEntry> RecordIndex::Find(const std::string& strId) const {
-  unsigned char id[kIdSize];
-  if (!ParseId(strId, id)) return std::nullopt;
-  const uint64_t nPrefix = PrefixOf(id);
-  auto it = std::upper_bound(m_places.begin(), m_places.end(), Place{nPrefix, UINT64_MAX});
-  // Backwards, since the last of equal identifiers counts.
-  while (it != m_places.begin() && (--it)->nPrefix == nPrefix) {
-    Record record;
-    const auto nOffset = static_cast<off_t>(it->nRecord * sizeof record);
-    if (pread(m_file.Get(), &record, sizeof record, nOffset) != static_cast<ssize_t>(sizeof record))
-      throw std::runtime_error("the index of the files can't be read");
-    if (memcmp(record.id, id, kIdSize) != 0) continue;
-    ManifestEntry entry;
-    entry.strId = strId;
-    entry.kind = ManifestEntry::Kind::File;
-    entry.nSize = record.nSize;
-    entry.bDamaged = record.nState == kDamaged;
-    if (record.nState == kHasKey) entry.wrappedKey.assign(record.key, record.key + kKeySize);
-    if (record.nState == kOddKey) entry.wrappedKey.assign(1, 0);  // no key has one byte: it is refused
-    return entry;
-  }
-  return std::nullopt;
+  Place wanted{{}, UINT32_MAX};
+  if (!ParseId(strId, wanted.id)) return std::nullopt;
+  // The last of equal identifiers is before this place.
+  const auto it = std::upper_bound(m_places.begin(), m_places.end(), wanted);
+  if (it == m_places.begin() || std::prev(it)->id != wanted.id) return std::nullopt;
+  Record record;
+  const auto nOffset = static_cast<off_t>(std::prev(it)->nRecord) * static_cast<off_t>(sizeof record);
+  if (pread(m_file.Get(), &record, sizeof record, nOffset) != static_cast<ssize_t>(sizeof record))
+    throw std::runtime_error("the index of the files can't be read");
+  ManifestEntry entry;
+  entry.strId = strId;
+  entry.kind = ManifestEntry::Kind::File;
+  entry.nSize = record.nSize;
+  entry.bDamaged = record.nState == kDamaged;
+  if (record.nState == kHasKey) entry.wrappedKey.assign(record.key, record.key + kKeySize);
+  if (record.nState == kOddKey) entry.wrappedKey.assign(1, 0);  // no key has one byte: it is refused
+  return entry;
 }
 
 }  // namespace orvandel

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "common/file.h"
+#include "common/file_source.h"
 #include "common/format.h"
 #include "common/problem.h"
 #include "common/status.h"
@@ -38,6 +39,18 @@ int CFileTypeJudge::ParseFileBuf(const char* pszPath, std::string& strOutput) {
   return JudgeHead(pszPath, head, strOutput);
 }
 
+namespace {
+
+/// Reports a file whose unknown type may come from a wrong key, if its folder has a source that can tell.
+void ReportIfUnsound(const char* pszPath) {
+  std::string strName;
+  const auto pSource = FileSourceOf(pszPath, strName);
+  const Problem problem = pSource ? pSource->Check(strName) : Problem();
+  if (problem) ReportLoss(pszPath, problem.strReason);
+}
+
+}  // namespace
+
 int CFileTypeJudge::JudgeHead(const char* pszPath, const BackupFileHead& head, std::string& strOutput) {
   if (const int nError = head.nOpenError) {
     if (nError != ENOENT && !head.strOpenProblem.empty()) ReportLoss(pszPath, head.strOpenProblem);
@@ -53,6 +66,8 @@ int CFileTypeJudge::JudgeHead(const char* pszPath, const BackupFileHead& head, s
   }
   if (const Row* pRow = FindRow(head.bytes.data(), BackupFileHead::kSize))
     strOutput = std::to_string(m_nFileCounter++) + "." + pRow->pszExtension;
+  else
+    ReportIfUnsound(pszPath);
   return kStatusOk;
 }
 

@@ -151,8 +151,9 @@ TEST_F(PrivateFolders, OnlyFoldersWithItsNameAndRightsAreRemoved) {
     unsigned nMode;
     bool bStays;
   } cases[] = {
-      {"orvandel-work-abcdef", 0700, false}, {"orvandel-work-ghijkl", 0755, true},  {"orvandel-work-mnopqr", 0770, true},
-      {"orvandel-work-abcde", 0700, true},   {"orvandel-work-abcdefg", 0700, true}, {"orvandel_work_abcdef", 0700, true},
+      {"orvandel-work-abcdef", 0700, false}, {"orvandel-work-ghijkl", 0755, true},
+      {"orvandel-work-mnopqr", 0770, true},  {"orvandel-work-abcde", 0700, true},
+      {"orvandel-work-abcdefg", 0700, true}, {"orvandel_work_abcdef", 0700, true},
       {"orvandel-work-AB12zz", 0755, true},
   };
   for (const auto& entry : cases) {
