@@ -212,23 +212,30 @@ Problem CopyContent(const CopyEnd& source, const CopyEnd& target) {
   }
 }
 
+/// Makes a new file of what write writes to its descriptor.
+template <typename Write>
+Problem WriteCopy(const std::string& strTarget, unsigned int nRights, Write write) {
+  Result<NewFile> target = NewFile::Create(strTarget, 0600);
+  if (!target) return target.Error();
+  if (const Problem problem = write(target->Get())) return problem;
+  // Ignored: some file systems don't support modes.
+  fchmod(target->Get(), static_cast<mode_t>(nRights));
+  return target->Finish();
+}
+
 }  // namespace
 
 Problem CopyBackupFile(const std::string& strSource, const std::string& strTarget, unsigned int nRights) {
   std::string strName;
-  const auto pSource = FileSourceOf(strSource, strName);
-  Result<OpenedFile> source = OpenedFile();
-  if (!pSource) source = OpenBackupFile(strSource);
+  if (const auto pSource = FileSourceOf(strSource, strName)) {
+    return WriteCopy(strTarget, nRights,
+                     [&](int nTarget) { return pSource->Copy(strName, nTarget, strTarget); });
+  }
+  const Result<OpenedFile> source = OpenBackupFile(strSource);
   if (!source) return source.Error();
-  Result<NewFile> target = NewFile::Create(strTarget, 0600);
-  if (!target) return target.Error();
-  const Problem problem =
-      pSource ? pSource->Copy(strName, target->Get(), strTarget)
-              : CopyContent({source->descriptor.Get(), strSource}, {target->Get(), strTarget});
-  if (problem) return problem;
-  // Ignored: some file systems don't support modes.
-  fchmod(target->Get(), static_cast<mode_t>(nRights));
-  return target->Finish();
+  return WriteCopy(strTarget, nRights, [&](int nTarget) {
+    return CopyContent({source->descriptor.Get(), strSource}, {nTarget, strTarget});
+  });
 }
 
 }  // namespace orvandel

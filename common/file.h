@@ -26,7 +26,7 @@ void DeclareSharded(const std::string& strRoot);
 
 /// A file of a backup, open for reading.
 struct OpenedFile {
-  Descriptor descriptor{-1};
+  Descriptor descriptor;
   int64_t nSize = 0;  ///< in bytes
 };
 
