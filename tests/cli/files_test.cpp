@@ -237,7 +237,7 @@ TEST_F(FilesTest, OfADamagedManifestAreAFailure) {
 TEST_F(FilesTest, WithoutAManifestAreNoBackup) {
   m_folder.Write("backup/Info.plist", "<plist></plist>");
 
-  for (const char* pszCommand : {"files"}) {
+  for (const char* pszCommand : {"files", "domains", "verify"}) {
     const CommandResult result = RunCommand({pszCommand, Backup()});
 
     EXPECT_EQ(2, result.nExitStatus);

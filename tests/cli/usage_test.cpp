@@ -78,6 +78,19 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{
             "UnknownCategory", {"recover", "/tmp", "/tmp/x", "--only", "Notes,Foo"}, "no category 'Foo'"},
         WrongUsage{"EmptyCategory", {"recover", "/tmp", "/tmp/x", "--only", ""}, "no category ''"},
+        WrongUsage{"FilesWithoutBackup", {"files"}, "'files' takes at least 1"},
+        WrongUsage{"EmptyPattern", {"files", "/tmp", ""}, "'files' takes at least 1"},
+        WrongUsage{"DomainsOfTwoBackups", {"domains", "/tmp", "/tmp"}, "'domains' takes 1"},
+        WrongUsage{"VerifyOfTwoBackups", {"verify", "/tmp", "/tmp"}, "'verify' takes 1"},
+        WrongUsage{"NewerThanAWord", {"files", "/tmp", "--newer", "now"}, "--newer: 'now'"},
+        WrongUsage{"LargerThanAWord", {"files", "/tmp", "--larger", "big"}, "--larger: 'big'"},
+        WrongUsage{"EmptyTo", {"files", "/tmp", "--to", ""}, "--to requires a folder"},
+        WrongUsage{"ReplaceWithoutTo", {"files", "/tmp", "--replace"}, "--replace requires --to"},
+        WrongUsage{"ResumeWithoutTo", {"files", "/tmp", "--resume"}, "--resume requires --to"},
+        WrongUsage{
+            "NamesWithTo", {"files", "/tmp", "--to", "/tmp/x", "--names"}, "--names can't be combined"},
+        WrongUsage{
+            "CountWithTo", {"files", "/tmp", "--to", "/tmp/x", "--count"}, "--count can't be combined"},
         WrongUsage{"OnlyWithoutValue", {"recover", "/tmp", "/tmp/x", "--only"}, "only"}),
     NameOf<WrongUsage>);
 
@@ -100,6 +113,11 @@ INSTANTIATE_TEST_SUITE_P(
                     Help{"OfRecover",
                          {"recover", "--help"},
                          {"recover BACKUP DESTINATION", "--json", "--quiet", "--only"}},
+                    Help{"OfFiles",
+                         {"files", "--help"},
+                         {"files BACKUP [PATTERN...]", "--domain", "--resume", "Examples:"}},
+                    Help{"OfDomains", {"domains", "--help"}, {"domains BACKUP", "--json", "Examples:"}},
+                    Help{"OfVerify", {"verify", "--help"}, {"verify BACKUP", "--json", "Examples:"}},
                     Help{"BeforeTheCommand", {"--help", "scan"}, {"scan BACKUP"}}),
     NameOf<Help>);
 
@@ -131,7 +149,13 @@ TEST(StandardOutput, ThatIsFullEndsEveryCommandWithFour) {
       {"backups", folder.Path("backups"), "--json"},
       {"scan", strBackup, "--json"},
       {"recover", strBackup, folder.Path("out")},
-      {"recover", strBackup, folder.Path("out2"), "--json"}};
+      {"recover", strBackup, folder.Path("out2"), "--json"},
+      {"files", strBackup},
+      {"files", strBackup, "--json"},
+      {"files", strBackup, "--names"},
+      {"files", strBackup, "--to", folder.Path("out3")},
+      {"domains", strBackup},
+      {"verify", strBackup}};
 
   for (const std::vector<std::string>& arguments : commands) {
     const CommandResult result = RunIntoFullDevice(arguments);
