@@ -57,12 +57,14 @@ constexpr std::array<FileStep, 6> kFileSteps = {{
 struct WalkStep {
   int (*pfnRun)(IPhoneRecoveryParse& parser, BackupRecords& records);
   std::vector<CategoryNumber> categories;
-  std::vector<CategoryNumber> laterCategories = {};  ///< filled by a later step from what this one leaves
+  /// Filled by a later step from what this one leaves, or with parts of a store whose damage this one
+  /// reports.
+  std::vector<CategoryNumber> relatedCategories = {};
 };
 
 bool IsNeeded(const WalkStep& step, const std::function<bool(CategoryNumber)>& isWanted) {
   return std::any_of(step.categories.begin(), step.categories.end(), isWanted) ||
-         std::any_of(step.laterCategories.begin(), step.laterCategories.end(), isWanted);
+         std::any_of(step.relatedCategories.begin(), step.relatedCategories.end(), isWanted);
 }
 
 int ReadAppFiles(IPhoneRecoveryParse& parser, BackupRecords& records) {
@@ -81,7 +83,9 @@ const std::vector<WalkStep>& WalkSteps() {
       {[](Parser& p, Records& r) { return p.GetIPhoneMessageInfo(r.m_mapMessage); }, {kMessages}},
       {[](Parser& p, Records& r) { return p.GetAttachmentsFilePath(r.m_vecMessageAttachment); },
        {kMessageAttachments}},
-      {[](Parser& p, Records& r) { return p.GetIPhonePersonContent(r.m_vecContact); }, {kContacts}},
+      {[](Parser& p, Records& r) { return p.GetIPhonePersonContent(r.m_vecContact); },
+       {kContacts},
+       {kMessages, kCallHistory}},
       {[](Parser& p, Records& r) { return p.GetIPhoneHistoryCallInfo(r.m_vecCall); }, {kCallHistory}},
       {[](Parser& p, Records& r) { return p.GetIPhoneNotes(r.m_vecNote); }, {kNotes}},
       {ReadAppFiles, {kAppPhotos, kAppVideos}, {kWhatsAppAttachments}},

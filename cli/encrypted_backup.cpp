@@ -77,7 +77,6 @@ int CheckRoom(const BackupOptions& options, const std::vector<std::string>& file
 
 int Unlock(const BackupOptions& options, BackupReader& reader) {
   try {
-    reader.RequireEncrypted();
     QByteArray password;
     if (!ReadPassword(options, password)) return StopSignal() != 0 ? Interrupted() : kExitPassword;
     const Secret secret = ToSecret(password);

@@ -1,7 +1,5 @@
 #include "cli/manifest_access.h"
 
-#include <algorithm>
-
 #include "backup/discovery.h"
 #include "cli/encrypted_backup.h"
 #include "cli/exit_status.h"
@@ -64,9 +62,8 @@ bool VisitManifest(const BackupReader& reader, BackupReader::Detail detail,
     PrintError(FromNarrow(error.what()));
     return false;
   }
-  // A binary manifest reports its end as a loss.
-  return std::none_of(Losses().begin(), Losses().end(),
-                      [&](const auto& loss) { return loss.first == reader.ManifestPath(); });
+  // Nothing else reports losses, and a second visit doesn't report the same again.
+  return Losses().empty();
 }
 
 void SetEntryName(const ManifestEntry& entry, std::string& strName) {

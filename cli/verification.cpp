@@ -45,10 +45,6 @@ bool FileVerifier::Verify(const ManifestEntry& entry, FileState& state) {
           Damaged("has more than the " + std::to_string(entry.nSize) + " bytes that the manifest records");
       return true;
     }
-    if (entry.bDamaged) {
-      state = Damaged("its record in the manifest is damaged");
-      return true;
-    }
     return entry.strDataHash.empty() || VerifyHash(entry, content, state);
   } catch (const ContentError& error) {
     if (error.Code() == ENOENT)
