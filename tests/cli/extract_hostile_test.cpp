@@ -220,11 +220,11 @@ TEST_F(ExtractDestination, OfAnInterruptedRunIsCompleted) {
     EXPECT_TRUE(strBytes == ReadFile(Out() + "/" + strFile)) << strFile;
 }
 
-TEST_F(ExtractDestination, OfAnInterruptedRunIsNotReadAgain) {
+TEST_F(ExtractDestination, OfAnInterruptedRunIsCompletedAndKeepsFilesOfTheUser) {
   WriteBackup({"a", "b", "c"});
   RunCommand(Arguments());
-  WriteFile(Out() + "/HomeDomain/a", "x");  // of the same size
-  WriteFile(Out() + "/HomeDomain/b", "too long");
+  WriteFile(Out() + "/HomeDomain/a", "");  // as after a power cut
+  WriteFile(Out() + "/HomeDomain/b", "mine");
   const ino_t nInode = [&] {
     struct stat info = {};
     stat((Out() + "/HomeDomain/c").c_str(), &info);
@@ -235,9 +235,9 @@ TEST_F(ExtractDestination, OfAnInterruptedRunIsNotReadAgain) {
 
   struct stat info = {};
   stat((Out() + "/HomeDomain/c").c_str(), &info);
-  EXPECT_THAT(result.LastLine(), StartsWith("2 extracted, 1 kept, 0 failed, "));
+  EXPECT_THAT(result.LastLine(), StartsWith("1 extracted, 2 kept, 0 failed, "));
   EXPECT_EQ("a", ReadFile(Out() + "/HomeDomain/a"));
-  EXPECT_EQ("b", ReadFile(Out() + "/HomeDomain/b"));
+  EXPECT_EQ("mine", ReadFile(Out() + "/HomeDomain/b"));
   EXPECT_EQ(nInode, info.st_ino);
 }
 
