@@ -72,14 +72,12 @@ int OpenInFolder(const std::string& strFolder, const char* pszName) {
 
 /// Wraps a descriptor if it is a regular file. @param nDescriptor -1 with errno set when opening failed.
 Result<OpenedFile> RegularFile(int nDescriptor, const std::string& strPath) {
+  const auto fail = [&](int nError) { return SystemProblem(Problem::Step::Open, strPath, nError); };
+  if (nDescriptor == -1) return fail(errno);
   Descriptor file(nDescriptor);
   struct stat info;
-  int nError = 0;
-  if (nDescriptor == -1 || fstat(nDescriptor, &info) != 0)
-    nError = errno;
-  else if (!S_ISREG(info.st_mode))
-    nError = S_ISDIR(info.st_mode) ? EISDIR : ENXIO;
-  if (nError != 0) return SystemProblem(Problem::Step::Open, strPath, nError);
+  if (fstat(nDescriptor, &info) != 0) return fail(errno);
+  if (!S_ISREG(info.st_mode)) return fail(S_ISDIR(info.st_mode) ? EISDIR : ENXIO);
   return OpenedFile{std::move(file), info.st_size};
 }
 
