@@ -30,6 +30,11 @@ constexpr Target kTargets[] = {
     {"Media walk over 100,000 files / plain loop of system calls", "WalkMedia", "PlainMediaLoop", 0.75},
     {"Export of 1,000,000 messages in 2,000 conversations / plain fwrite", "ExportMessages",
      "PlainExportWrites", 2.0},
+    {"Names of 1,000,000 entries by orvandel-cli / reading the manifest", "ListNames", "ReadLargeManifest",
+     1.5},
+    {"Everything of 1,000,000 entries by orvandel-cli / reading the manifest", "ListEverything",
+     "ReadLargeManifest", 5.0},
+    {"The same as JSON / reading the manifest", "ListEverythingAsJson", "ReadLargeManifest", 5.0},
     {"Unlocking with 2,000,000 rounds / openssl kdf", "DerivePasswordKey", "OpenSslKdf", 1.0},
 };
 constexpr double kPeakMemoryLimit = 400;  // MiB
