@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr char kPassword[] = "pw";
-constexpr char kWorkFolder[] = "/var/tmp/orvandel-";
+constexpr char kWorkFolder[] = "/var/tmp/orvandel-work-";
 constexpr size_t kRandomPart = 6;  // random characters in the name
 constexpr size_t kStampLength = 14;
 

@@ -299,9 +299,19 @@ int mkdir(const char* name, mode_t mode) {
   if (is_writable(path) && !is_there && disk_full()) return -1;
   const int result = (int)syscall(SYS_mkdirat, AT_FDCWD, name, mode);
   if (result == 0) note_outside(path);
-  if (result == 0 && strncmp(path, "/var/tmp/orvandel-", 18) == 0 && !strchr(path + 18, '/'))
-    note("work ", path);
   return result;
+}
+
+char* mkdtemp(char* name) {
+  REAL(mkdtemp);
+  char path[PATH_MAX];
+  absolute(AT_FDCWD, name, path);
+  if (is_writable(path) && disk_full()) return NULL;
+  char* made = real(name);
+  if (!made) return NULL;
+  note_outside(made);
+  if (strncmp(made, "/var/tmp/orvandel-work-", 23) == 0) note("work ", made);
+  return made;
 }
 int rename(const char* from, const char* to) {
   char path[PATH_MAX];
