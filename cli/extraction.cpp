@@ -3,11 +3,11 @@
 #include <sys/stat.h>
 
 #include "cli/entry_writer.h"
-#include "cli/job_pool.h"
 #include "cli/manifest_access.h"
 #include "cli/output.h"
 #include "cli/stop_signal.h"
 #include "common/text.h"
+#include "decrypt/worker_pool.h"
 
 namespace orvandel {
 
@@ -41,7 +41,7 @@ bool ExtractFiles(const FilesOptions& options, const BackupReader& reader) {
   EntryFilter filter(options.conditions, present);
   TargetNames names((*tree)->TakesSafeNamesOnly(), (*tree)->IgnoresCase());
   const BackupFolder folder(reader.Folder());
-  JobPool<EntryJob> pool([&] {
+  WorkerPool<EntryJob> pool([&] {
     return [pWriter = std::make_shared<EntryWriter>(options, reader, folder, *tree, report)](EntryJob& job) {
       pWriter->Write(job);
     };

@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "cli/commands.h"
-#include "cli/job_pool.h"
 #include "cli/json_stream.h"
 #include "cli/manifest_access.h"
 #include "cli/options.h"
@@ -13,6 +12,7 @@
 #include "cli/stop_signal.h"
 #include "cli/verification.h"
 #include "common/text.h"
+#include "decrypt/worker_pool.h"
 
 namespace orvandel {
 
@@ -113,7 +113,7 @@ bool VerifyAll(const Options& options, const BackupReader& reader) {
   VerifyReport report(options, bar, bar.IsActive() ? CountWork(reader) : 0);
   const BackupFolder folder(reader.Folder());
   const auto advance = [&](uint64_t nBytes) { report.Advance(nBytes); };
-  JobPool<ManifestEntry> pool([&] {
+  WorkerPool<ManifestEntry> pool([&] {
     return
         [&report, pVerifier = std::make_shared<FileVerifier>(reader, folder, advance)](ManifestEntry& entry) {
           FileState state;

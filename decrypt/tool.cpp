@@ -87,7 +87,7 @@ ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFol
       bFailed = true;
     }
     Progress progress(reader.CountFiles());
-    WorkerPool pool([&](ManifestEntry& entry) {
+    const auto decrypt = [&](ManifestEntry& entry) {
       try {
         ContentStream content = reader.Open(entry);
         WriteContent(content, strFolder + "/" + entry.strId);
@@ -96,7 +96,8 @@ ToolStatus DecryptBackup(const std::string& strBackup, const std::string& strFol
         bFailed = true;
       }
       progress.Advance();
-    });
+    };
+    WorkerPool<ManifestEntry> pool([&] { return decrypt; });
     try {
       reader.Visit(BackupReader::Detail::Keys, [&](ManifestEntry&& entry) {
         if (reader.IsFile(entry)) pool.Add(std::move(entry));

@@ -7,6 +7,8 @@
 #include <atomic>
 #include <fstream>
 
+#include "decrypt/manifest_entry.h"
+
 using namespace orvandel;
 
 namespace {
@@ -16,7 +18,7 @@ constexpr int kJobs = 1000;
 /// Runs jobs through a pool. @return the number of completed jobs.
 int JobsDone(unsigned int nThreads) {
   std::atomic<int> nDone{0};
-  WorkerPool pool([&](ManifestEntry&) { ++nDone; }, nThreads);
+  WorkerPool<ManifestEntry> pool([&] { return [&](ManifestEntry&) { ++nDone; }; }, nThreads);
   for (int i = 0; i < kJobs; ++i) pool.Add(ManifestEntry());
   pool.Finish();
   return nDone;
