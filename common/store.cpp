@@ -1,6 +1,7 @@
 #include "common/store.h"
 
 #include <sqlite3.h>
+#include <strings.h>
 
 #include <QLocale>
 #include <algorithm>
@@ -25,6 +26,7 @@ constexpr int kStepsBetweenLooks = 1000;  // SQLite VM instructions: some ten mi
 // steps, and a text is read a few times at most. A damaged or hostile store can repeat its pages endlessly.
 constexpr int64_t kStepsPerByte = 64;
 constexpr int64_t kBytesPerByte = 16;
+constexpr int kNameColumn = 1;                // of PRAGMA table_info
 constexpr int64_t kLargestStore = 1LL << 48;  // bytes, above SQLite's maximum
 constexpr int64_t kFreeSteps = 10000000;
 constexpr int64_t kFreeBytes = 16 << 20;
@@ -69,37 +71,6 @@ Result<Examined> ExamineStore(const std::string& strPath) {
   uint32_t nRead = 0;
   const bool bHasHead = ReadData(file->descriptor.Get(), head, sizeof head, nRead) == kStatusOk;
   return Examined{file->nSize, bHasHead && EndsWithinAPage(head, file->nSize)};
-}
-
-/// True for strict UTF-8: no overlong forms, no surrogates, and neither U+FFFE nor U+FFFF, which SQLite
-/// replaces.
-bool IsValidUtf8(const unsigned char* p, size_t nSize) {
-  for (size_t i = 0; i < nSize;) {
-    const unsigned char n = p[i];
-    if (n < 0x80) {
-      uint64_t nEight = 0;
-      for (++i; i + sizeof nEight <= nSize; i += sizeof nEight) {
-        memcpy(&nEight, p + i, sizeof nEight);
-        if (nEight & 0x8080808080808080) break;
-      }
-      continue;
-    }
-    const size_t nMore = n >= 0xC2 && n <= 0xDF   ? 1
-                         : n >= 0xE0 && n <= 0xEF ? 2
-                         : n >= 0xF0 && n <= 0xF4 ? 3
-                                                  : 0;
-    if (nMore == 0 || nMore > nSize - i - 1) return false;
-    const unsigned char nSecond = p[i + 1];
-    const unsigned char nLowest = n == 0xE0 ? 0xA0 : n == 0xF0 ? 0x90 : 0x80;
-    const unsigned char nHighest = n == 0xED ? 0x9F : n == 0xF4 ? 0x8F : 0xBF;
-    if (nSecond < nLowest || nSecond > nHighest) return false;
-    for (size_t k = 2; k <= nMore; ++k) {
-      if ((p[i + k] & 0xC0) != 0x80) return false;
-    }
-    if (n == 0xEF && nSecond == 0xBF && p[i + 2] >= 0xBE) return false;
-    i += nMore + 1;
-  }
-  return true;
 }
 
 /// Rounds a real to an integer, halves up; 0 when it is out of range.
@@ -253,32 +224,43 @@ std::string StoreQuery::Narrow(int nColumn) const {
   // Fast path: most text needs no conversion.
   if (m_bPlainUtf8 && !m_bEnded && m_pStatement &&
       sqlite3_column_type(m_pStatement, nColumn) == SQLITE_TEXT) {
-    const unsigned char* pText = sqlite3_column_text(m_pStatement, nColumn);
+    const auto* pText = reinterpret_cast<const char*>(sqlite3_column_text(m_pStatement, nColumn));
     const auto nSize = static_cast<size_t>(sqlite3_column_bytes(m_pStatement, nColumn));
     m_pBudget->nBytes -= static_cast<int64_t>(nSize);
-    if (pText && IsValidUtf8(pText, nSize)) return {reinterpret_cast<const char*>(pText), nSize};
+    if (pText && IsValidUtf8({pText, nSize})) return {pText, nSize};
   }
   return ToNarrow(Text(nColumn));
 }
 
 int StoreQuery::Integer(int nColumn) const {
+  return static_cast<int>(Integer64(nColumn));
+}
+
+int64_t StoreQuery::Integer64(int nColumn) const {
   if (m_bEnded || !m_pStatement) return 0;
   switch (sqlite3_column_type(m_pStatement, nColumn)) {
     case SQLITE_INTEGER:
-      return static_cast<int>(sqlite3_column_int64(m_pStatement, nColumn));
+      return sqlite3_column_int64(m_pStatement, nColumn);
     case SQLITE_FLOAT:
-      return static_cast<int>(Rounded(sqlite3_column_double(m_pStatement, nColumn)));
+      return Rounded(sqlite3_column_double(m_pStatement, nColumn));
     case SQLITE_BLOB: {
       const Bytes bytes = Blob(nColumn);
-      return static_cast<int>(
-          QByteArray::fromRawData(static_cast<const char*>(bytes.pData), static_cast<int>(bytes.nSize))
-              .toLongLong());
+      return QByteArray::fromRawData(static_cast<const char*>(bytes.pData), static_cast<int>(bytes.nSize))
+          .toLongLong();
     }
     case SQLITE_TEXT:
-      return static_cast<int>(Text(nColumn).toLongLong());
+      return Text(nColumn).toLongLong();
     default:
       return 0;
   }
+}
+
+double StoreQuery::Real(int nColumn) const {
+  return m_bEnded || !m_pStatement ? 0 : sqlite3_column_double(m_pStatement, nColumn);
+}
+
+bool StoreQuery::IsNull(int nColumn) const {
+  return m_bEnded || !m_pStatement || sqlite3_column_type(m_pStatement, nColumn) == SQLITE_NULL;
 }
 
 StoreQuery::Bytes StoreQuery::Blob(int nColumn) const {
@@ -291,6 +273,18 @@ StoreQuery::Bytes StoreQuery::Blob(int nColumn) const {
 
 int StoreQuery::ColumnCount() const {
   return m_pStatement ? sqlite3_column_count(m_pStatement) : 0;
+}
+
+StoreTable::StoreTable(const std::string& strPath, const char* pszTable) {
+  StoreQuery query(strPath, (std::string("PRAGMA table_info(") + pszTable + ")").c_str(),
+                   StoreQuery::Failure::Expected);
+  while (query.Next()) m_columns.push_back(query.Narrow(kNameColumn));
+}
+
+bool StoreTable::Has(const char* pszColumn) const {
+  return std::any_of(m_columns.begin(), m_columns.end(), [&](const std::string& strColumn) {
+    return strcasecmp(strColumn.c_str(), pszColumn) == 0;
+  });
 }
 
 }  // namespace orvandel

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "common/problem.h"
 
@@ -44,6 +45,11 @@ class StoreQuery {
   /// Column of the current row as an integer. Text is converted when all of it is an integer, a real is
   /// rounded, and of a larger number the low 32 bits are returned; 0 for anything else.
   int Integer(int nColumn) const;
+  /// Same as Integer with all 64 bits.
+  int64_t Integer64(int nColumn) const;
+  /// Column of the current row as a real number; 0 for anything else.
+  double Real(int nColumn) const;
+  bool IsNull(int nColumn) const;
   /// The bytes of a column of the current row, valid until the next call. Text is in UTF-8.
   struct Bytes {
     const void* pData = nullptr;
@@ -76,6 +82,21 @@ class StoreQuery {
   bool m_bEnded = false;
   bool m_bCutShort = false;
   Problem m_problem;
+};
+
+/// The columns of one table of a store, for tables that differ by version.
+class StoreTable {
+ public:
+  /// @param strPath narrow path of the store. @param pszTable a name without quotes.
+  StoreTable(const std::string& strPath, const char* pszTable);
+
+  /// False also for a store that can't be read.
+  bool Exists() const { return !m_columns.empty(); }
+  /// @param pszColumn its name; case doesn't matter, as in SQL.
+  bool Has(const char* pszColumn) const;
+
+ private:
+  std::vector<std::string> m_columns;
 };
 
 }  // namespace orvandel

@@ -1,5 +1,8 @@
 #include "common/text.h"
 
+#include <cstdint>
+#include <cstring>
+
 using namespace orvandel;
 
 namespace {
@@ -29,6 +32,42 @@ std::string ToNarrow(const QString& qstrText) {
   if (NarrowIsUtf8()) return qstrText.toStdString();
   const QByteArray bytes = QStringEncoder(g_narrowEncoding)(qstrText);
   return bytes.toStdString();
+}
+
+bool IsValidUtf8(std::string_view bytes) {
+  const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
+  const size_t nSize = bytes.size();
+  for (size_t i = 0; i < nSize;) {
+    const unsigned char n = p[i];
+    if (n < 0x80) {
+      uint64_t nEight = 0;
+      for (++i; i + sizeof nEight <= nSize; i += sizeof nEight) {
+        memcpy(&nEight, p + i, sizeof nEight);
+        if (nEight & 0x8080808080808080) break;
+      }
+      continue;
+    }
+    const size_t nMore = n >= 0xC2 && n <= 0xDF   ? 1
+                         : n >= 0xE0 && n <= 0xEF ? 2
+                         : n >= 0xF0 && n <= 0xF4 ? 3
+                                                  : 0;
+    if (nMore == 0 || nMore > nSize - i - 1) return false;
+    const unsigned char nSecond = p[i + 1];
+    const unsigned char nLowest = n == 0xE0 ? 0xA0 : n == 0xF0 ? 0x90 : 0x80;
+    const unsigned char nHighest = n == 0xED ? 0x9F : n == 0xF4 ? 0x8F : 0xBF;
+    if (nSecond < nLowest || nSecond > nHighest) return false;
+    for (size_t k = 2; k <= nMore; ++k) {
+      if ((p[i + k] & 0xC0) != 0x80) return false;
+    }
+    if (n == 0xEF && nSecond == 0xBF && p[i + 2] >= 0xBE) return false;
+    i += nMore + 1;
+  }
+  return true;
+}
+
+std::string Utf8ToNarrow(std::string_view utf8) {
+  if (NarrowIsUtf8() && IsValidUtf8(utf8)) return std::string(utf8);
+  return ToNarrow(QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
 }
 
 QString FromNarrow(const std::string& strNarrow) {

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringConverter>
 #include <string>
+#include <string_view>
 
 // The two string types of the program and all conversions between them. A narrow string is in the locale's
 // encoding. A wide string is in UTF-16. Conversion to narrow replaces characters that the encoding can't
@@ -21,6 +22,13 @@ bool NarrowIsUtf8();
 
 /// QString to narrow.
 std::string ToNarrow(const QString& qstrText);
+
+/// True for strict UTF-8: no overlong forms, no surrogates, and neither U+FFFE nor U+FFFF, which SQLite
+/// replaces.
+bool IsValidUtf8(std::string_view bytes);
+
+/// UTF-8 to narrow. Bytes that aren't valid UTF-8 become U+FFFD.
+std::string Utf8ToNarrow(std::string_view utf8);
 
 /// Narrow to QString.
 QString FromNarrow(const std::string& strNarrow);

@@ -9,7 +9,10 @@
 #include "common/file.h"
 #include "common/status.h"
 #include "common/store.h"
+#include "common/text.h"
 #include "extract/name_matching.h"
+#include "extract/sorting.h"
+#include "extract/typed_stream.h"
 
 using namespace orvandel;
 
@@ -17,16 +20,19 @@ namespace {
 
 // message.date is in nanoseconds in newer stores and in seconds in older ones; both conversions are made for
 // each row. 978307200: seconds from 1970-01-01 to 2001-01-01, the epoch of the store.
-constexpr char kMessages[] =
+constexpr char kColumns[] =
     "SELECT  message.text, message.is_from_me, "
     "datetime(message.date/1000000000 + 978307200, 'unixepoch') AS DateStr, "
     "message.RowID,message.handle_id, handle.id as sender_name,message.date, "
-    "datetime(message.date + 978307200, 'unixepoch') AS DateStrOld "
-    "FROM chat_message_join "
+    "datetime(message.date + 978307200, 'unixepoch') AS DateStrOld";
+// Stores from iOS 14 on keep most texts in this column and leave message.text empty.
+constexpr char kBodyColumn[] = ", message.attributedBody";
+constexpr char kTables[] =
+    " FROM chat_message_join "
     "INNER JOIN message  ON message.rowid = chat_message_join.message_id "
     "INNER JOIN handle  ON handle.rowid = message.handle_id";
 
-enum Column { kText, kFromMe, kDate, kRowId, kHandleId, kSender, kRawDate, kDateInSeconds };
+enum Column { kText, kFromMe, kDate, kRowId, kHandleId, kSender, kRawDate, kDateInSeconds, kBody };
 
 constexpr int kNanosecondDigits = 15;  // a raw date with fewer characters is in seconds
 
@@ -39,9 +45,14 @@ constexpr char kOldPhoneOwners[] =
 
 constexpr size_t kShortestNamedSender = 1;  // an empty sender never gets a name
 
-__MESSAGE_INFO__ ReadMessage(const StoreQuery& query) {
+/// @param bBodies the query has the column kBody.
+__MESSAGE_INFO__ ReadMessage(const StoreQuery& query, bool bBodies) {
   __MESSAGE_INFO__ message;
   message.strText = query.Narrow(kText);
+  if (bBodies && message.strText.empty()) {
+    const StoreQuery::Bytes body = query.Blob(kBody);
+    message.strText = Utf8ToNarrow(AttributedText({static_cast<const char*>(body.pData), body.nSize}));
+  }
   message.nIsFromMe = query.Integer(kFromMe);
   message.nRowId = query.Integer(kRowId);
   message.nHandleId = static_cast<uint32_t>(query.Integer(kHandleId));
@@ -57,24 +68,6 @@ struct Place {
   uint32_t nConversation = 0;
   uint32_t nMessage = 0;
 };
-
-/// Permutes records in place: the record at order[i] is moved to i.
-/// @param order a permutation of the indexes; overwritten.
-template <typename Record>
-void Reorder(std::vector<Record>& records, std::vector<uint32_t>& order) {
-  for (uint32_t nFirst = 0; nFirst < order.size(); ++nFirst) {
-    if (order[nFirst] == nFirst) continue;
-    Record first = std::move(records[nFirst]);
-    uint32_t nTo = nFirst;
-    for (uint32_t nFrom = order[nTo]; nFrom != nFirst; nFrom = order[nTo]) {
-      records[nTo] = std::move(records[nFrom]);
-      order[nTo] = nTo;
-      nTo = nFrom;
-    }
-    records[nTo] = std::move(first);
-    order[nTo] = nTo;
-  }
-}
 
 /// Converts a date as given by SQLite's datetime to a number with the same order.
 /// @return false for text in another format.
@@ -164,9 +157,10 @@ class FoundMessages {
 };
 
 void ReadMessages(const std::string& strPath, FoundMessages& found, uint64_t& nMaxId) {
-  StoreQuery query(strPath, kMessages);
+  const bool bBodies = StoreTable(strPath, "message").Has("attributedBody");
+  StoreQuery query(strPath, (std::string(kColumns) + (bBodies ? kBodyColumn : "") + kTables).c_str());
   while (query.Next()) {
-    __MESSAGE_INFO__ message = ReadMessage(query);
+    __MESSAGE_INFO__ message = ReadMessage(query, bBodies);
     // Skipped messages count too; a negative id counts as a very large one.
     nMaxId = std::max(nMaxId, static_cast<uint64_t>(static_cast<int64_t>(message.nRowId)));
     if (!message.strText.empty()) found.Add(std::move(message));
