@@ -14,7 +14,11 @@ namespace orvandel {
 /// All records found by a scan. Filled on the scan's thread; not to be used by others during a scan.
 struct BackupRecords {
   /// @param messages receives the conversations: the session's own map, to avoid a second copy.
-  explicit BackupRecords(MessageMap& messages) : m_mapMessage(messages) {}
+  explicit BackupRecords(MessageMap& messages) : m_mapMessage(messages), m_mapWhatsApp(m_ownWhatsApp) {}
+  /// @param chats receives the chats of WhatsApp: the session's own map, for the same reason.
+  BackupRecords(MessageMap& messages, WhatsAppMap& chats) : m_mapMessage(messages), m_mapWhatsApp(chats) {}
+  BackupRecords(const BackupRecords&) = delete;
+  BackupRecords& operator=(const BackupRecords&) = delete;
 
   std::vector<_IPHONE_CAMERA_INFO_> m_vecCamera;
   std::vector<_IPHONE_CAMERA_INFO_> m_vecPhotoStream;
@@ -28,8 +32,11 @@ struct BackupRecords {
   std::vector<__PERSON_CONTENT__> m_vecContact;
   std::vector<__CALLHISTORY__> m_vecCall;
   std::vector<__NOTES__> m_vecNote;
-  WhatsAppMap m_mapWhatsApp;
+  WhatsAppMap& m_mapWhatsApp;
   std::vector<_WHATSAPP_ATTACHMENTS_> m_vecWhatsAppAttachment;
+
+ private:
+  WhatsAppMap m_ownWhatsApp;
 };
 
 }  // namespace orvandel

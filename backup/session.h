@@ -108,7 +108,7 @@ class CIphoneBackupFile {
   orvandel::MessageMap& GetMessageMap() { return m_mapMessages; }
   const orvandel::Catalogue& GetManifest() const { return m_vecManifest; }
   const std::vector<std::string>& GetBackupDirs() const { return m_vecBackupDirs; }
-  const orvandel::WhatsAppMap& GetWhatsAppMap() const { return m_mapWhatsApp; }
+  orvandel::WhatsAppMap& GetWhatsAppMap() { return m_mapWhatsApp; }
   const orvandel::QQMap& GetQQMap() const { return m_mapQQ; }
   int GetProgress() const { return m_nProgress; }
   uint64_t GetMaxMessageId() const { return m_nMaxMessageId; }

@@ -15,6 +15,7 @@
 #include "cli/stop_signal.h"
 #include "common/file.h"
 #include "common/text.h"
+#include "extract/whatsapp_chats.h"
 
 namespace orvandel {
 
@@ -42,6 +43,22 @@ void WarnOfOddities(const __BACK_FILE_INFO__& info) {
 std::string LastStep(const std::string& strPath) {
   return strPath.substr(strPath.rfind('/') + 1);
 }
+
+/// The parser of a local backup, which also reads the chats of WhatsApp. The window uses the one that
+/// doesn't, since it picks the chats of a recovery by the rows of messages.
+class ChatReadingParser : public CLocalBuckupRecovery {
+ public:
+  explicit ChatReadingParser(CIphoneBackupFile& session) : m_session(session) { Init(&session); }
+
+  int GetWhatsappMessageInfo(WhatsAppMap& chats) override {
+    const std::string strStore = FindWhatsAppStore(m_session.GetManifest(), m_session.GetLayout());
+    if (!strStore.empty()) WhatsAppChatReader().Read(strStore, chats);
+    return CLocalBuckupRecovery::GetWhatsappMessageInfo(chats);
+  }
+
+ private:
+  CIphoneBackupFile& m_session;
+};
 
 /// Maps paths of backup files to their names on the device.
 class DeviceNames {
@@ -122,6 +139,7 @@ int ReadBackup(const BackupOptions& options, const WantedCategory& isWanted, Pro
 
   int nDecryptStatus = kExitDone;
   ScanSteps steps;
+  steps.makeParser = [](CIphoneBackupFile& session) { return std::make_unique<ChatReadingParser>(session); };
   steps.pfnProgress = &ProgressBar::Report;
   steps.pProgressContext = &bar;
   steps.decrypt = [&]() -> std::optional<QString> {

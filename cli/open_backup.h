@@ -14,7 +14,7 @@ namespace orvandel {
 /// A backup opened and read by the command line.
 struct OpenBackup {
   explicit OpenBackup(const BackupOptions& options)
-      : qstrPath(options.qstrBackup), records(session.GetMessageMap()) {}
+      : qstrPath(options.qstrBackup), records(session.GetMessageMap(), session.GetWhatsAppMap()) {}
   QString qstrPath;  ///< the backup's own folder
   CIphoneBackupFile session;
   EncryptedBackup encrypted;  ///< opened if it is; refers to the session's catalogue

@@ -75,14 +75,26 @@ void PrintApps(JsonStream& json, const QString& qstrKey, const AppFileMap& apps)
   json.EndObject();
 }
 
-template <typename Conversations, typename ToObject>
-void PrintConversations(JsonStream& json, const QString& qstrKey, const Conversations& conversations,
-                        ToObject toObject) {
-  json.BeginArray(qstrKey);
+void PrintMessages(JsonStream& json, const MessageMap& conversations) {
+  json.BeginArray("messages");
   for (const auto& [nHandle, messages] : conversations) {
     json.BeginElement();
     json.Member("handle", static_cast<qint64>(nHandle));
-    PrintArray(json, "messages", messages, toObject);
+    PrintArray(json, "messages", messages, MessageObject);
+    json.EndElement();
+  }
+  json.EndArray();
+}
+
+void PrintChats(JsonStream& json, const WhatsAppMap& chats) {
+  json.BeginArray("whatsapp");
+  for (const auto& [nChat, messages] : chats) {
+    json.BeginElement();
+    json.Member("chatId", static_cast<qint64>(nChat));
+    json.Member("title", FromNarrow(messages.front().strChatTitle));
+    json.Member("name", FromNarrow(messages.front().strChatName));
+    json.Member("phone", FromNarrow(messages.front().strChatPhone));
+    PrintArray(json, "messages", messages, ChatMessageObject);
     json.EndElement();
   }
   json.EndArray();
@@ -114,12 +126,12 @@ void PrintScanJson(OpenBackup& backup, bool bManifest) {
   PrintArray(json, "photoStream", records.m_vecPhotoStream, FileObject<_IPHONE_CAMERA_INFO_>);
   PrintApps(json, "appPhotos", records.m_mapAppPhotoFiles);
   PrintApps(json, "appVideos", records.m_mapAppVideoFiles);
-  PrintConversations(json, "messages", records.m_mapMessage, MessageObject);
+  PrintMessages(json, records.m_mapMessage);
   PrintArray(json, "messageAttachments", records.m_vecMessageAttachment, FileObject<_IPHONE_ATTACHMENTS_>);
   PrintArray(json, "contacts", records.m_vecContact, PersonObject);
   PrintArray(json, "calls", records.m_vecCall, CallObject);
   PrintArray(json, "notes", records.m_vecNote, NoteObject);
-  PrintConversations(json, "whatsapp", records.m_mapWhatsApp, ChatMessageObject);
+  PrintChats(json, records.m_mapWhatsApp);
   PrintArray(json, "whatsappAttachments", records.m_vecWhatsAppAttachment,
              FileObject<_WHATSAPP_ATTACHMENTS_>);
   const std::vector<WrittenFile> failed = AllLosses(backup);

@@ -18,6 +18,9 @@ const std::vector<StoreUse>& StoreUses() {
       {kCallStoreFallback, {kCallHistory}},
       {kNotesStore, {kNotes}},
       {kNotesCloudStore, {kNotes}},
+      {kWhatsAppStore, {kWhatsApp}},
+      {kWhatsAppEarlyStore, {kWhatsApp}},
+      {kWhatsAppBusinessStore, {kWhatsApp}},
   };
   return stores;
 }

@@ -40,5 +40,8 @@ constexpr char kNotesStore[] = "ca3bc056d4da0bbf88b5fb3be254f3b7147e639c";      
 constexpr char kNotesCloudStore[] = "4f98687d8ab0d6d1a371110e6b7300f6e465bef2";  // ZICCLOUDSYNCINGOBJECT
 constexpr char kCallStore[] = "5a4935c78a5255723f707230a451d79c540d2741";
 constexpr char kCallStoreFallback[] = "2b2b0084a1bc3a5ac8c27afdf14afb42c61a19ca";
+constexpr char kWhatsAppStore[] = "7c7fba66680ef796b916b067077cc246adacf01d";  // ChatStorage.sqlite
+constexpr char kWhatsAppEarlyStore[] = "1b6b187a1b60b9ae8b720c79e2c67f472bab09c0";
+constexpr char kWhatsAppBusinessStore[] = "724bd3b98b18518b455a87c1f3ac3a0d189c4466";
 
 }  // namespace orvandel
