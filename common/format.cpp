@@ -1,7 +1,9 @@
 #include "common/format.h"
 
+#include <cmath>
 #include <cstdarg>
 #include <cstdio>
+#include <ctime>
 #include <cwchar>
 
 namespace {
@@ -72,3 +74,28 @@ int rsb_wsprintf(std::wstring& wstrBuffer, const wchar_t* pFormat, ...) {
   wstrBuffer.assign(szText, nLength > 0 ? static_cast<size_t>(nLength) : 0);
   return nLength;
 }
+
+namespace orvandel {
+
+std::string UtcDateText(double dSeconds) {
+  static constexpr double kFirst = -62167219200000.0, kEnd = 253402300800000.0;  // milliseconds since 1970
+  const double dMilliseconds = std::floor(dSeconds * 1000 + 0.5);
+  if (!(dMilliseconds >= kFirst && dMilliseconds < kEnd)) return {};
+  const auto nTime = static_cast<time_t>(std::floor(dMilliseconds / 1000));
+  tm parts{};
+  gmtime_r(&nTime, &parts);
+  std::string strDate = "0000-00-00 00:00:00";
+  const auto put = [&](size_t nPlace, int nDigits, int nValue) {
+    for (; nDigits > 0; nValue /= 10)
+      strDate[nPlace + static_cast<size_t>(--nDigits)] = static_cast<char>('0' + nValue % 10);
+  };
+  put(0, 4, parts.tm_year + 1900);
+  put(5, 2, parts.tm_mon + 1);
+  put(8, 2, parts.tm_mday);
+  put(11, 2, parts.tm_hour);
+  put(14, 2, parts.tm_min);
+  put(17, 2, parts.tm_sec);
+  return strDate;
+}
+
+}  // namespace orvandel

@@ -221,9 +221,11 @@ int StoreQuery::TextSize(int nColumn) const {
 }
 
 std::string StoreQuery::Narrow(int nColumn) const {
+  if (m_bEnded || !m_pStatement) return {};
+  const int nType = sqlite3_column_type(m_pStatement, nColumn);
+  if (nType == SQLITE_NULL) return {};
   // Fast path: most text needs no conversion.
-  if (m_bPlainUtf8 && !m_bEnded && m_pStatement &&
-      sqlite3_column_type(m_pStatement, nColumn) == SQLITE_TEXT) {
+  if (m_bPlainUtf8 && nType == SQLITE_TEXT) {
     const auto* pText = reinterpret_cast<const char*>(sqlite3_column_text(m_pStatement, nColumn));
     const auto nSize = static_cast<size_t>(sqlite3_column_bytes(m_pStatement, nColumn));
     m_pBudget->nBytes -= static_cast<int64_t>(nSize);

@@ -3,15 +3,13 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <iterator>
-#include <unordered_map>
 
 #include "common/file.h"
 #include "common/status.h"
 #include "common/store.h"
 #include "common/text.h"
 #include "extract/name_matching.h"
-#include "extract/sorting.h"
+#include "extract/number_index.h"
 #include "extract/typed_stream.h"
 
 using namespace orvandel;
@@ -46,21 +44,21 @@ constexpr char kOldPhoneOwners[] =
 constexpr size_t kShortestNamedSender = 1;  // an empty sender never gets a name
 
 /// @param bBodies the query has the column kBody.
-__MESSAGE_INFO__ ReadMessage(const StoreQuery& query, bool bBodies) {
-  __MESSAGE_INFO__ message;
-  message.strText = query.Narrow(kText);
-  if (bBodies && message.strText.empty()) {
-    const StoreQuery::Bytes body = query.Blob(kBody);
-    message.strText = Utf8ToNarrow(AttributedText({static_cast<const char*>(body.pData), body.nSize}));
-  }
-  message.nIsFromMe = query.Integer(kFromMe);
-  message.nRowId = query.Integer(kRowId);
-  message.nHandleId = static_cast<uint32_t>(query.Integer(kHandleId));
-  message.strSender = query.Narrow(kSender);
-  const bool bSeconds = query.TextSize(kRawDate) < kNanosecondDigits;
-  message.strDate = query.Narrow(bSeconds ? kDateInSeconds : kDate);
-  return message;
+std::string ReadText(const StoreQuery& query, bool bBodies) {
+  std::string strText = query.Narrow(kText);
+  if (!bBodies || !strText.empty()) return strText;
+  const StoreQuery::Bytes body = query.Blob(kBody);
+  return Utf8ToNarrow(AttributedText({static_cast<const char*>(body.pData), body.nSize}));
 }
+
+/// A message on its way from the store to the map, without what all messages of its sender have in common.
+struct FoundMessage {
+  std::string strText;
+  std::string strDate;
+  int32_t nRowId = 0;
+  int32_t nIsFromMe = 0;
+  uint32_t nSender = 0;  // index in its conversation
+};
 
 /// Position and sort key of a message.
 struct Place {
@@ -83,30 +81,33 @@ bool DateNumber(const std::string& strDate, uint64_t& nNumber) {
   return true;
 }
 
-/// Collects messages on their way from the store to the map. Grouped by conversation from the start, so that
-/// none is in memory twice.
+bool IsNewer(const std::string& strFirst, const std::string& strSecond) {
+  return strcasecmp(strFirst.c_str(), strSecond.c_str()) > 0;
+}
+
+/// Collects messages on their way from the store to the map. Grouped by conversation from the start, and
+/// moved one conversation at a time, so that few are in memory twice.
 class FoundMessages {
  public:
-  void Add(__MESSAGE_INFO__&& message) {
-    const auto nNew = static_cast<uint32_t>(m_conversations.size());
-    const auto [it, bNew] = m_numbers.try_emplace(message.nHandleId, nNew);
-    if (bNew) m_conversations.push_back({message.nHandleId, {}});
-    std::vector<__MESSAGE_INFO__>& messages = m_conversations[it->second].messages;
-    Place place{0, it->second, static_cast<uint32_t>(messages.size())};
+  /// Adds the message of the current row. @param strText not empty.
+  void Add(const StoreQuery& query, std::string&& strText) {
+    const uint32_t nConversation = ConversationOf(static_cast<uint32_t>(query.Integer(kHandleId)));
+    Conversation& conversation = m_conversations[nConversation];
+    Place place{0, nConversation, static_cast<uint32_t>(conversation.messages.size())};
+    FoundMessage& message = conversation.messages.emplace_back();
+    message.strText = std::move(strText);
+    const bool bSeconds = query.TextSize(kRawDate) < kNanosecondDigits;
+    message.strDate = query.Narrow(bSeconds ? kDateInSeconds : kDate);
+    message.nRowId = query.Integer(kRowId);
+    message.nIsFromMe = query.Integer(kFromMe);
+    message.nSender = conversation.SenderOf(query.Narrow(kSender));
     m_bDateNumbers = m_bDateNumbers && DateNumber(message.strDate, place.nDate);
-    messages.push_back(std::move(message));
     m_places.push_back(place);
   }
 
   void MatchNames(NameMatcher& matcher) {
     for (Conversation& conversation : m_conversations) {
-      const std::string* pSender = nullptr;  // of the previous message, and its name
-      const std::string* pName = nullptr;
-      for (__MESSAGE_INFO__& message : conversation.messages) {
-        if (!pSender || *pSender != message.strSender) pName = &matcher.NameOf(message.strSender);
-        pSender = &message.strSender;
-        message.strContactName = *pName;
-      }
+      for (Sender& sender : conversation.senders) sender.strName = matcher.NameOf(sender.strSender);
     }
   }
 
@@ -116,24 +117,55 @@ class FoundMessages {
     std::vector<std::vector<uint32_t>> orders(m_conversations.size());
     for (const Place& place : m_places) orders[place.nConversation].push_back(place.nMessage);
     for (size_t i = 0; i < m_conversations.size(); ++i) {
-      std::vector<__MESSAGE_INFO__>& messages = m_conversations[i].messages;
-      std::vector<__MESSAGE_INFO__>& target = map[m_conversations[i].nHandleId];
-      Reorder(messages, orders[i]);
-      if (target.empty())
-        target = std::move(messages);
-      else
-        std::move(messages.begin(), messages.end(), std::back_inserter(target));
+      m_conversations[i].MoveTo(map[m_conversations[i].nHandleId], orders[i]);
+      m_conversations[i] = Conversation();
     }
   }
 
  private:
-  struct Conversation {
-    uint32_t nHandleId = 0;
-    std::vector<__MESSAGE_INFO__> messages;  // in store order
+  struct Sender {
+    std::string strSender;
+    std::string strName;
   };
 
-  const __MESSAGE_INFO__& At(const Place& place) const {
-    return m_conversations[place.nConversation].messages[place.nMessage];
+  /// The messages of one handle. They have one sender, unless the handle has more than 32 bits.
+  struct Conversation {
+    uint32_t nHandleId = 0;
+    std::vector<FoundMessage> messages;  // in store order
+    std::vector<Sender> senders;
+
+    uint32_t SenderOf(const std::string& strSender) {
+      if (senders.empty() || senders.back().strSender != strSender) senders.push_back({strSender, {}});
+      return static_cast<uint32_t>(senders.size() - 1);
+    }
+
+    void MoveTo(std::vector<__MESSAGE_INFO__>& target, const std::vector<uint32_t>& order) {
+      target.reserve(target.size() + order.size());
+      for (const uint32_t nMessage : order) {
+        FoundMessage& found = messages[nMessage];
+        __MESSAGE_INFO__& message = target.emplace_back();
+        message.nIsFromMe = found.nIsFromMe;
+        message.nRowId = found.nRowId;
+        message.nHandleId = nHandleId;
+        message.strDate = std::move(found.strDate);
+        message.strSender = senders[found.nSender].strSender;
+        message.strContactName = senders[found.nSender].strName;
+        message.strText = std::move(found.strText);
+      }
+    }
+  };
+
+  uint32_t ConversationOf(uint32_t nHandleId) {
+    const uint32_t nFound = m_numbers.Find(nHandleId);
+    if (nFound != NumberIndex::kNone) return nFound;
+    const auto nNew = static_cast<uint32_t>(m_conversations.size());
+    m_numbers.Add(nHandleId, nNew);
+    m_conversations.emplace_back().nHandleId = nHandleId;
+    return nNew;
+  }
+
+  const std::string& DateAt(const Place& place) const {
+    return m_conversations[place.nConversation].messages[place.nMessage].strDate;
   }
 
   /// Sorts the places by date. Sorting places instead of messages moves each message only once, and comparing
@@ -143,7 +175,7 @@ class FoundMessages {
     const auto isNotOlder = [](const Place& a, const Place& b) { return a.nDate >= b.nDate; };
     if (!m_bDateNumbers)
       std::sort(m_places.begin(), m_places.end(),
-                [this](const Place& a, const Place& b) { return VectorCmp(At(a), At(b)); });
+                [this](const Place& a, const Place& b) { return IsNewer(DateAt(a), DateAt(b)); });
     else if (std::adjacent_find(m_places.begin(), m_places.end(), isNotOlder) == m_places.end())
       std::reverse(m_places.begin(), m_places.end());  // in ascending order
     else
@@ -152,18 +184,18 @@ class FoundMessages {
 
   std::vector<Place> m_places;  // of all messages, in store order
   std::vector<Conversation> m_conversations;
-  std::unordered_map<uint32_t, uint32_t> m_numbers;  // index of each conversation, by handle
-  bool m_bDateNumbers = true;                        // all dates could be converted to numbers
+  NumberIndex m_numbers;       // index of each conversation, by handle
+  bool m_bDateNumbers = true;  // all dates could be converted to numbers
 };
 
 void ReadMessages(const std::string& strPath, FoundMessages& found, uint64_t& nMaxId) {
   const bool bBodies = StoreTable(strPath, "message").Has("attributedBody");
   StoreQuery query(strPath, (std::string(kColumns) + (bBodies ? kBodyColumn : "") + kTables).c_str());
   while (query.Next()) {
-    __MESSAGE_INFO__ message = ReadMessage(query, bBodies);
     // Skipped messages count too; a negative id counts as a very large one.
-    nMaxId = std::max(nMaxId, static_cast<uint64_t>(static_cast<int64_t>(message.nRowId)));
-    if (!message.strText.empty()) found.Add(std::move(message));
+    nMaxId = std::max(nMaxId, static_cast<uint64_t>(static_cast<int64_t>(query.Integer(kRowId))));
+    std::string strText = ReadText(query, bBodies);
+    if (!strText.empty()) found.Add(query, std::move(strText));
   }
 }
 
@@ -177,7 +209,7 @@ void MatchNames(const std::string& strContactsPath, const char* pszStatement, Fo
 }  // namespace
 
 bool VectorCmp(const __MESSAGE_INFO__& first, const __MESSAGE_INFO__& second) {
-  return strcasecmp(first.strDate.c_str(), second.strDate.c_str()) > 0;
+  return IsNewer(first.strDate, second.strDate);
 }
 
 int CIPhoneMessage::InitCallback(ProgressCallback pfnCallback, void* pContext, int nBase, int nSpan) {

@@ -1,6 +1,12 @@
 #include "common/format.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <cmath>
+#include <iomanip>
+#include <limits>
+#include <random>
 
 namespace {
 
@@ -107,4 +113,57 @@ TEST(WidePrint, LongerTextGivesNone) {
 
   EXPECT_EQ(-1, nCount);
   EXPECT_EQ(L"", wstrText);
+}
+
+namespace {
+
+struct DateCase {
+  double dSeconds;
+  const char* pszDate;
+};
+
+void PrintTo(const DateCase& one, std::ostream* pStream) {
+  *pStream << one.dSeconds;
+}
+
+class UtcDate : public testing::TestWithParam<DateCase> {};
+
+}  // namespace
+
+TEST_P(UtcDate, IsFormatted) {
+  EXPECT_EQ(GetParam().pszDate, orvandel::UtcDateText(GetParam().dSeconds));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, UtcDate,
+    testing::Values(DateCase{0, "1970-01-01 00:00:00"}, DateCase{978307200, "2001-01-01 00:00:00"},
+                    DateCase{951782400, "2000-02-29 00:00:00"}, DateCase{1388534399, "2013-12-31 23:59:59"},
+                    DateCase{-1, "1969-12-31 23:59:59"}, DateCase{0.9994, "1970-01-01 00:00:00"},
+                    DateCase{0.9996, "1970-01-01 00:00:01"}, DateCase{-0.25, "1969-12-31 23:59:59"},
+                    DateCase{-62167219200.0, "0000-01-01 00:00:00"}, DateCase{-62167219201.0, ""},
+                    DateCase{253402300799.0, "9999-12-31 23:59:59"}, DateCase{253402300800.0, ""},
+                    DateCase{1e300, ""}, DateCase{-1e300, ""},
+                    DateCase{-std::numeric_limits<double>::infinity(), ""},
+                    DateCase{std::numeric_limits<double>::quiet_NaN(), ""}));
+
+TEST(UtcDateAndSqlite, AreEqual) {
+  sqlite3* pStore = nullptr;
+  sqlite3_stmt* pStatement = nullptr;
+  ASSERT_EQ(SQLITE_OK, sqlite3_open(":memory:", &pStore));
+  ASSERT_EQ(SQLITE_OK,
+            sqlite3_prepare_v2(pStore, "select datetime(?, 'unixepoch')", -1, &pStatement, nullptr));
+  std::mt19937_64 random(1);
+  std::uniform_real_distribution<double> seconds(-62167219200.0, 253402300799.0);
+
+  for (int i = 0; i < 20000; ++i) {
+    const double dSeconds = i % 2 == 0 ? std::floor(seconds(random)) : seconds(random);
+    sqlite3_reset(pStatement);
+    sqlite3_bind_double(pStatement, 1, dSeconds);
+    ASSERT_EQ(SQLITE_ROW, sqlite3_step(pStatement));
+    ASSERT_EQ(std::string(reinterpret_cast<const char*>(sqlite3_column_text(pStatement, 0))),
+              orvandel::UtcDateText(dSeconds))
+        << std::setprecision(17) << dSeconds;
+  }
+  sqlite3_finalize(pStatement);
+  sqlite3_close(pStore);
 }
