@@ -4,13 +4,17 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
-#include <unordered_map>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "common/file.h"
+#include "common/format.h"
 #include "common/store.h"
 #include "common/text.h"
+#include "extract/number_index.h"
 #include "extract/sorting.h"
+#include "extract/text_arena.h"
 #include "extract/whatsapp_people.h"
 #include "extract/whatsapp_text.h"
 
@@ -20,6 +24,7 @@ namespace {
 
 using Number = WhatsAppPeople::Number;
 
+constexpr double kAppleEpoch = 978307200;  // seconds from 1970-01-01 to 2001-01-01
 constexpr char kStatusUpdates[] = "status@broadcast";
 
 // The places of the store, the most recent first: today's, that of early versions, and that of the app for
@@ -29,6 +34,9 @@ constexpr const char* kStoreNames[] = {
     "AppDomain-net.whatsapp.WhatsApp-Documents/ChatStorage.sqlite",
     "AppDomainGroup-group.net.whatsapp.WhatsAppSMB.shared-ChatStorage.sqlite",
 };
+
+constexpr size_t kAhead = 16;      // messages
+constexpr size_t kCacheLine = 64;  // bytes
 
 /// Expression for a column that only some versions have.
 std::string OptionalColumn(const StoreTable& table, const char* pszName) {
@@ -44,18 +52,19 @@ struct Session {
   Number nPartner = WhatsAppPeople::kNobody;  // of a chat with one person
 };
 
-/// The messages of one chat, in store order.
+/// A row of ZWAMESSAGE.
+struct MessageRow {
+  double dDate;  // seconds from 2001-01-01
+  int64_t nRow;
+  std::string_view text;  // in the arena
+  Number nWriter;         // kNobody for the owner
+  int32_t nFromMe;
+};
+
 struct Chat {
-  struct Key {
-    double dDate;  // seconds from 2001-01-01
-    int64_t nRow;
-    uint32_t nMessage;
-  };
   int64_t nSession = 0;
   Session session;
-  std::vector<__WHATSAPP_MESSAGE__> messages;
-  std::vector<Key> keys;
-  std::vector<Number> writers;  // of each message
+  std::vector<MessageRow> rows;
 };
 
 /// Reads one store into chats.
@@ -69,22 +78,21 @@ class StoreReading {
     ReadMessages();
   }
 
-  void MoveTo(WhatsAppMap& map) {
+  void AddTo(WhatsAppMap& map) {
     for (Chat& chat : m_chats) {
-      if (chat.messages.empty()) continue;
-      NameMessages(chat);
-      SortMessages(chat);
-      DescribeChat(chat);
+      if (chat.rows.empty()) continue;
+      SortRows(chat.rows);
       const unsigned int nKey = KeyFor(map, chat.nSession);
-      for (__WHATSAPP_MESSAGE__& message : chat.messages) message.nChatId = nKey;
-      map[nKey] = std::move(chat.messages);
-      chat = Chat();
+      std::vector<__WHATSAPP_MESSAGE__>& messages = map[nKey];
+      messages = Messages(chat, nKey);
+      DescribeChat(chat, messages.front());
+      std::vector<MessageRow>().swap(chat.rows);
     }
   }
 
  private:
   enum SessionColumn { kSession, kAddress, kPartnerName, kGroupInfo };
-  enum Column { kRow, kChat, kFromMe, kSeconds, kText, kType, kEvent, kMember, kSender, kPushName, kDate };
+  enum Column { kRow, kChat, kFromMe, kSeconds, kText, kType, kEvent, kMember, kSender, kPushName };
 
   void ReadSessions() {
     const StoreTable table(m_strPath, "ZWACHATSESSION");
@@ -105,13 +113,12 @@ class StoreReading {
   }
 
   Chat& AddChat(int64_t nSession, Session session) {
-    const auto [it, bNew] = m_numbers.emplace(nSession, m_chats.size());
-    if (bNew) {
+    if (m_numbers.Add(nSession, static_cast<uint32_t>(m_chats.size()))) {
       m_chats.emplace_back();
       m_chats.back().nSession = nSession;
       m_chats.back().session = std::move(session);
     }
-    return m_chats[it->second];
+    return m_chats[m_numbers.Find(nSession)];
   }
 
   std::string MessageStatement() const {
@@ -120,17 +127,15 @@ class StoreReading {
     for (const char* pszColumn : {"ZCHATSESSION", "ZISFROMME", "ZMESSAGEDATE", "ZTEXT", "ZMESSAGETYPE",
                                   "ZGROUPEVENTTYPE", "ZGROUPMEMBER", "ZFROMJID", "ZPUSHNAME"})
       strStatement += ", " + OptionalColumn(table, pszColumn);
-    // 978307200: seconds from 1970-01-01 to 2001-01-01.
-    return strStatement + ", datetime(" + OptionalColumn(table, "ZMESSAGEDATE") +
-           " + 978307200, 'unixepoch') FROM ZWAMESSAGE";
+    return strStatement + " FROM ZWAMESSAGE";
   }
 
   void ReadMessages() {
     StoreQuery query(m_strPath, MessageStatement().c_str());
     while (query.Next()) {
       const int64_t nSession = query.Integer64(kChat);
-      const auto it = m_numbers.find(nSession);
-      Chat& chat = it == m_numbers.end() ? AddChat(nSession, UnknownSession(query)) : m_chats[it->second];
+      const uint32_t nChat = m_numbers.Find(nSession);
+      Chat& chat = nChat == NumberIndex::kNone ? AddChat(nSession, UnknownSession(query)) : m_chats[nChat];
       if (!chat.session.bLeftOut) AddMessage(query, chat);
     }
   }
@@ -146,19 +151,23 @@ class StoreReading {
   }
 
   void AddMessage(const StoreQuery& query, Chat& chat) {
-    const int64_t nRow = query.Integer64(kRow);
+    MessageRow row;
+    row.nRow = query.Integer64(kRow);
+    row.dDate = query.IsNull(kSeconds) ? -std::numeric_limits<double>::infinity() : query.Real(kSeconds);
+    row.nFromMe = query.Integer(kFromMe);
+    row.nWriter = row.nFromMe != 0 ? WhatsAppPeople::kNobody : WriterOf(query, chat.session);
+    row.text = m_texts.Add(TextOf(query, row.nRow));
+    chat.rows.push_back(row);
+  }
+
+  std::string TextOf(const StoreQuery& query, int64_t nRow) const {
     const auto number = [&](int nColumn) {
       return query.IsNull(nColumn) ? std::nullopt : std::optional<int>(query.Integer(nColumn));
     };
-    __WHATSAPP_MESSAGE__ message;
-    message.nIsFromMe = query.Integer(kFromMe);
-    message.strDate = query.Narrow(kDate);
-    message.strContent = WhatsAppText(query.Narrow(kText), number(kType), number(kEvent), m_media.Of(nRow));
-    const double dDate =
-        query.IsNull(kSeconds) ? -std::numeric_limits<double>::infinity() : query.Real(kSeconds);
-    chat.keys.push_back({dDate, nRow, static_cast<uint32_t>(chat.messages.size())});
-    chat.writers.push_back(message.nIsFromMe != 0 ? WhatsAppPeople::kNobody : WriterOf(query, chat.session));
-    chat.messages.push_back(std::move(message));
+    std::string strText = query.Narrow(kText);
+    const std::optional<int> type = number(kType);
+    if (!strText.empty() && type != kWhatsAppGroupEvent) return strText;
+    return WhatsAppText(strText, type, number(kEvent), m_media.Of(nRow));
   }
 
   Number WriterOf(const StoreQuery& query, const Session& session) {
@@ -174,29 +183,43 @@ class StoreReading {
     return session.bGroup ? session.strSubject : m_people.NameOf(session.nPartner);
   }
 
-  void NameMessages(Chat& chat) const {
-    const std::string strTitle = TitleOf(chat.session);
-    for (size_t i = 0; i < chat.messages.size(); ++i) {
-      __WHATSAPP_MESSAGE__& message = chat.messages[i];
-      const bool bFromMe = message.nIsFromMe != 0;
-      const Number nParty = bFromMe ? chat.session.nPartner : chat.writers[i];
-      message.strName = bFromMe ? strTitle : m_people.NameOf(nParty);
-      message.strPhone = m_people.PhoneOf(nParty);
-    }
-  }
-
-  static void SortMessages(Chat& chat) {
-    std::sort(chat.keys.begin(), chat.keys.end(), [](const Chat::Key& a, const Chat::Key& b) {
+  static void SortRows(std::vector<MessageRow>& rows) {
+    std::reverse(rows.begin(), rows.end());  // in most stores that sorts them
+    SortRecords(rows, [](const MessageRow& a, const MessageRow& b) {
       return a.dDate != b.dDate ? a.dDate > b.dDate : a.nRow > b.nRow;
     });
-    std::vector<uint32_t> order;
-    order.reserve(chat.keys.size());
-    for (const Chat::Key& key : chat.keys) order.push_back(key.nMessage);
-    Reorder(chat.messages, order);
   }
 
-  void DescribeChat(Chat& chat) const {
-    __WHATSAPP_MESSAGE__& first = chat.messages.front();
+  /// Asks for the beginning of a text to be loaded into the cache.
+  static void Prefetch(std::string_view text) {
+#if defined(__GNUC__)
+    __builtin_prefetch(text.data());
+    __builtin_prefetch(text.data() + std::min<size_t>(text.size(), kCacheLine));
+#endif
+  }
+
+  std::vector<__WHATSAPP_MESSAGE__> Messages(const Chat& chat, unsigned int nKey) const {
+    const std::string strTitle = TitleOf(chat.session);
+    std::vector<__WHATSAPP_MESSAGE__> messages;
+    messages.reserve(chat.rows.size());
+    for (size_t i = 0; i < chat.rows.size(); ++i) {
+      const MessageRow& row = chat.rows[i];
+      // The texts of a chat are scattered over the arena: without this, each would be waited for.
+      if (i + kAhead < chat.rows.size()) Prefetch(chat.rows[i + kAhead].text);
+      const bool bFromMe = row.nFromMe != 0;
+      const Number nParty = bFromMe ? chat.session.nPartner : row.nWriter;
+      __WHATSAPP_MESSAGE__& message = messages.emplace_back();
+      message.nIsFromMe = row.nFromMe;
+      message.nChatId = nKey;
+      message.strDate = UtcDateText(row.dDate + kAppleEpoch);
+      message.strName = bFromMe ? strTitle : m_people.NameOf(nParty);
+      message.strPhone = m_people.PhoneOf(nParty);
+      message.strContent = row.text;
+    }
+    return messages;
+  }
+
+  void DescribeChat(const Chat& chat, __WHATSAPP_MESSAGE__& first) const {
     first.strChatTitle = TitleOf(chat.session);
     first.strChatPhone = m_people.PhoneOf(chat.session.nPartner);
     first.strChatName = first.strChatTitle;
@@ -227,8 +250,9 @@ class StoreReading {
   std::string m_strPath;
   WhatsAppPeople m_people;
   WhatsAppMediaItems m_media;
+  TextArena m_texts;
   std::vector<Chat> m_chats;
-  std::unordered_map<int64_t, size_t> m_numbers;  // index of each chat, by Z_PK of its session
+  NumberIndex m_numbers;  // index of each chat, by Z_PK of its session
   unsigned int m_nHighestKey = std::numeric_limits<unsigned int>::max();  // that may be free
 };
 
@@ -242,7 +266,7 @@ void WhatsAppChatReader::Read(const std::string& strPath, WhatsAppMap& chats) {
   }
   StoreReading reading(strPath);
   reading.Read();
-  reading.MoveTo(chats);
+  reading.AddTo(chats);
 }
 
 std::string FindWhatsAppStore(const Catalogue& catalogue, const BackupLayout& layout) {

@@ -77,7 +77,7 @@ void WhatsAppPeople::ReadMembers(const std::string& strPath) {
     std::string strName = query.Narrow(3);
     if (strName.empty()) strName = query.Narrow(4);
     const Number nPerson = Add(query.Narrow(1), strName);
-    if (!m_byMember.emplace(query.Integer64(0), nPerson).second) continue;
+    if (!m_byMember.Add(query.Integer64(0), nPerson)) continue;
     if (!query.IsNull(2)) m_byGroup[query.Integer64(2)].push_back(nPerson);
   }
 }
@@ -101,8 +101,8 @@ WhatsAppPeople::Number WhatsAppPeople::OfAddress(const std::string& strAddress) 
 }
 
 WhatsAppPeople::Number WhatsAppPeople::OfMember(int64_t nMember) const {
-  const auto it = m_byMember.find(nMember);
-  return it == m_byMember.end() ? kNobody : it->second;
+  const Number nPerson = m_byMember.Find(nMember);
+  return nPerson == NumberIndex::kNone ? kNobody : nPerson;
 }
 
 const std::vector<WhatsAppPeople::Number>& WhatsAppPeople::Members(int64_t nSession) const {

@@ -4,6 +4,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "extract/number_index.h"
+
 namespace orvandel {
 
 /// The people of WhatsApp's store: partners of chats, and members of groups. A person is found by the number
@@ -54,7 +56,7 @@ class WhatsAppPeople {
   std::vector<Person> m_people = std::vector<Person>(1);
   std::unordered_map<std::string, std::string> m_pushNames;    // by address
   std::unordered_map<std::string, Number> m_byAddress;         // those added by OfAddress
-  std::unordered_map<int64_t, Number> m_byMember;              // by Z_PK
+  NumberIndex m_byMember;                                      // by Z_PK
   std::unordered_map<int64_t, std::vector<Number>> m_byGroup;  // by Z_PK of the session
 };
 
