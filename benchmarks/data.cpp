@@ -11,6 +11,8 @@
 #include "sample/backup_builder.h"
 #include "sample/pictures.h"
 #include "sample/stores.h"
+#include "tests/extract/attributed_bytes.h"
+#include "tests/extract/whatsapp_store.h"
 
 namespace orvandel {
 
@@ -92,6 +94,61 @@ std::string MessageStorePath() {
     }
   });
   return (folder + "/sms.db").toStdString();
+}
+
+std::string BodyStorePath() {
+  const QString folder = Prepared("bodies", [](const QString& f) {
+    QFile::copy(QString::fromStdString(MessageStorePath()), f + "/original.db");
+    MessageStore store(f + "/sms.db");
+    store.run("COMMIT");  // no database can be attached within a transaction
+    store.run("ATTACH ? AS original", {f + "/original.db"});
+    store.run("BEGIN");
+    for (const char* table : {"handle", "chat", "chat_message_join", "message"})
+      store.run(QString("INSERT INTO main.%1 SELECT * FROM original.%1").arg(table));
+    store.run("UPDATE message SET text = NULL");
+    for (int i = 0; i < kMessageCount; ++i) {
+      // An archive is some 220 bytes longer than its text.
+      const std::string text =
+          std::to_string(i) + std::string(static_cast<size_t>(80 + i * 7919LL % 700), 'x');
+      const std::string body = attributed_bytes::Immutable(text);
+      store.run("UPDATE message SET attributedBody = ? WHERE ROWID = ?",
+                {QByteArray(body.data(), static_cast<int>(body.size())), i + 1});
+    }
+    store.close();
+    QFile::remove(f + "/original.db");
+  });
+  return (folder + "/sms.db").toStdString();
+}
+
+std::string WhatsAppStorePath() {
+  static constexpr int kGroups = 500, kMembers = 20;
+  const QString folder = Prepared("whatsapp", [](const QString& f) {
+    WhatsAppTestStore store(f + "/ChatStorage.sqlite");
+    const auto address = [](int i) { return QString("49301%1@s.whatsapp.net").arg(100000 + i); };
+    for (int i = 0; i < kSenders; ++i) {
+      if (i >= kGroups) {
+        store.AddPerson(address(i), QString("Partner %1").arg(i));
+        continue;
+      }
+      const qint64 group = store.AddGroup(QString("%1-1400000000@g.us").arg(i), QString("Group %1").arg(i));
+      for (int k = 0; k < kMembers; ++k) store.AddMember(group, address(i * kMembers + k), {}, "Member");
+    }
+    for (int i = 0; i < kMessageCount; ++i) {
+      const int session = static_cast<int>(i * 7919LL % kSenders) + 1;
+      const bool photo = i % 10 == 0, fromMe = i % 3 == 0;
+      const QString text =
+          photo ? QString() : QString("Message %1: see you at the usual place, half past six?").arg(i);
+      const QVariant member =
+          session <= kGroups && !fromMe ? QVariant((session - 1) * kMembers + i % kMembers + 1) : QVariant();
+      const qint64 row = store.insert(
+          "INSERT INTO ZWAMESSAGE (ZCHATSESSION, ZISFROMME, ZMESSAGEDATE, ZTEXT, ZMESSAGETYPE, ZGROUPMEMBER, "
+          "ZFROMJID) VALUES (?, ?, ?, ?, ?, ?, ?)",
+          {session, fromMe ? 1 : 0, 430000000.25 + i * 61.0, text, photo ? 1 : 0, member, address(session)});
+      if (photo) store.AddMedia(row, QString("Media/%1/a/b/%2.jpg").arg(address(session)).arg(i));
+    }
+    store.close();
+  });
+  return (folder + "/ChatStorage.sqlite").toStdString();
 }
 
 std::string ContactsStorePath() {
