@@ -11,6 +11,7 @@
 #include "sample/encryption.h"
 #include "sample/written_file.h"
 #include "tests/backup/manifest_bytes.h"
+#include "tests/extract/attributed_bytes.h"
 #include "tests/extract/file_heads.h"
 
 using namespace orvandel;
@@ -164,6 +165,16 @@ void WriteBackupManifests() {
             "m" + ManifestBytes(Layout::Mbdb, Encryption::Age::BeforeIos10, "Manifest.mbdb"));
 }
 
+void WriteBodies() {
+  using namespace attributed_bytes;
+  WriteSeed("fuzz_typed_stream", "immutable", Immutable("Hello world"));
+  WriteSeed("fuzz_typed_stream", "mutable", Mutable("Grüße \xEF\xBF\xBC"));
+  WriteSeed("fuzz_typed_stream", "empty", Immutable(""));
+  WriteSeed("fuzz_typed_stream", "two_bytes", Immutable(std::string(300, 'x')));
+  WriteSeed("fuzz_typed_stream", "four_bytes", kHead + kImmutable + kString + "\x82\x03\0\0\0abc"s + kRest);
+  WriteSeed("fuzz_typed_stream", "cut", Mutable("Hello world").substr(0, 90));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -180,6 +191,7 @@ int main(int argc, char** argv) {
     WriteKeybags();
     WriteRecords();
     WriteBackupManifests();
+    WriteBodies();
   } catch (const std::exception& error) {
     fprintf(stderr, "fuzz_seeds: %s\n", error.what());
     return 4;
