@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <ctime>
 
-#include "cli/json_stream.h"
+#include "cli/json_text.h"
 #include "cli/output.h"
 #include "common/text.h"
 
@@ -16,13 +16,6 @@ constexpr int64_t kEndOfYears = 253402300800;  // 10000-01-01, in seconds since 
 /// True for printable ASCII, the same in every encoding in use.
 bool IsPlain(const std::string& strText) {
   return std::all_of(strText.begin(), strText.end(), [](char nByte) { return nByte >= ' ' && nByte < 0x7F; });
-}
-
-/// True for a text that is a JSON string as it is.
-bool IsPlainJson(const std::string& strText) {
-  return std::all_of(strText.begin(), strText.end(), [](char nByte) {
-    return nByte >= ' ' && nByte < 0x7F && nByte != '"' && nByte != '\\';
-  });
 }
 
 struct KindName {
@@ -75,14 +68,6 @@ void AppendDigits(int nNumber, size_t nDigits, std::string& strOut) {
 
 void AppendPrintable(const std::string& strName, std::string& strOut) {
   strOut += IsPlain(strName) ? strName : Printable(FromNarrow(strName)).toStdString();
-}
-
-void AppendJsonText(const std::string& strText, std::string& strOut) {
-  if (!IsPlainJson(strText)) {
-    strOut += ToJson(FromNarrow(strText)).toStdString();
-    return;
-  }
-  strOut.append(1, '"').append(strText).append(1, '"');
 }
 
 std::string IsoTime(int64_t nSeconds) {

@@ -12,9 +12,6 @@ namespace orvandel {
 /// Appends a name in UTF-8 with control characters replaced (see Printable). @param strName narrow.
 void AppendPrintable(const std::string& strName, std::string& strOut);
 
-/// Appends a text as a JSON string with quotes. @param strText narrow.
-void AppendJsonText(const std::string& strText, std::string& strOut);
-
 /// A time as "2016-05-01T09:12:33Z". @param nSeconds since 1970. @return empty if unknown or after the year
 /// 9999.
 std::string IsoTime(int64_t nSeconds);

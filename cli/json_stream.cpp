@@ -80,4 +80,9 @@ void JsonStream::Element(const QJsonValue& value) {
   Print(ToJson(value));
 }
 
+void JsonStream::FormattedElement(const std::string& strJson) {
+  Separate();
+  Print(QByteArray::fromRawData(strJson.data(), static_cast<int>(strJson.size())));
+}
+
 }  // namespace orvandel

@@ -1,6 +1,7 @@
 #pragma once
 #include <QJsonValue>
 #include <QString>
+#include <string>
 
 namespace orvandel {
 
@@ -22,6 +23,8 @@ class JsonStream {
   /// Prints a complete value, with a key or as an element of the array.
   void Member(const QString& qstrKey, const QJsonValue& value);
   void Element(const QJsonValue& value);
+  /// Prints an element of the array that is formatted already.
+  void FormattedElement(const std::string& strJson);
 
  private:
   void Separate();

@@ -4,6 +4,7 @@
 
 #include "backup/categories.h"
 #include "cli/json_stream.h"
+#include "cli/json_text.h"
 #include "common/text.h"
 
 namespace orvandel {
@@ -56,10 +57,6 @@ QJsonObject ChatMessageObject(const __WHATSAPP_MESSAGE__& message) {
           {"text", FromNarrow(message.strContent)}};
 }
 
-QJsonObject EntryObject(const __MBDB_FILE__& entry) {
-  return {{"name", FromNarrow(entry.strFileName)}, {"id", FromNarrow(entry.strFileId)}};
-}
-
 template <typename Record, typename ToObject>
 void PrintArray(JsonStream& json, const QString& qstrKey, const std::vector<Record>& records,
                 ToObject toObject) {
@@ -73,6 +70,20 @@ void PrintApps(JsonStream& json, const QString& qstrKey, const AppFileMap& apps)
   for (const auto& [strApp, files] : apps)
     PrintArray(json, FromNarrow(strApp), files, FileObject<_IPHONE_APP_FILE_INFO_>);
   json.EndObject();
+}
+
+void PrintManifest(JsonStream& json, const Catalogue& manifest) {
+  std::string strEntry;
+  json.BeginArray("manifest");
+  for (const __MBDB_FILE__& entry : manifest) {
+    strEntry = "{\"id\":";
+    AppendJsonText(entry.strFileId, strEntry);
+    strEntry += ",\"name\":";
+    AppendJsonText(entry.strFileName, strEntry);
+    strEntry += '}';
+    json.FormattedElement(strEntry);
+  }
+  json.EndArray();
 }
 
 void PrintMessages(JsonStream& json, const MessageMap& conversations) {
@@ -140,7 +151,7 @@ void PrintScanJson(OpenBackup& backup, bool bManifest) {
       return QJsonObject{{"name", file.qstrPath}, {"reason", file.Reason()}};
     });
   }
-  if (bManifest) PrintArray(json, "manifest", backup.session.GetManifest(), EntryObject);
+  if (bManifest) PrintManifest(json, backup.session.GetManifest());
 }
 
 }  // namespace orvandel

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "common/utf8.h"
+
 using namespace orvandel;
 
 namespace {
@@ -47,20 +49,9 @@ bool IsValidUtf8(std::string_view bytes) {
       }
       continue;
     }
-    const size_t nMore = n >= 0xC2 && n <= 0xDF   ? 1
-                         : n >= 0xE0 && n <= 0xEF ? 2
-                         : n >= 0xF0 && n <= 0xF4 ? 3
-                                                  : 0;
-    if (nMore == 0 || nMore > nSize - i - 1) return false;
-    const unsigned char nSecond = p[i + 1];
-    const unsigned char nLowest = n == 0xE0 ? 0xA0 : n == 0xF0 ? 0x90 : 0x80;
-    const unsigned char nHighest = n == 0xED ? 0x9F : n == 0xF4 ? 0x8F : 0xBF;
-    if (nSecond < nLowest || nSecond > nHighest) return false;
-    for (size_t k = 2; k <= nMore; ++k) {
-      if ((p[i + k] & 0xC0) != 0x80) return false;
-    }
-    if (n == 0xEF && nSecond == 0xBF && p[i + 2] >= 0xBE) return false;
-    i += nMore + 1;
+    const size_t nLength = Utf8Length(p + i, nSize - i);
+    if (nLength == 0 || (n == 0xEF && p[i + 1] == 0xBF && p[i + 2] >= 0xBE)) return false;
+    i += nLength;
   }
   return true;
 }
