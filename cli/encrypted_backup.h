@@ -43,6 +43,8 @@ class EncryptedBackup {
   /// The folder in which the session finds manifest, stores and, through a source, all other files.
   const QString& Folder() const { return m_qstrFolder; }
   const std::vector<Failure>& Failures() const { return m_failures; }
+  /// Its reader, with the manifest open; null before Open.
+  const BackupReader* Reader() const { return m_pReader.get(); }
 
  private:
   void DecryptStores(const WantedCategory& isWanted);

@@ -11,8 +11,6 @@ namespace orvandel {
 
 namespace {
 
-constexpr int64_t kEndOfYears = 253402300800;  // 10000-01-01, in seconds since 1970
-
 /// True for printable ASCII, the same in every encoding in use.
 bool IsPlain(const std::string& strText) {
   return std::all_of(strText.begin(), strText.end(), [](char nByte) { return nByte >= ' ' && nByte < 0x7F; });

@@ -17,7 +17,6 @@ namespace {
 using Outcome = ExtractionReport::Outcome;
 
 constexpr size_t kPieceSize = size_t{256} * 1024;
-constexpr int64_t kEndOfYears = 253402300800;  // 10000-01-01, in seconds since 1970
 
 /// A signal requested a stop in the middle of a file.
 struct Stopped {};
@@ -35,11 +34,6 @@ void WriteAll(int nDescriptor, const unsigned char* pData, size_t nCount) {
     pData += nWritten;
     nCount -= static_cast<size_t>(nWritten);
   }
-}
-
-/// The modification time to restore; -1 for none.
-int64_t TimeOf(const ManifestEntry& entry) {
-  return entry.nModified < kEndOfYears ? std::max<int64_t>(entry.nModified, -1) : -1;
 }
 
 bool IsComplete(const struct stat& info, uint64_t nSize, int64_t nModified) {
@@ -110,7 +104,7 @@ bool EntryWriter::IsKept(const EntryJob& job, const std::string& strName, Existi
   const bool bLink = job.entry.kind == ManifestEntry::Kind::Link;
   const bool bResumed = m_options.bResume && S_ISREG(existing.info.st_mode);
   const uint64_t nSize = bLink ? job.entry.strTarget.size() + 1 : job.entry.nSize;
-  if (bResumed && IsComplete(existing.info, nSize, TimeOf(job.entry))) return true;
+  if (bResumed && IsComplete(existing.info, nSize, TimeOfCopy(job.entry))) return true;
   existing.bRewrite = m_options.bReplace;
   existing.bFragment = bResumed && !bLink && !m_options.bReplace;
   return !existing.bRewrite && !existing.bFragment;
@@ -165,7 +159,7 @@ Outcome EntryWriter::WriteFile(const EntryJob& job, uint64_t& nSize, std::string
     content.emplace(OpenContent(job.entry));
     // The size of an unencrypted file is that of the file, whatever its record says.
     if (m_options.bResume && existing.bThere && S_ISREG(existing.info.st_mode) &&
-        IsComplete(existing.info, content->Size(), TimeOf(job.entry)))
+        IsComplete(existing.info, content->Size(), TimeOfCopy(job.entry)))
       return Outcome::Kept;
     content->CheckPadding();
     if (existing.bFragment) {
@@ -183,7 +177,7 @@ Outcome EntryWriter::WriteFile(const EntryJob& job, uint64_t& nSize, std::string
   } else {
     CopyContent(*content, *file);
   }
-  const Problem problem = file->Place(strName, TimeOf(job.entry), existing.bRewrite);
+  const Problem problem = file->Place(strName, TimeOfCopy(job.entry), existing.bRewrite);
   if (!problem) return Outcome::Extracted;
   if (problem.nCode == EEXIST && !existing.bRewrite) return Outcome::Kept;
   throw WriteError((problem.step == Problem::Step::Write ? "can't be written: " : "can't be created: ") +

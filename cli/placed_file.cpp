@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "cli/temporary_name.h"
+#include "common/file.h"
 
 namespace orvandel {
 
@@ -74,12 +75,9 @@ int PlacedFile::LinkTemporary(const std::string& strName) {
 }
 
 Problem PlacedFile::Place(const std::string& strName, int64_t nModified, bool bReplace) {
-  // Ignored: some file systems support neither modes nor all times.
+  // Ignored: some file systems don't support modes.
   fchmod(m_file.Get(), kFileRights);
-  if (nModified >= 0) {
-    const timespec times[] = {{0, UTIME_OMIT}, {static_cast<time_t>(nModified), 0}};
-    futimens(m_file.Get(), times);
-  }
+  SetModificationTime(m_file.Get(), nModified);
   if (!IsWritten(m_file.Get())) return SystemProblem(Problem::Step::Write, strName, errno);
   int nError = 0;
   if (!bReplace) {

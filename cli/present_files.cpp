@@ -5,30 +5,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 namespace orvandel {
 
 namespace {
-
-constexpr size_t kDigits = 40;
-
-int ValueOf(char nDigit) {
-  if (nDigit >= '0' && nDigit <= '9') return nDigit - '0';
-  return nDigit >= 'a' && nDigit <= 'f' ? nDigit - 'a' + 10 : -1;
-}
-
-/// Parses an identifier. @return false for any other text.
-bool Parse(const char* pText, size_t nSize, std::array<unsigned char, kDigits / 2>& id) {
-  if (nSize != kDigits) return false;
-  for (size_t i = 0; i < id.size(); ++i) {
-    const int nHigh = ValueOf(pText[2 * i]), nLow = ValueOf(pText[2 * i + 1]);
-    if (nHigh < 0 || nLow < 0) return false;
-    id[i] = static_cast<unsigned char>(nHigh << 4 | nLow);
-  }
-  return true;
-}
 
 struct CloseFolder {
   void operator()(DIR* pFolder) const { closedir(pFolder); }
@@ -37,8 +18,8 @@ struct CloseFolder {
 }  // namespace
 
 bool PresentFiles::Contains(const std::string& strId) {
-  Id id;
-  if (!Parse(strId.data(), strId.size(), id)) return false;
+  IdentifierBytes id;
+  if (!ParseIdentifier(strId, id)) return false;
   if (!m_isRead[id[0]]) Read(id[0]);
   return std::binary_search(m_present[id[0]].begin(), m_present[id[0]].end(), id);
 }
@@ -62,11 +43,11 @@ void PresentFiles::Read(unsigned char nShard) {
     return;
   }
   while (const dirent* pEntry = readdir(folder.get())) {
-    Id id;
-    if (!Parse(pEntry->d_name, strlen(pEntry->d_name), id)) continue;
+    IdentifierBytes id;
+    if (!ParseIdentifier(pEntry->d_name, id)) continue;
     if (!m_bSharded || id[0] == nShard) m_present[id[0]].push_back(id);
   }
-  for (std::vector<Id>& ids : m_present) {
+  for (std::vector<IdentifierBytes>& ids : m_present) {
     if (m_bSharded && &ids != &m_present[nShard]) continue;
     std::sort(ids.begin(), ids.end());
     ids.shrink_to_fit();

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "decrypt/manifest_entry.h"
+
 namespace orvandel {
 
 /// Tells which identifiers have a file in a backup. Reads each of its folders once, when it is first needed,
@@ -18,13 +20,12 @@ class PresentFiles {
   bool Contains(const std::string& strId);
 
  private:
-  using Id = std::array<unsigned char, 20>;
   void Read(unsigned char nShard);
 
   std::string m_strBackup;
   bool m_bSharded;
-  std::bitset<256> m_isRead;                   // by the first byte of identifiers
-  std::array<std::vector<Id>, 256> m_present;  // each sorted
+  std::bitset<256> m_isRead;                                // by the first byte of identifiers
+  std::array<std::vector<IdentifierBytes>, 256> m_present;  // each sorted
 };
 
 }  // namespace orvandel

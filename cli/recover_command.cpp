@@ -20,6 +20,7 @@ namespace {
 
 constexpr char kOnly[] = "only";
 constexpr char kNoIndex[] = "no-index";
+constexpr char kNoTimes[] = "no-times";
 
 QString JoinedLabels() {
   QStringList labels;
@@ -30,6 +31,7 @@ QString JoinedLabels() {
 void AddRecoverOptions(QCommandLineParser& parser) {
   AddBackupOptions(parser);
   parser.addOption({kNoIndex, "Writes no \"index.html\", the front page of the recovery."});
+  parser.addOption({kNoTimes, "Leaves copied files with the time of copying, not that of the device."});
   parser.addOption(
       {kOnly, "Recovers only these categories, separated by commas: " + JoinedLabels() + ".", "LABELS"});
 }
@@ -54,6 +56,7 @@ int ReadRecoverOptions(const QCommandLineParser& parser, const QStringList& argu
   ReadBackupOptions(parser, arguments[0], options);
   options.qstrDestination = AbsolutePath(arguments[1]);
   options.bIndex = !parser.isSet(kNoIndex);
+  options.bTimes = !parser.isSet(kNoTimes);
   if (parser.isSet(kOnly)) return ReadOnly(parser.value(kOnly), options.only);
   for (const Category& category : Categories()) options.only.push_back(category.nNumber);
   return kExitDone;

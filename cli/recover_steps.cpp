@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cli/file_times.h"
 #include "cli/stop_signal.h"
 #include "common/text.h"
 #include "export/document_steps.h"
@@ -11,26 +12,47 @@ namespace orvandel {
 
 namespace {
 
+/// The wanted categories of files, in the order of the recovery.
+std::vector<const Category*> WantedFiles(const RecoverOptions& options) {
+  std::vector<const Category*> wanted;
+  for (const FileStep& step : FileSteps()) {
+    if (IsWanted(options, step.nNumber)) wanted.push_back(&Categories()[step.nNumber]);
+  }
+  return wanted;
+}
+
 class FileRecovery {
  public:
   FileRecovery(const RecoverOptions& options, OpenBackup& backup, RecoveryReport& report)
       : m_copier(options.qstrDestination, FromNarrow(backup.session.GetBackupFolder())),
         m_records(backup.records),
-        m_report(report) {}
+        m_report(report) {
+    if (!options.bTimes) return;
+    for (const Category* pCategory : WantedFiles(options))
+      VisitFiles(*pCategory, [this](const auto&, const FileToCopy& file) { m_times.Add(file.wstrPath); });
+    m_times.Read(backup);
+  }
 
   void CopyCategory(const Category& category) {
+    VisitFiles(category, [&](const std::string& strApp, const FileToCopy& file) {
+      Copy(category.pszFolder, strApp, file);
+    });
+  }
+
+ private:
+  /// @param visit called with the name of the app, empty for none, and the file.
+  template <typename Visit>
+  void VisitFiles(const Category& category, Visit visit) const {
     if (category.pApps) {
       for (const auto& [strApp, files] : m_records.*category.pApps) {
-        for (const _IPHONE_APP_FILE_INFO_& file : files)
-          Copy(category.pszFolder, strApp, {file.strFileName, file.wstrFilePath});
+        for (const _IPHONE_APP_FILE_INFO_& file : files) visit(strApp, {file.strFileName, file.wstrFilePath});
       }
       return;
     }
     for (size_t nRow = 0; nRow < category.pfnCount(m_records); ++nRow)
-      Copy(category.pszFolder, std::string(), category.pfnFile(m_records, nRow));
+      visit(std::string(), category.pfnFile(m_records, nRow));
   }
 
- private:
   /// @param strApp name of a sub-folder; empty for none.
   void Copy(const QString& qstrFolder, const std::string& strApp, const FileToCopy& file) {
     if (StopSignal() != 0) return;
@@ -43,16 +65,18 @@ class FileRecovery {
     const auto folderOf = [&](const std::string& strName) {
       return strApp.empty() ? qstrFolder : qstrFolder + FromNarrow(strName) + '/';
     };
-    const WrittenFile written = m_copier.Copy(folderOf(strApp), file.strName, file.wstrPath);
+    const int64_t nModified = m_times.Of(file.wstrPath);
+    const WrittenFile written = m_copier.Copy(folderOf(strApp), file.strName, file.wstrPath, nModified);
     const std::string strSafeApp = SafeFileName(strApp), strSafeName = SafeFileName(file.strName);
     const bool bSame = strSafeName == file.strName && (strApp.empty() || strSafeApp == strApp);
     if (written.Succeeded() || !written.IsNotCreated() || bSame) return written;
-    WrittenFile safe = m_copier.Copy(folderOf(strSafeApp), strSafeName, file.wstrPath);
+    WrittenFile safe = m_copier.Copy(folderOf(strSafeApp), strSafeName, file.wstrPath, nModified);
     safe.qstrOriginalName = FromNarrow(strApp.empty() ? file.strName : strApp + '/' + file.strName);
     return safe.Succeeded() ? safe : written;
   }
 
   BackupFileCopier m_copier;
+  FileTimes m_times;
   const BackupRecords& m_records;
   RecoveryReport& m_report;
 };
@@ -97,9 +121,7 @@ bool WantsDocuments(const RecoverOptions& options) {
 
 void RecoverFiles(const RecoverOptions& options, OpenBackup& backup, RecoveryReport& report) {
   FileRecovery recovery(options, backup, report);
-  for (const FileStep& step : FileSteps()) {
-    if (IsWanted(options, step.nNumber)) recovery.CopyCategory(Categories()[step.nNumber]);
-  }
+  for (const Category* pCategory : WantedFiles(options)) recovery.CopyCategory(*pCategory);
 }
 
 void RecoverDocuments(const RecoverOptions& options, const BackupRecords& records, CRecovery& recovery,

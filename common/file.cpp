@@ -212,26 +212,40 @@ Problem CopyContent(const CopyEnd& source, const CopyEnd& target) {
 
 /// Makes a new file of what write writes to its descriptor.
 template <typename Write>
-Problem WriteCopy(const std::string& strTarget, unsigned int nRights, Write write) {
+Problem WriteCopy(const std::string& strTarget, unsigned int nRights, int64_t nModified, Write write) {
   Result<NewFile> target = NewFile::Create(strTarget, 0600);
   if (!target) return target.Error();
   if (const Problem problem = write(target->Get())) return problem;
   // Ignored: some file systems don't support modes.
   fchmod(target->Get(), static_cast<mode_t>(nRights));
+  SetModificationTime(target->Get(), nModified);
   return target->Finish();
 }
 
 }  // namespace
 
-Problem CopyBackupFile(const std::string& strSource, const std::string& strTarget, unsigned int nRights) {
+void SetModificationTime(int nDescriptor, int64_t nModified) {
+  static constexpr int64_t kCoarsest = 2;  // seconds; FAT stores even ones
+  if (nModified < 0) return;
+  const timespec wanted[] = {{0, UTIME_OMIT}, {static_cast<time_t>(nModified), 0}};
+  struct stat info;
+  if (futimens(nDescriptor, wanted) != 0 || fstat(nDescriptor, &info) != 0) return;
+  // A time that the file system can't store is replaced by the nearest one that it can.
+  if (info.st_mtime <= nModified && info.st_mtime >= nModified - kCoarsest) return;
+  const timespec now[] = {{0, UTIME_OMIT}, {0, UTIME_NOW}};
+  futimens(nDescriptor, now);
+}
+
+Problem CopyBackupFile(const std::string& strSource, const std::string& strTarget, unsigned int nRights,
+                       int64_t nModified) {
   std::string strName;
   if (const auto pSource = FileSourceOf(strSource, strName)) {
-    return WriteCopy(strTarget, nRights,
+    return WriteCopy(strTarget, nRights, nModified,
                      [&](int nTarget) { return pSource->Copy(strName, nTarget, strTarget); });
   }
   const Result<OpenedFile> source = OpenBackupFile(strSource);
   if (!source) return source.Error();
-  return WriteCopy(strTarget, nRights, [&](int nTarget) {
+  return WriteCopy(strTarget, nRights, nModified, [&](int nTarget) {
     return CopyContent({source->descriptor.Get(), strSource}, {nTarget, strTarget});
   });
 }

@@ -51,9 +51,14 @@ constexpr unsigned int kRecoveredFileRights = 0777;
 /// Copies a file of a backup, or of its folder's source (common/file_source.h), to a new path and sets its
 /// mode, ignoring the umask. Removes the copy on failure. Fails when the target exists, and leaves it
 /// untouched. Doesn't sync.
-/// @param strSource, strTarget narrow. @return a problem with the source (Open, Read) or the target (Create,
-/// Write).
-Problem CopyBackupFile(const std::string& strSource, const std::string& strTarget, unsigned int nRights);
+/// @param strSource, strTarget narrow. @param nModified see SetModificationTime.
+/// @return a problem with the source (Open, Read) or the target (Create, Write).
+Problem CopyBackupFile(const std::string& strSource, const std::string& strTarget, unsigned int nRights,
+                       int64_t nModified = -1);
+
+/// Sets the modification time of an open file. It stays as it is if the file system can't store that time.
+/// @param nModified seconds since 1970; a negative one sets nothing.
+void SetModificationTime(int nDescriptor, int64_t nModified);
 
 }  // namespace orvandel
 

@@ -83,8 +83,21 @@ void AddRecord(StoreQuery::Bytes bytes, ManifestEntry& entry) {
 }  // namespace
 
 bool IsIdentifier(const std::string& strId) {
-  const auto isDigit = [](char ch) { return (ch >= '0' && ch <= '9') || (ch >= 'a' && ch <= 'f'); };
-  return strId.size() == 40 && std::all_of(strId.begin(), strId.end(), isDigit);
+  IdentifierBytes id;
+  return ParseIdentifier(strId, id);
+}
+
+bool ParseIdentifier(std::string_view strId, IdentifierBytes& id) {
+  const auto valueOf = [](char ch) {
+    return ch >= '0' && ch <= '9' ? ch - '0' : ch >= 'a' && ch <= 'f' ? ch - 'a' + 10 : -1;
+  };
+  if (strId.size() != 2 * id.size()) return false;
+  for (size_t i = 0; i < id.size(); ++i) {
+    const int nHigh = valueOf(strId[2 * i]), nLow = valueOf(strId[2 * i + 1]);
+    if (nHigh < 0 || nLow < 0) return false;
+    id[i] = static_cast<unsigned char>(nHigh << 4 | nLow);
+  }
+  return true;
 }
 
 ManifestEntry::Kind KindOfMode(uint32_t nMode) {

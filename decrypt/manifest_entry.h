@@ -1,6 +1,9 @@
 #pragma once
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "decrypt/crypto.h"
 
@@ -27,6 +30,19 @@ struct ManifestEntry {
 
 /// True for 40 lower-case hexadecimal digits. Others are never used as names of files.
 bool IsIdentifier(const std::string& strId);
+
+/// An identifier in its compact form.
+using IdentifierBytes = std::array<unsigned char, 20>;
+/// Parses an identifier. @return false for any other text.
+bool ParseIdentifier(std::string_view strId, IdentifierBytes& id);
+
+constexpr int64_t kEndOfYears = 253402300800;  // 10000-01-01, in seconds since 1970
+
+/// The modification time to give a copy of an entry's file, in seconds since 1970; -1 for none, as for a time
+/// after the year 9999.
+inline int64_t TimeOfCopy(const ManifestEntry& entry) {
+  return entry.nModified < kEndOfYears ? std::max<int64_t>(entry.nModified, -1) : -1;
+}
 
 /// The kind of an entry by the type in its mode.
 ManifestEntry::Kind KindOfMode(uint32_t nMode);

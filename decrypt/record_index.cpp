@@ -41,18 +41,10 @@ RecordIndex::RecordIndex(const std::string& strFolder) : m_file(MakeUnnamed(strF
   m_unwritten.reserve(kMostUnwritten);
 }
 
-bool RecordIndex::ParseId(const std::string& strId, Id& id) {
-  if (!IsIdentifier(strId)) return false;
-  const auto digit = [](char ch) { return static_cast<unsigned char>(ch <= '9' ? ch - '0' : ch - 'a' + 10); };
-  for (size_t i = 0; i < kIdSize; ++i)
-    id[i] = static_cast<unsigned char>(digit(strId[2 * i]) << 4 | digit(strId[2 * i + 1]));
-  return true;
-}
-
 void RecordIndex::Add(const ManifestEntry& entry) {
   Record record{};
   Place place{{}, static_cast<uint32_t>(m_places.size())};
-  if (!ParseId(entry.strId, place.id)) return;
+  if (!ParseIdentifier(entry.strId, place.id)) return;
   record.nSize = entry.nSize;
   record.nState = entry.wrappedKey.empty() ? kPlain : kHasKey;
   if (record.nState == kHasKey && entry.wrappedKey.size() != kKeySize) record.nState = kOddKey;
@@ -84,7 +76,7 @@ void RecordIndex::Finish() {
 
 std::optional<ManifestEntry> RecordIndex::Find(const std::string& strId) const {
   Place wanted{{}, UINT32_MAX};
-  if (!ParseId(strId, wanted.id)) return std::nullopt;
+  if (!ParseIdentifier(strId, wanted.id)) return std::nullopt;
   // The last of equal identifiers is before this place.
   const auto it = std::upper_bound(m_places.begin(), m_places.end(), wanted);
   if (it == m_places.begin() || std::prev(it)->id != wanted.id) return std::nullopt;

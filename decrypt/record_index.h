@@ -1,5 +1,4 @@
 #pragma once
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -29,7 +28,7 @@ class RecordIndex {
   size_t Size() const { return m_places.size(); }
 
  private:
-  static constexpr size_t kIdSize = 20, kKeySize = 44;
+  static constexpr size_t kKeySize = 44;
 
   /// One file, as stored.
   struct Record {
@@ -38,18 +37,15 @@ class RecordIndex {
     uint64_t nSize;
   };
 
-  using Id = std::array<unsigned char, kIdSize>;
-
   /// Where the record of a file is.
   struct Place {
-    Id id;
+    IdentifierBytes id;
     uint32_t nRecord;
     bool operator<(const Place& other) const {
       return id != other.id ? id < other.id : nRecord < other.nRecord;
     }
   };
 
-  static bool ParseId(const std::string& strId, Id& id);
   void Flush();
 
   Descriptor m_file;

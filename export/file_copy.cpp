@@ -26,9 +26,9 @@ const char* FailureOf(Problem::Step step) {
 }
 
 /// Copies a file. @return on failure a problem whose reason begins with FailureOf.
-Problem CopyFile(const std::string& strSource, const std::string& strTarget) {
+Problem CopyFile(const std::string& strSource, const std::string& strTarget, int64_t nModified) {
   // A path ends at its first zero byte.
-  Problem problem = CopyBackupFile(strSource.c_str(), strTarget.c_str(), kRecoveredFileRights);
+  Problem problem = CopyBackupFile(strSource.c_str(), strTarget.c_str(), kRecoveredFileRights, nModified);
   if (problem) problem.strReason = std::string(FailureOf(problem.step)) + " (" + problem.strReason + ")";
   return problem;
 }
@@ -39,7 +39,7 @@ BackupFileCopier::BackupFileCopier(const QString& qstrDestination, const QString
     : m_destination(qstrDestination, qstrBackupRoot) {}
 
 WrittenFile BackupFileCopier::Copy(const QString& qstrFolder, const std::string& strName,
-                                   const std::u16string& wstrSource) {
+                                   const std::u16string& wstrSource, int64_t nModified) {
   WrittenFile result;
   // Converted to narrow and back, so that characters the encoding can't represent are replaced before a free
   // name is chosen.
@@ -53,11 +53,11 @@ WrittenFile BackupFileCopier::Copy(const QString& qstrFolder, const std::string&
   const std::string strPath = m_freeNames.Take(strWanted);
   result.qstrPath = FromNarrow(strPath);
   const std::string strSource = ToNarrow(FromWide(wstrSource));
-  result.problem = CopyFile(strSource, strPath);
+  result.problem = CopyFile(strSource, strPath, nModified);
   // The folder may have been removed during the recovery.
   if (result.problem.step == Problem::Step::Create && result.problem.nCode == ENOENT) {
     result.problem = m_destination.MakeFolder(qstrFolder);
-    if (!result.problem) result.problem = CopyFile(strSource, strPath);
+    if (!result.problem) result.problem = CopyFile(strSource, strPath, nModified);
   }
   return result;
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <cstdint>
 #include <string>
 
 #include "common/path.h"
@@ -20,7 +21,9 @@ class BackupFileCopier {
   /// @param qstrFolder relative to the destination, with a "/" at both ends; created if missing. Refused when
   /// it leads outside (see Destination).
   /// @param strName    narrow. @param wstrSource path of the file in the backup.
-  WrittenFile Copy(const QString& qstrFolder, const std::string& strName, const std::u16string& wstrSource);
+  /// @param nModified  its modification time in seconds since 1970; -1 for the time of copying.
+  WrittenFile Copy(const QString& qstrFolder, const std::string& strName, const std::u16string& wstrSource,
+                   int64_t nModified = -1);
 
  private:
   FreeNames m_freeNames;

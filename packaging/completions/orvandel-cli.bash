@@ -43,7 +43,7 @@ _orvandel_cli() {
     "") options="--help --version" ;;
     backups) options="--help --version --json --quiet" ;;
     scan) options="--help --version --json --quiet --manifest --password-file --password-stdin --force" ;;
-    recover) options="--help --version --json --quiet --only --no-index --password-file --password-stdin --force" ;;
+    recover) options="--help --version --json --quiet --only --no-index --no-times --password-file --password-stdin --force" ;;
     files)
       options="--help --version --json --quiet --domain --newer --larger --missing --names --count --to --replace"
       options+=" --resume --password-file --password-stdin --force"

@@ -33,5 +33,6 @@ complete -c orvandel-cli -n $files -l to -x -a '(__fish_complete_directories)' -
 complete -c orvandel-cli -n $files -l replace -d 'Replace files that exist'
 complete -c orvandel-cli -n $files -l resume -d 'Complete an interrupted extraction'
 complete -c orvandel-cli -n $recover -l no-index -d 'Write no front page'
+complete -c orvandel-cli -n $recover -l no-times -d 'Leave copies with the time of copying'
 complete -c orvandel-cli -n $recover -l only -x -d 'Recover only these categories' \
     -a '"Camera Roll" "Photo Stream" "App Photos" "App Videos" Message "Messages Attachments" Contacts "Call History" Notes WhatsApp "WhatsApp Attachments"'

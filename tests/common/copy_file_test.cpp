@@ -55,6 +55,33 @@ TEST_F(CopyFile, AnEmptySourceGivesAnEmptyFile) {
   EXPECT_EQ("", Content(m_strTarget));
 }
 
+TEST_F(CopyFile, HasTheTimeThatIsGiven) {
+  WriteSource("x");
+
+  EXPECT_FALSE(CopyBackupFile(m_strSource, m_strTarget, 0777, 1462093953));
+
+  struct stat info;
+  ASSERT_EQ(0, stat(m_strTarget.c_str(), &info));
+  EXPECT_EQ(1462093953, info.st_mtime);
+}
+
+TEST_F(CopyFile, HasThePresentTimeIfTheGivenOneCannotBeStored) {
+  const time_t nStart = time(nullptr) - 5;
+  WriteSource("x");
+
+  for (const int64_t nModified : {int64_t{-1}, INT64_MIN, INT64_MAX, int64_t{253402300799}}) {
+    unlink(m_strTarget.c_str());
+    EXPECT_FALSE(CopyBackupFile(m_strSource, m_strTarget, 0777, nModified));
+    struct stat info;
+    ASSERT_EQ(0, stat(m_strTarget.c_str(), &info));
+    // Some file systems can store any time.
+    if (info.st_mtime != nModified) {
+      EXPECT_LE(nStart, info.st_mtime) << nModified;
+      EXPECT_GE(time(nullptr) + 5, info.st_mtime) << nModified;
+    }
+  }
+}
+
 TEST_F(CopyFile, HasItsModeRegardlessOfTheUmask) {
   WriteSource("x");
   const mode_t nOldMask = umask(077);

@@ -58,6 +58,20 @@ TEST_F(FileCopy, CopyIsEqualAndOpenToAll) {
   EXPECT_EQ("picture", ReadFile(Roll("IMG_0001.JPG")));
 }
 
+TEST_F(FileCopy, HasTheTimeOfCopyingUnlessATimeIsGiven) {
+  const time_t nStart = time(nullptr) - 5;
+  const std::u16string wstrSource = ToWide(FromNarrow(m_folder.Write("backup/31bb", "picture")));
+
+  m_copier.Copy("/Camera Roll/", "a.JPG", wstrSource);
+  m_copier.Copy("/Camera Roll/", "b.JPG", wstrSource, 1462093953);
+
+  struct stat now, given;
+  ASSERT_EQ(0, stat(Roll("a.JPG").c_str(), &now));
+  ASSERT_EQ(0, stat(Roll("b.JPG").c_str(), &given));
+  EXPECT_LE(nStart, now.st_mtime);
+  EXPECT_EQ(1462093953, given.st_mtime);
+}
+
 TEST_F(FileCopy, FoldersAreMadeWithTheirParents) {
   const WrittenFile result = Copy("a.JPG", "picture", "/App Photos/example.Snap/");
 
