@@ -50,6 +50,8 @@ class CIphoneBackupFile {
   int Init(const __BACK_FILE_INFO__* pInfo);
   /// Sets the progress callback; null for none. @return 0.
   int InitCallback(orvandel::ProgressCallback pfnCallback, void* pContext);
+  /// Sets what collects the photos and videos that the Get operations leave out; null for none (the default).
+  void SetUnknownMedia(orvandel::UnknownMedia* pUnknown) { m_pUnknownMedia = pUnknown; }
   /// The selected backup; after the scan of an encrypted one its path is the folder of decrypted files.
   __BACK_FILE_INFO__* GetSelectBackUpFileInfo();
   /// Empties the folder of decrypted files and removes the temporary files of an earlier run. @return 0.
@@ -110,6 +112,8 @@ class CIphoneBackupFile {
   const std::vector<std::string>& GetBackupDirs() const { return m_vecBackupDirs; }
   orvandel::WhatsAppMap& GetWhatsAppMap() { return m_mapWhatsApp; }
   const orvandel::QQMap& GetQQMap() const { return m_mapQQ; }
+  /// True when the notes are from the store of which only snippets are read.
+  bool HasSnippetsOnly() const { return m_bSnippetsOnly; }
   int GetProgress() const { return m_nProgress; }
   uint64_t GetMaxMessageId() const { return m_nMaxMessageId; }
   uint64_t GetMaxContactId() const { return m_nMaxContactId; }
@@ -142,6 +146,8 @@ class CIphoneBackupFile {
   uint64_t m_nMaxMessageId = 20000;
   uint64_t m_nMaxContactId = 20000;
   bool m_bHasManifestDb = false;
+  bool m_bSnippetsOnly = false;
+  orvandel::UnknownMedia* m_pUnknownMedia = nullptr;
   orvandel::MessageMap m_mapMessages;
   orvandel::QQMap m_mapQQ;
   orvandel::WeiXinMap m_mapWeiXin;

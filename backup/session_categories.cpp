@@ -12,7 +12,8 @@ using namespace orvandel;
 
 int CIphoneBackupFile::GetBackupCameraFile(std::vector<_IPHONE_CAMERA_INFO_>& camera,
                                            std::vector<_IPHONE_CAMERA_INFO_>& photoStream) {
-  const int nAnswer = WalkCameraFiles(m_vecManifest, GetLayout(), GetWalkProgress(), camera, photoStream);
+  const int nAnswer =
+      WalkCameraFiles(m_vecManifest, GetLayout(), GetWalkProgress(), camera, photoStream, m_pUnknownMedia);
   Advance(m_nProgressStep * 2);
   return nAnswer;
 }
@@ -30,7 +31,8 @@ int CIphoneBackupFile::GetBackupFileMessageInfo(MessageMap& messages) {
 }
 
 int CIphoneBackupFile::GetBackupMsgAttachments(std::vector<_IPHONE_ATTACHMENTS_>& attachments) {
-  const int nAnswer = WalkMsgAttachments(m_vecManifest, GetLayout(), GetWalkProgress(), attachments);
+  const int nAnswer =
+      WalkMsgAttachments(m_vecManifest, GetLayout(), GetWalkProgress(), attachments, m_pUnknownMedia);
   Advance(m_nProgressStep);
   return nAnswer;
 }
@@ -58,15 +60,16 @@ int CIphoneBackupFile::GetBackupFileHistoryCallInfo(std::vector<__CALLHISTORY__>
 int CIphoneBackupFile::GetBackupFileNotes(std::vector<__NOTES__>& notes) {
   CIPhoneNotes reader;
   int nStatus = reader.GetNotesInfo(StorePath(kNotesStore), notes);
-  if (notes.empty()) nStatus = reader.GetNotesStoreInfo(StorePath(kNotesCloudStore), notes);
+  m_bSnippetsOnly = notes.empty();
+  if (m_bSnippetsOnly) nStatus = reader.GetNotesStoreInfo(StorePath(kNotesCloudStore), notes);
   Advance(m_nProgressStep / 2);
   return nStatus;
 }
 
 int CIphoneBackupFile::GetAppFileInfo(std::vector<_IPHONE_APP_FILE_INFO_>& files) {
   m_vecWhatsAppAttachments.clear();
-  const int nAnswer =
-      WalkAppFiles(m_vecManifest, GetLayout(), GetWalkProgress(), files, m_vecWhatsAppAttachments);
+  const int nAnswer = WalkAppFiles(m_vecManifest, GetLayout(), GetWalkProgress(), files,
+                                   m_vecWhatsAppAttachments, m_pUnknownMedia);
   Advance(m_nProgressStep);
   return nAnswer;
 }

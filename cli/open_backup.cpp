@@ -14,7 +14,9 @@
 #include "cli/output.h"
 #include "cli/stop_signal.h"
 #include "common/file.h"
+#include "common/layout.h"
 #include "common/text.h"
+#include "extract/left_out.h"
 #include "extract/whatsapp_chats.h"
 
 namespace orvandel {
@@ -107,6 +109,19 @@ void NameFailures(OpenBackup& backup) {
                    .arg(nFailures == 1 ? QString("1 file") : QString("%1 files").arg(nFailures)));
 }
 
+/// Counts what the stores of wanted categories contain beyond what was read.
+void CountLeftOut(const WantedCategory& isWanted, OpenBackup& backup) {
+  const auto isRead = [&](CategoryNumber nNumber) {
+    return StopSignal() == 0 && (!isWanted || isWanted(nNumber));
+  };
+  const BackupLayout layout = backup.session.GetLayout();
+  const auto pathOf = [&](const char* pszStore) { return ToNarrow(layout.PathOf(pszStore)); };
+  if (isRead(kMessages))
+    backup.leftOut.nMessagesWithoutSender = CountMessagesWithoutSender(pathOf(kMessageStore));
+  if (isRead(kNotes) && backup.session.HasSnippetsOnly())
+    backup.leftOut.nNotesWithSnippetOnly = CountNotesWithSnippetOnly(pathOf(kNotesCloudStore));
+}
+
 }  // namespace
 
 int NotABackup(const QString& qstrFolder, const Problem& problem) {
@@ -158,8 +173,13 @@ int ReadBackup(const BackupOptions& options, const WantedCategory& isWanted, Pro
   };
   steps.isWanted = isWanted;
   std::unique_ptr<IPhoneRecoveryParse> pParser;
+  UnknownMedia unknownMedia(MediaOf(isWanted));
+  backup.session.SetUnknownMedia(&unknownMedia);
   ScanBackup(info, backup.session, pParser, backup.records, steps);
+  backup.session.SetUnknownMedia(nullptr);
   if (nDecryptStatus != kExitDone) return nDecryptStatus;
+  backup.leftOut.files = unknownMedia.Counts();
+  CountLeftOut(isWanted, backup);
   bar.Clear();
   return StopSignal() != 0 ? Interrupted() : kExitDone;
 }

@@ -5,6 +5,7 @@
 #include "backup/records.h"
 #include "backup/session.h"
 #include "cli/encrypted_backup.h"
+#include "cli/left_out.h"
 #include "cli/options.h"
 #include "cli/progress_bar.h"
 #include "export/written_file.h"
@@ -21,6 +22,7 @@ struct OpenBackup {
   BackupRecords records;
   int nManifestStatus = 0;
   std::vector<WrittenFile> notDecrypted;  ///< with their names on the device, if in the manifest
+  LeftOut leftOut;                        ///< by the wanted categories
 };
 
 /// Prints why a folder isn't a backup. @param problem the result of ReadBackupInfo. @return the exit status.

@@ -127,9 +127,10 @@ int Recover(const QCommandLineParser& parser, const QStringList& arguments) {
   // A stopped recovery leaves the front page of an earlier one, which may be complete.
   if (page && report.Succeeded() != 0 && StopSignal() == 0)
     report.Add(page->Write(options, FactsOf(backup, report), backup.records, index));
-  report.PrintTotals();
+  report.PrintTotals(backup.leftOut);
   if (!FinishOutput()) return kExitNotWritten;
   if (StopSignal() != 0) return Interrupted();
+  PrintLeftOut(backup.leftOut);
   return report.Failed() != 0 ? kExitNotWritten : kExitDone;
 }
 

@@ -40,14 +40,15 @@ void RecoveryReport::Advance() {
   if (m_nTotal > 0) m_bar.Show(static_cast<int>(++m_nDone * 100 / m_nTotal));
 }
 
-void RecoveryReport::PrintTotals() const {
+void RecoveryReport::PrintTotals(const LeftOut& leftOut) const {
   m_bar.Clear();
   if (m_options.bJson) {
-    Print(ToJson(QJsonObject{{"destination", m_options.qstrDestination},
-                             {"succeeded", m_nSucceeded},
-                             {"failed", m_nFailed},
-                             {"bytes", m_nBytes}}) +
-          '\n');
+    QJsonObject totals{{"destination", m_options.qstrDestination},
+                       {"succeeded", m_nSucceeded},
+                       {"failed", m_nFailed},
+                       {"bytes", m_nBytes}};
+    if (!leftOut.IsEmpty()) totals["leftOut"] = LeftOutObject(leftOut);
+    Print(ToJson(totals) + '\n');
     return;
   }
   PrintLine(QString("%1 recovered, %2 failed, %3 in %4")

@@ -1,6 +1,7 @@
 #pragma once
 #include <utility>
 
+#include "cli/left_out.h"
 #include "cli/progress_bar.h"
 #include "cli/recover_options.h"
 #include "export/written_file.h"
@@ -19,7 +20,8 @@ class RecoveryReport {
   void Add(const WrittenFile& file);
   /// Advances the bar by one item.
   void Advance();
-  void PrintTotals() const;
+  /// @param leftOut printed as a field of JSON; the text has no place for it.
+  void PrintTotals(const LeftOut& leftOut) const;
   qint64 Succeeded() const { return m_nSucceeded; }
   qint64 Failed() const { return m_nFailed; }
 

@@ -29,7 +29,9 @@ int Scan(const QCommandLineParser& parser, const QStringList& arguments) {
     for (const Category& category : Categories())
       PrintLine(FromNarrow(CategoryLabel(category, category.pfnCount(backup.records))));
   }
-  return FinishOutput() && AllLosses(backup).empty() ? kExitDone : kExitNotWritten;
+  const bool bWritten = FinishOutput();
+  PrintLeftOut(backup.leftOut);
+  return bWritten && AllLosses(backup).empty() ? kExitDone : kExitNotWritten;
 }
 
 }  // namespace

@@ -151,6 +151,7 @@ void PrintScanJson(OpenBackup& backup, bool bManifest) {
       return QJsonObject{{"name", file.qstrPath}, {"reason", file.Reason()}};
     });
   }
+  if (!backup.leftOut.IsEmpty()) json.Member("leftOut", LeftOutObject(backup.leftOut));
   if (bManifest) PrintManifest(json, backup.session.GetManifest());
 }
 

@@ -49,6 +49,10 @@ bool IsAppName(const std::string& strName) {
   return strName.find(kAppDomain) != std::string::npos;
 }
 
+bool IsWhatsAppName(const std::string& strName) {
+  return strName.find(kWhatsAppDomain) != std::string::npos;
+}
+
 bool ReadAppFile(CFileTypeJudge& judge, const HeadReader::File& file, const __MBDB_FILE__& entry,
                  const BackupLayout& layout, _IPHONE_APP_FILE_INFO_& info) {
   std::string strJudged;
@@ -70,7 +74,8 @@ bool AppVectorCmp(const _IPHONE_APP_FILE_INFO_& first, const _IPHONE_APP_FILE_IN
 namespace orvandel {
 
 int WalkAppFiles(const Catalogue& catalogue, const BackupLayout& layout, const WalkProgress& progress,
-                 std::vector<_IPHONE_APP_FILE_INFO_>& files, std::vector<_WHATSAPP_ATTACHMENTS_>& whatsApp) {
+                 std::vector<_IPHONE_APP_FILE_INFO_>& files, std::vector<_WHATSAPP_ATTACHMENTS_>& whatsApp,
+                 UnknownMedia* pUnknown) {
   const auto nTotal = static_cast<uint32_t>(catalogue.size());
   CFileTypeJudge judge;
   uint32_t nCount = 2;  // counts to twice the total: the bar overshoots by a step and drops back at the end
@@ -81,10 +86,14 @@ int WalkAppFiles(const Catalogue& catalogue, const BackupLayout& layout, const W
     const HeadReader::File* pFile = reader.FileOf(i);
     _IPHONE_APP_FILE_INFO_ info;
     if (pFile && ReadAppFile(judge, *pFile, entry, layout, info)) {
-      if (entry.strFileName.find(kWhatsAppDomain) == std::string::npos)
+      if (!IsWhatsAppName(entry.strFileName))
         files.push_back(std::move(info));
       else if (info.uFileSize != 0)
         whatsApp.push_back({info.uFileSize, std::move(info.strFileName), std::move(info.wstrFilePath)});
+    } else if (pFile && pUnknown) {
+      const bool bWhatsApp = IsWhatsAppName(entry.strFileName);
+      pUnknown->Add(bWhatsApp ? MediaList::WhatsAppAttachments : MediaList::AppFiles, *pFile,
+                    entry.strFileName);
     }
     if (progress.pfnCallback) {
       const uint32_t nDone = static_cast<uint32_t>(progress.nStep) * nCount / nTotal;

@@ -23,9 +23,11 @@ namespace orvandel {
 
 /// Appends the app files of a known type, sorted by name; WhatsApp's non-empty files are added to a separate
 /// list.
+/// @param pUnknown receives the files of unknown type; may be null.
 /// @return the callback's last result; not 0 when it ended the walk.
 int WalkAppFiles(const Catalogue& catalogue, const BackupLayout& layout, const WalkProgress& progress,
-                 std::vector<_IPHONE_APP_FILE_INFO_>& files, std::vector<_WHATSAPP_ATTACHMENTS_>& whatsApp);
+                 std::vector<_IPHONE_APP_FILE_INFO_>& files, std::vector<_WHATSAPP_ATTACHMENTS_>& whatsApp,
+                 UnknownMedia* pUnknown = nullptr);
 
 /// Files by app.
 using AppFileMap = std::map<std::string, std::vector<_IPHONE_APP_FILE_INFO_>>;

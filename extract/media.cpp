@@ -117,20 +117,25 @@ uint32_t FileSize32(const std::u16string& wstrPath) {
 }
 
 int WalkCameraFiles(const Catalogue& catalogue, const BackupLayout& layout, const WalkProgress& progress,
-                    std::vector<_IPHONE_CAMERA_INFO_>& camera,
-                    std::vector<_IPHONE_CAMERA_INFO_>& photoStream) {
+                    std::vector<_IPHONE_CAMERA_INFO_>& camera, std::vector<_IPHONE_CAMERA_INFO_>& photoStream,
+                    UnknownMedia* pUnknown) {
   static constexpr uint32_t kSteps = 2;
   CFileTypeJudge judge;
   std::string strJudged;
   const auto visit = [&](const __MBDB_FILE__& entry, const HeadReader::File& file) {
     const Verdict verdict = JudgeFile(judge, file, strJudged);
     if (verdict == Verdict::Missing) return false;  // not counted, so the bar may end before its mark
-    if (verdict == Verdict::Unknown) return true;
+    const bool bRoll = Contains(entry.strFileName, kCameraRoll);
+    if (verdict == Verdict::Unknown) {
+      if (pUnknown)
+        pUnknown->Add(bRoll ? MediaList::CameraRoll : MediaList::PhotoStream, file, entry.strFileName);
+      return true;
+    }
     _IPHONE_CAMERA_INFO_ info;
     info.strFileName = DeviceFileName(entry.strFileName);
     info.wstrFilePath = WidePathOf(file, entry, layout);
     info.uFileSize = SizeOf(file, info.wstrFilePath);
-    (Contains(entry.strFileName, kCameraRoll) ? camera : photoStream).push_back(std::move(info));
+    (bRoll ? camera : photoStream).push_back(std::move(info));
     return true;
   };
   const int nAnswer = WalkCatalogue(catalogue, layout, IsCameraName, progress, kSteps, visit);
@@ -140,13 +145,16 @@ int WalkCameraFiles(const Catalogue& catalogue, const BackupLayout& layout, cons
 }
 
 int WalkMsgAttachments(const Catalogue& catalogue, const BackupLayout& layout, const WalkProgress& progress,
-                       std::vector<_IPHONE_ATTACHMENTS_>& attachments) {
+                       std::vector<_IPHONE_ATTACHMENTS_>& attachments, UnknownMedia* pUnknown) {
   CFileTypeJudge judge;
   std::string strJudged;
   const auto visit = [&](const __MBDB_FILE__& entry, const HeadReader::File& file) {
     const Verdict verdict = JudgeFile(judge, file, strJudged);
     if (verdict == Verdict::Missing) return false;
-    if (verdict == Verdict::Unknown) return true;
+    if (verdict == Verdict::Unknown) {
+      if (pUnknown) pUnknown->Add(MediaList::MessageAttachments, file, entry.strFileName);
+      return true;
+    }
     _IPHONE_ATTACHMENTS_ info;
     info.strFileName = DisplayName(entry.strFileName, strJudged.c_str());
     info.wstrFilePath = WidePathOf(file, entry, layout);

@@ -6,6 +6,7 @@
 
 #include "common/callback.h"
 #include "extract/head_reader.h"
+#include "extract/unknown_media.h"
 
 // Media files of a backup. Sizes are in bytes on disk, low 32 bits; names are narrow, paths UTF-16.
 
@@ -43,16 +44,16 @@ namespace orvandel {
 
 /// Appends the existing files of the camera roll and of the photo stream that have a known type. The camera
 /// roll is sorted by name, the photo stream is in catalogue order.
-/// @param progress covers two steps.
+/// @param progress covers two steps. @param pUnknown receives the files of unknown type; may be null.
 /// @return the callback's last result; not 0 when it ended the walk.
 int WalkCameraFiles(const Catalogue& catalogue, const BackupLayout& layout, const WalkProgress& progress,
-                    std::vector<_IPHONE_CAMERA_INFO_>& camera,
-                    std::vector<_IPHONE_CAMERA_INFO_>& photoStream);
+                    std::vector<_IPHONE_CAMERA_INFO_>& camera, std::vector<_IPHONE_CAMERA_INFO_>& photoStream,
+                    UnknownMedia* pUnknown = nullptr);
 
 /// Appends the existing, non-empty attachments of messages that have a known type, sorted by name.
-/// @return as above.
+/// @param pUnknown as above. @return as above.
 int WalkMsgAttachments(const Catalogue& catalogue, const BackupLayout& layout, const WalkProgress& progress,
-                       std::vector<_IPHONE_ATTACHMENTS_>& attachments);
+                       std::vector<_IPHONE_ATTACHMENTS_>& attachments, UnknownMedia* pUnknown = nullptr);
 
 /// The part of a catalogue name after the last "/"; the whole name without one.
 std::string DeviceFileName(const std::string& strCatalogueName);

@@ -165,5 +165,5 @@ TEST_P(MissingPhoto, WithADamagedKeyIsPassedOver) {
   const CommandResult result = pair.Run({"scan", pair.Backup()});
 
   EXPECT_EQ(0, result.nExitStatus);
-  EXPECT_THAT(result.strErr, IsEmpty());
+  EXPECT_EQ("orvandel-cli: not in the categories: 1 JPG: see orvandel-cli files\n", result.strErr);
 }
