@@ -6,21 +6,9 @@
 #include <QFileInfo>
 #include <stdexcept>
 
-#include "sample/plist_writer.h"
 #include "sample/written_file.h"
 
 namespace orvandel {
-
-namespace {
-
-constexpr char kManifestName[] = "Manifest.db";  // also used to derive the manifest's own key
-
-// Omits a key with a null value.
-void writeText(PlistWriter& plist, const QString& key, const QString& value) {
-  if (!value.isNull()) plist.string(key, value);
-}
-
-}  // namespace
 
 BackupBuilder::BackupBuilder(const QString& folder, Layout layout) : m_folder(folder), m_layout(layout) {
   if (!QDir().mkpath(folder)) written_file::fail(folder, "the folder can't be created");
@@ -39,25 +27,8 @@ void BackupBuilder::leavePlain(const QString& domain, const QString& relativePat
   m_plainFiles.insert(fileId(domain, relativePath));
 }
 
-void BackupBuilder::writeInfo(const Info& info) {
-  m_productVersion = info.productVersion;
-  PlistWriter plist;
-  plist.string("Build Version", "13E238");
-  writeText(plist, "Device Name", info.displayName);
-  writeText(plist, "Display Name", info.displayName);
-  plist.string("GUID", "6F1D0C7A4E2B49D8A1C35B7E90F2D416");
-  plist.strings("Installed Applications",
-                {"com.example.Snap", "com.example.Sketch", "net.example.Radio", "net.whatsapp.WhatsApp"});
-  if (!info.lastBackupDate.isNull()) plist.date("Last Backup Date", info.lastBackupDate);
-  writeText(plist, "Phone Number", info.phoneNumber);
-  plist.string("Product Type", "iPhone7,2");
-  writeText(plist, "Product Version", info.productVersion);
-  writeText(plist, "Serial Number", info.serialNumber);
-  plist.string("Target Identifier", "b5c1f09d7a3e42681f0c9d8e7b6a5f4e3d2c1b0a");
-  plist.string("Target Type", "Device");
-  plist.string("Unique Identifier", "B5C1F09D7A3E42681F0C9D8E7B6A5F4E3D2C1B0A");
-  plist.string("iTunes Version", "12.5.4.42");
-  written_file::write(m_folder + "/Info.plist", plist.finish());
+void BackupBuilder::writeDeviceLists(const Encryption& keybag) {
+  m_listedKeys = std::make_unique<BackupKeys>(keybag);
 }
 
 QString BackupBuilder::addFile(const QString& domain, const QString& relativePath,
@@ -92,10 +63,10 @@ void BackupBuilder::finish(bool wal) {
   } else {
     writeDb(wal);
   }
-  if (!m_keys) return;
-  if (m_keys->age() == Encryption::Age::From102)
-    m_keys->encryptFile(m_folder + "/Manifest.db", kManifestName, false);
-  writeManifestPlist();
+  if (m_keys && m_keys->age() == Encryption::Age::From102)
+    m_keys->encryptFile(m_folder + "/Manifest.db", BackupKeys::kManifestName, false);
+  if (m_keys || m_listedKeys) writeManifestPlist();
+  if (m_listedKeys) writeStatusPlist();
 }
 
 QString BackupBuilder::fileId(const QString& domain, const QString& relativePath) {
@@ -148,22 +119,6 @@ void BackupBuilder::encryptFiles() {
     m_keys->encryptFile(filePath(id), id.toLatin1(), true);
     done.insert(id);
   }
-}
-
-void BackupBuilder::writeManifestPlist() const {
-  PlistWriter plist;
-  plist.data("BackupKeyBag", m_keys->keybag());
-  plist.date("Date", "2016-12-30T18:04:11Z");
-  plist.boolean("IsEncrypted", true);
-  plist.beginDict("Lockdown");
-  writeText(plist, "ProductVersion", m_productVersion);
-  plist.endDict();
-  if (m_keys->age() == Encryption::Age::From102)
-    plist.data("ManifestKey",
-               m_keys->wrappedKey(kManifestName, 4));  // class 4: readable after the first unlock
-  plist.string("Version", m_layout == Layout::Mbdb ? "9.1" : "10.0");
-  plist.boolean("WasPasscodeSet", true);
-  written_file::write(m_folder + "/Manifest.plist", plist.finish());
 }
 
 }  // namespace orvandel

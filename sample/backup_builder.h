@@ -19,13 +19,23 @@ class BackupBuilder {
     Db     ///< two-character folders, with "Manifest.db"
   };
 
-  /// The content of "Info.plist". A null QString omits its key; an empty one writes an empty value.
+  /// What the property lists say about device and system. A null QString omits its key; an empty one writes
+  /// an empty value.
   struct Info {
     QString displayName = "Sample Phone";
     QString lastBackupDate = "2016-05-01T09:12:33Z";
     QString phoneNumber = "+49 30 901820";
     QString productVersion = "9.3.1";
     QString serialNumber = "F2LSAMPLE001";
+    QString buildVersion = "13E238";
+    QString productType = "iPhone7,2";
+    QString productName = "iPhone 6";
+    QString udid = "b5c1f09d7a3e42681f0c9d8e7b6a5f4e3d2c1b0a";
+    QString imei = "356938035643809";
+    QString desktopVersion = "12.5.4.42";
+    QString manifestVersion;  ///< null: by the layout
+    QString statusVersion = "2.4";
+    QString systemDomainsVersion = "20.0";
   };
 
   // Modes of manifest entries.
@@ -46,6 +56,11 @@ class BackupBuilder {
 
   /// Writes "Info.plist" immediately (XML, keys sorted, as devices do).
   void writeInfo(const Info& info);
+
+  /// Makes finish() write "Manifest.plist" and "Status.plist" as devices do with every backup. Without it
+  /// only an encrypted backup gets a "Manifest.plist", and none a "Status.plist".
+  /// @param keybag encryption parameters of the keybag of an unencrypted backup, which opens no file.
+  void writeDeviceLists(const Encryption& keybag);
 
   /// Adds an entry to the manifest and writes its file. @return full path of the file. For two with the same
   /// domain and path the later content is on disk; "Manifest.mbdb" lists both, "Manifest.db" only the first,
@@ -87,7 +102,9 @@ class BackupBuilder {
   QString makePlace(const QString& domain, const QString& relativePath);
   void settleReserved();
   void encryptFiles();
+  static quint32 protectionClassOf(const Entry& entry);
   void writeManifestPlist() const;
+  void writeStatusPlist() const;
   void writeMbdb() const;
   void writeDb(bool wal) const;
 
@@ -95,9 +112,10 @@ class BackupBuilder {
   Layout m_layout;
   std::vector<Entry> m_entries;
   QSet<QString> m_madeFolders;
-  std::unique_ptr<BackupKeys> m_keys;  ///< null for an unencrypted backup
-  QSet<QString> m_plainFiles;          ///< identifiers
-  QString m_productVersion;
+  std::unique_ptr<BackupKeys> m_keys;        ///< null for an unencrypted backup
+  QSet<QString> m_plainFiles;                ///< identifiers
+  std::unique_ptr<BackupKeys> m_listedKeys;  ///< of the keybag of an unencrypted backup; null without one
+  Info m_info;
 };
 
 }  // namespace orvandel

@@ -3,7 +3,21 @@
 
 namespace orvandel {
 
-CallStore::CallStore(const QString& path, bool wal) : SampleStore(path, wal) {
+namespace {
+
+constexpr double kAppleEpoch = 978307200;    // seconds from 1970-01-01 to 2001-01-01
+constexpr int kIncoming = 4, kOutgoing = 5;  // flags of an early call
+
+}  // namespace
+
+CallStore::CallStore(const QString& path, bool wal, bool early) : SampleStore(path, wal), m_early(early) {
+  if (early) {
+    create(
+        {"CREATE TABLE _SqliteDatabaseProperties (key TEXT, value TEXT, UNIQUE(key))",
+         "CREATE TABLE call (ROWID INTEGER PRIMARY KEY AUTOINCREMENT, address TEXT, date INTEGER, duration "
+         "INTEGER, flags INTEGER, id INTEGER, name TEXT, country_code TEXT, network_code TEXT, read INTEGER, "
+         "assisted INTEGER, face_time_data BLOB, originalAddress TEXT, answered INTEGER)"});
+  }
   create(
       {"CREATE TABLE ZCALLRECORD (Z_PK INTEGER PRIMARY KEY, Z_ENT INTEGER, Z_OPT INTEGER, ZANSWERED INTEGER, "
        "ZCALLTYPE INTEGER, ZDISCONNECTED_CAUSE INTEGER, ZFACE_TIME_DATA INTEGER, ZNUMBER_AVAILABILITY "
@@ -34,6 +48,11 @@ void CallStore::add(int answered, double duration, const QString& address, doubl
       insert(kInsert, {answered, address.isNull() ? 1 : 0, originated, date, duration, address});
   run("UPDATE ZCALLRECORD SET ZUNIQUE_ID = ? WHERE Z_PK = ?", {storeGuid(QString("call %1").arg(row)), row});
   run("UPDATE Z_PRIMARYKEY SET Z_MAX = ? WHERE Z_ENT = 2", {row});
+  if (!m_early) return;
+  insert(
+      "INSERT INTO call (address, date, duration, flags, id, country_code, read, answered) "
+      "VALUES (?, ?, ?, ?, -1, '262', 1, ?)",
+      {address, qint64(date + kAppleEpoch), qint64(duration), originated ? kOutgoing : kIncoming, answered});
 }
 
 }  // namespace orvandel

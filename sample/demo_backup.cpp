@@ -2,7 +2,6 @@
 
 #include "sample/demo_parts.h"
 #include "sample/plist_writer.h"
-#include "sample/written_file.h"
 
 namespace orvandel {
 
@@ -74,76 +73,47 @@ QByteArray smallPlist(const QString& name) {
   return plist.finish();
 }
 
-void addOrdinaryEntries(BackupBuilder& backup) {
+void addOrdinaryEntries(BackupBuilder& backup, bool omitFiles) {
   for (const Place& place : kDirectories)
     backup.addEntry(place.domain, place.path, BackupBuilder::kDirectory);
   for (const Place& place : kSmallFiles) backup.addFile(place.domain, place.path, smallPlist(place.path));
-  for (const Place& place : kWithoutFile) backup.addEntry(place.domain, QString::fromUtf8(place.path));
+  if (!omitFiles) {
+    for (const Place& place : kWithoutFile) backup.addEntry(place.domain, QString::fromUtf8(place.path));
+  }
   for (const Place& place : kLinks) backup.addEntry(place.domain, place.path, BackupBuilder::kLink);
 }
 
-/// Adds entries without a file; on devices nearly as many precede the media as follow them.
-void fillUp(BackupBuilder& backup, int from, int to) {
+/// Adds entries, without a file unless the option demands one; on devices nearly as many precede the media as
+/// follow them.
+void fillUp(BackupBuilder& backup, const DemoOptions& options, int from, int to) {
   std::vector<std::pair<QString, QString>> patterns;
   for (const Place& place : kFillers) patterns.push_back({place.domain, place.path});
   for (int i = from; i < to; ++i) {
     const auto& [domain, path] = patterns[size_t(i) % patterns.size()];
-    backup.addEntry(domain, path.arg(i, 7, 10, QChar('0')));
+    const QString name = path.arg(i, 7, 10, QChar('0'));
+    if (options.omitFiles) {
+      backup.addFile(domain, name, "filler " + QByteArray::number(i) + "\n");
+    } else {
+      backup.addEntry(domain, name);
+    }
   }
 }
 
 BackupBuilder::Info infoOf(const DemoOptions& options) {
+  const IosVersion& version = options.system();
   BackupBuilder::Info info;
   info.displayName = QString::fromUtf8("Lena’s iPhone");
-  info.lastBackupDate = "2016-12-30T18:04:11Z";
-  switch (options.systemAge()) {
-    case Encryption::Age::BeforeIos10:
-      info.productVersion = "9.3.5";
-      break;
-    case Encryption::Age::Ios10:
-      info.productVersion = "10.1.1";
-      break;
-    case Encryption::Age::From102:  // 11, since the messages have dates in nanoseconds
-      info.productVersion = "11.0.3";
-      info.lastBackupDate = "2017-10-15T07:41:09Z";
-      break;
-  }
+  info.lastBackupDate = version.backupDate;
+  info.productVersion = version.productVersion;
+  info.buildVersion = version.buildVersion;
+  info.productType = version.productType;
+  info.productName = version.productName;
+  info.udid = version.udid;
+  info.desktopVersion = version.desktopVersion;
+  info.manifestVersion = version.manifestVersion;
+  info.statusVersion = version.statusVersion;
+  info.systemDomainsVersion = version.systemDomainsVersion;
   return info;
-}
-
-void writeStatus(const QString& folder, const QString& date) {
-  PlistWriter plist;
-  plist.string("BackupState", "new");
-  plist.date("Date", date);
-  plist.boolean("IsFullBackup", true);
-  plist.string("SnapshotState", "finished");
-  plist.string("UUID", "C2A9E1B7-53D0-4F7E-9B0C-8D1E6F2A7B34");
-  plist.string("Version", "2.4");
-  written_file::write(folder + "/Status.plist", plist.finish());
-}
-
-void writeManifestPlist(const QString& folder, const BackupBuilder::Info& info) {
-  PlistWriter plist;
-  plist.beginDict("Applications");
-  for (const char* app :
-       {"com.example.Sketch", "com.example.Snap", "net.example.Radio", "net.whatsapp.WhatsApp"}) {
-    plist.beginDict(app);
-    plist.string("CFBundleIdentifier", app);
-    plist.string("CFBundleVersion", "2.1");
-    plist.endDict();
-  }
-  plist.endDict();
-  plist.date("Date", info.lastBackupDate);
-  plist.boolean("IsEncrypted", false);
-  plist.beginDict("Lockdown");
-  plist.string("DeviceName", info.displayName);
-  plist.string("ProductType", "iPhone7,2");
-  plist.string("ProductVersion", info.productVersion);
-  plist.string("SerialNumber", info.serialNumber);
-  plist.endDict();
-  plist.string("Version", "9.1");
-  plist.boolean("WasPasscodeSet", false);
-  written_file::write(folder + "/Manifest.plist", plist.finish());
 }
 
 }  // namespace
@@ -151,23 +121,21 @@ void writeManifestPlist(const QString& folder, const BackupBuilder::Info& info) 
 DemoSummary writeDemoBackup(const QString& folder, const DemoOptions& options) {
   BackupBuilder backup(folder, options.layout);
   DemoSummary summary;
-  if (!options.password.isNull())
-    backup.encrypt({options.password, options.systemAge(), options.rounds, options.seed});
-  const BackupBuilder::Info info = infoOf(options);
-  backup.writeInfo(info);
-  writeStatus(folder, info.lastBackupDate);
-  if (options.password.isNull()) writeManifestPlist(folder, info);
+  const Encryption encryption{options.password, options.systemAge(), options.rounds, options.seed};
+  if (!options.password.isNull()) backup.encrypt(encryption);
+  backup.writeInfo(infoOf(options));
+  backup.writeDeviceLists(encryption);
 
-  addOrdinaryEntries(backup);
+  addOrdinaryEntries(backup, options.omitFiles);
   const int before = qMax(0, options.entries - options.photos) / 2;
-  fillUp(backup, 0, before);
+  fillUp(backup, options, 0, before);
   addCameraRoll(backup, options);
   addPhotoStream(backup, options);
   addAppFiles(backup, options);
   const std::vector<SampleAttachment> attachments = addAttachments(backup, options);
   addStores(backup, options, attachments, summary);
   const int missing = options.entries - static_cast<int>(backup.entryCount());
-  if (missing > 0) fillUp(backup, before, before + missing);
+  if (missing > 0) fillUp(backup, options, before, before + missing);
 
   summary.entries = static_cast<qint64>(backup.entryCount());
   backup.finish(options.layout == BackupBuilder::Layout::Db);

@@ -31,6 +31,8 @@ const Maker kEmpty = [](int) { return QByteArray(); };
 /// With more photos than this, the camera roll repeats a pool of small pictures.
 constexpr int kMostDistinct = 400;
 constexpr int kPoolSize = 50;
+constexpr int kFirstIosOfHeic = 11;
+constexpr int kHeicPictures = 4;
 constexpr int kFolderSize = 1000;  // photos per folder, as on devices
 
 struct Kind {
@@ -119,6 +121,11 @@ const AttachmentKind kAttachments[] = {
     {"Kontakt.vcf", "text/vcard", kUnknown},   {"Audio.3gp", "video/3gpp", kThreeGp},
 };
 
+const AttachmentKind kGroupPictures[kGroupAttachments] = {
+    {"Gipfel 1.jpeg", "image/jpeg", kJpeg},
+    {"Gipfel 2.jpeg", "image/jpeg", kTallJpeg},
+};
+
 }  // namespace
 
 void addCameraRoll(BackupBuilder& backup, const DemoOptions& options) {
@@ -142,7 +149,12 @@ void addCameraRoll(BackupBuilder& backup, const DemoOptions& options) {
   for (const AwkwardFile& file : kAwkwardRoll) {
     backup.addFile(kDomain, QString::fromUtf8(file.path), file.make(seed++));
   }
-  backup.addEntry(kDomain, "Media/DCIM/102APPLE/IMG_2005.JPG");  // an entry without a file
+  if (options.ios >= kFirstIosOfHeic) {
+    for (int i = 0; i < kHeicPictures; ++i)
+      backup.addFile(kDomain, QString("Media/DCIM/102APPLE/IMG_%1.HEIC").arg(2010 + i),
+                     sample_media::heic(seed++));
+  }
+  if (!options.omitFiles) backup.addEntry(kDomain, "Media/DCIM/102APPLE/IMG_2005.JPG");  // without a file
   backup.addEntry(kDomain, "Media/DCIM/102APPLE/IMG_2006.JPG", BackupBuilder::kLink);
   backup.addEntry(kDomain, "Media/DCIM/102APPLE", BackupBuilder::kDirectory);
 }
@@ -168,7 +180,7 @@ void addAppFiles(BackupBuilder& backup, const DemoOptions& options) {
 std::vector<SampleAttachment> addAttachments(BackupBuilder& backup, const DemoOptions& options) {
   std::vector<SampleAttachment> attachments;
   int seed = options.seed * 1000 + 700;
-  for (const AttachmentKind& kind : kAttachments) {
+  const auto add = [&](const AttachmentKind& kind) {
     const int place = seed % 256;
     const QString path = QString("Library/SMS/Attachments/%1/%2/%3/%4")
                              .arg(place, 2, 16, QChar('0'))
@@ -177,7 +189,9 @@ std::vector<SampleAttachment> addAttachments(BackupBuilder& backup, const DemoOp
     const QByteArray content = kind.make(seed++);
     backup.addFile("MediaDomain", path, content);
     attachments.push_back({path, kind.mimeType, static_cast<int>(content.size())});
-  }
+  };
+  for (const AttachmentKind& kind : kAttachments) add(kind);
+  for (int i = 0; options.ios && i < kGroupAttachments; ++i) add(kGroupPictures[i]);
   return attachments;
 }
 

@@ -1,13 +1,13 @@
 #include "sample/encryption.h"
 
 #include <openssl/evp.h>
-#include <plist/plist.h>
 
 #include <QCryptographicHash>
 #include <QFile>
 #include <QtEndian>
 #include <stdexcept>
 
+#include "sample/file_record.h"
 #include "sample/written_file.h"
 
 namespace orvandel {
@@ -19,9 +19,11 @@ constexpr int kWrappedSize = 40;
 constexpr int kSaltSize = 20;
 constexpr int kBlockSize = 16;
 constexpr int kPieceSize = 1 << 20;
-constexpr int kMostRounds = 10000;  // of the second derivation
-constexpr quint32 kClasses = 11;    // wrapped with the password's key
-constexpr quint32 kUnderPassword = 2, kUnderDevice = 1;
+constexpr int kMostRounds = 10000;   // of the second derivation
+constexpr quint32 kClasses = 11;     // 1 to 5 are of files, 6 to 11 of the keychain
+constexpr quint32 kFileClasses = 4;  // those that files of a backup have
+constexpr quint32 kFirstOfThisDevice = 9;
+constexpr quint32 kUnderPassword = 2, kUnderPasswordAndDevice = 3;
 
 using Context = std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)>;
 
@@ -76,23 +78,6 @@ QByteArray wrapped(const QByteArray& wrappingKey, const QByteArray& key) {
   return out.left(size);
 }
 
-plist_t reference(uint64_t object) {
-  return plist_new_uid(object);
-}
-
-plist_t className(const char* name, const char* parent) {
-  const plist_t names = plist_new_array();
-  plist_array_append_item(names, plist_new_string(name));
-  plist_array_append_item(names, plist_new_string(parent));
-  const plist_t object = plist_new_dict();
-  plist_dict_set_item(object, "$classes", names);
-  plist_dict_set_item(object, "$classname", plist_new_string(name));
-  return object;
-}
-
-/// Numbers of the objects in a record.
-enum RecordObject : uint64_t { kFileObject = 1, kFileClass, kDataObject, kDataClass, kKeyBytes };
-
 }  // namespace
 
 BackupKeys::BackupKeys(const Encryption& encryption) : m_encryption(encryption) {}
@@ -123,14 +108,26 @@ QByteArray BackupKeys::passwordKey() const {
   return stretched(password, derived("salt", {}, kSaltSize), rounds(), EVP_sha1());
 }
 
+quint32 BackupKeys::keybagVersion() const {
+  switch (m_encryption.age) {
+    case Encryption::Age::BeforeIos10:
+      return 3;
+    case Encryption::Age::Ios10:
+      return 4;
+    case Encryption::Age::From102:
+      break;
+  }
+  return 5;
+}
+
 QByteArray BackupKeys::keybag() const {
   const QByteArray wrappingKey = passwordKey();
   QByteArray bag;
-  appendItem(bag, "VERS", 4);
+  appendItem(bag, "VERS", keybagVersion());
   appendItem(bag, "TYPE", 1);
   appendItem(bag, "UUID", derived("keybag", {}, 16));
   appendItem(bag, "HMCK", derived("check", "1") + derived("check", "2", 8));
-  appendItem(bag, "WRAP", 1);
+  appendItem(bag, "WRAP", quint32{0});
   appendItem(bag, "SALT", derived("salt", {}, kSaltSize));
   appendItem(bag, "ITER", quint32(rounds()));
   if (strongRounds() > 0) {
@@ -138,13 +135,12 @@ QByteArray BackupKeys::keybag() const {
     appendItem(bag, "DPIC", quint32(strongRounds()));
     appendItem(bag, "DPSL", derived("first salt", {}, kSaltSize));
   }
-  for (quint32 number = 1; number <= kClasses + 1; ++number) {
-    const bool underPassword = number <= kClasses;
+  for (quint32 number = 1; number <= kClasses; ++number) {
     appendItem(bag, "UUID", derived("class", QByteArray::number(number), 16));
     appendItem(bag, "CLAS", number);
-    appendItem(bag, "WRAP", underPassword ? kUnderPassword | (number % 2) : kUnderDevice);
+    appendItem(bag, "WRAP", number < kFirstOfThisDevice ? kUnderPassword : kUnderPasswordAndDevice);
     appendItem(bag, "KTYP", quint32{0});
-    appendItem(bag, "WPKY", wrapped(underPassword ? wrappingKey : derived("device", {}), classKey(number)));
+    appendItem(bag, "WPKY", wrapped(wrappingKey, classKey(number)));
   }
   return bag;
 }
@@ -154,7 +150,7 @@ QByteArray BackupKeys::key(const QByteArray& name) const {
 }
 
 QByteArray BackupKeys::wrappedKey(const QByteArray& name) const {
-  return wrappedKey(name, 1 + static_cast<unsigned char>(derived("file class", name, 1)[0]) % kClasses);
+  return wrappedKey(name, 1 + static_cast<unsigned char>(derived("file class", name, 1)[0]) % kFileClasses);
 }
 
 QByteArray BackupKeys::wrappedKey(const QByteArray& name, quint32 protectionClass) const {
@@ -189,47 +185,13 @@ void BackupKeys::encryptFile(const QString& path, const QByteArray& name, bool p
   written_file::stamp(path);
 }
 
-QByteArray BackupKeys::record(quint16 mode, quint64 size, const QByteArray& wrapped, bool nested,
-                              qint64 modified, const QByteArray& target) {
-  const plist_t file = plist_new_dict();
-  plist_dict_set_item(file, "$class", reference(kFileClass));
-  plist_dict_set_item(file, "Mode", plist_new_uint(mode));
-  plist_dict_set_item(file, "Size", plist_new_uint(size));
-  if (modified >= 0) plist_dict_set_item(file, "LastModified", plist_new_uint(uint64_t(modified)));
-  const plist_t objects = plist_new_array();
-  plist_array_append_item(objects, plist_new_string("$null"));
-  plist_array_append_item(objects, file);
-  plist_array_append_item(objects, className("MBFile", "NSObject"));
-  if (!wrapped.isEmpty()) {
-    plist_dict_set_item(file, "EncryptionKey", reference(kDataObject));
-    const plist_t data = plist_new_dict();
-    const plist_t bytes = plist_new_data(wrapped.constData(), uint64_t(wrapped.size()));
-    plist_dict_set_item(data, "$class", reference(kDataClass));
-    plist_dict_set_item(data, "NS.data", nested ? reference(kKeyBytes) : bytes);
-    plist_array_append_item(objects, data);
-    plist_array_append_item(objects, className("NSMutableData", "NSData"));
-    if (nested) plist_array_append_item(objects, bytes);
-  }
-  if (!target.isEmpty()) {
-    plist_dict_set_item(file, "Target", reference(plist_array_get_size(objects)));
-    plist_array_append_item(objects, plist_new_string(target.constData()));
-  }
-  const plist_t top = plist_new_dict();
-  plist_dict_set_item(top, "root", reference(kFileObject));
-  const plist_t root = plist_new_dict();
-  plist_dict_set_item(root, "$archiver", plist_new_string("NSKeyedArchiver"));
-  plist_dict_set_item(root, "$objects", objects);
-  plist_dict_set_item(root, "$top", top);
-  plist_dict_set_item(root, "$version", plist_new_uint(100000));
-
-  char* binary = nullptr;
-  uint32_t length = 0;
-  plist_to_bin(root, &binary, &length);
-  plist_free(root);
-  if (!binary) throw std::runtime_error("libplist can't write a file's record");
-  const QByteArray out(binary, int(length));
-  plist_to_bin_free(binary);
-  return out;
+QByteArray BackupKeys::record(quint16 mode, quint64 size, const QByteArray& wrapped, bool nested) {
+  FileRecord record;
+  record.mode = mode;
+  record.size = size;
+  record.wrappedKey = wrapped;
+  record.nestedKey = nested;
+  return archivedRecord(record);
 }
 
 }  // namespace orvandel

@@ -32,34 +32,33 @@ class BackupKeys {
   BackupKeys(const BackupKeys&) = delete;
   BackupKeys& operator=(const BackupKeys&) = delete;
 
+  /// Name under which the key of the manifest itself is derived.
+  static constexpr char kManifestName[] = "Manifest.db";
+
   Encryption::Age age() const { return m_encryption.age; }
 
-  /// The keybag as stored in "Manifest.plist". Classes 1 to 11 are wrapped with the password's key, class 12
-  /// with a key that no password gives.
+  /// The keybag as stored in "Manifest.plist", with the classes 1 to 11, all wrapped with the password's key.
   QByteArray keybag() const;
 
   /// The key of a file or of the manifest. @param name the file's identifier.
   QByteArray key(const QByteArray& name) const;
-  /// Class (4 bytes) and wrapped key (40 bytes).
+  /// Class (4 bytes, little-endian, 1 to 4) and wrapped key (40 bytes).
   QByteArray wrappedKey(const QByteArray& name) const;
-  /// Same as above for a given class, 1 to 12.
+  /// Same as above for any class, also one that the keybag doesn't have.
   QByteArray wrappedKey(const QByteArray& name, quint32 protectionClass) const;
 
   /// Encrypts a file in place. @param padded appends padding; without it the size must be a multiple of 16.
   /// Throws with path and reason.
   void encryptFile(const QString& path, const QByteArray& name, bool padded) const;
 
-  /// The record of a file in "Manifest.db": an object of the keyed archiver as a binary property list.
-  /// @param wrapped empty for an unencrypted file.
-  /// @param nested stores the key's bytes in a separate object.
-  /// @param modified seconds since 1970; -1 for none. @param target of a link; empty for none.
-  static QByteArray record(quint16 mode, quint64 size, const QByteArray& wrapped, bool nested,
-                           qint64 modified = -1, const QByteArray& target = {});
+  /// The record of a file in "Manifest.db" with mode, size and key only; see FileRecord for the parameters.
+  static QByteArray record(quint16 mode, quint64 size, const QByteArray& wrapped, bool nested);
 
  private:
   QByteArray derived(const char* label, const QByteArray& name, int size = 32) const;
   QByteArray classKey(quint32 protectionClass) const;
   QByteArray passwordKey() const;
+  quint32 keybagVersion() const;
   int strongRounds() const;
   int rounds() const;
 

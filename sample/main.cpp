@@ -34,11 +34,30 @@ const NumberOption kNumbers[] = {
     {"seed", "Different seeds give different backups.", &DemoOptions::seed},
 };
 
-/// Parses the options of encryption. @return an error message; null on success.
-QString readEncryption(const QCommandLineParser& parser, DemoOptions& options) {
-  using Age = Encryption::Age;
+using Age = Encryption::Age;
+using Layout = BackupBuilder::Layout;
+
+/// Parses --age. @return an error message; null on success.
+QString readAge(const QCommandLineParser& parser, DemoOptions& options) {
   static const std::map<QString, Age> kAges = {
       {"9", Age::BeforeIos10}, {"10.0", Age::Ios10}, {"10.2", Age::From102}};
+  if (!parser.isSet("age")) return {};
+  const auto age = kAges.find(parser.value("age"));
+  if (age == kAges.end()) return "--age is 9, 10.0 or 10.2, not \"" + parser.value("age") + "\"";
+  const auto layout = age->second == Age::BeforeIos10 ? Layout::Mbdb : Layout::Db;
+  if (parser.isSet("layout") && options.layout != layout)
+    return "--age " + age->first + " doesn't match --layout " + parser.value("layout");
+  // 10.0 and 10.1 are releases of iOS 10.
+  const bool isIos10 = options.ios == 10 && age->second == Age::Ios10;
+  if (options.ios && !isIos10 && iosVersion(options.ios).age != age->second)
+    return "--age " + age->first + " doesn't match --ios " + parser.value("ios");
+  options.age = age->second;
+  options.layout = layout;
+  return {};
+}
+
+/// Parses the options of encryption. @return an error message; null on success.
+QString readEncryption(const QCommandLineParser& parser, DemoOptions& options) {
   if (!parser.isSet("encrypted")) {
     for (const char* name : {"rounds", "age"}) {
       if (parser.isSet(name)) return QString("--%1 requires --encrypted").arg(name);
@@ -51,23 +70,34 @@ QString readEncryption(const QCommandLineParser& parser, DemoOptions& options) {
   options.rounds = parser.value("rounds").toInt(&ok);
   if (!ok || options.rounds < 1)
     return "--rounds takes a number from 1 on, not \"" + parser.value("rounds") + "\"";
-  if (!parser.isSet("age")) return {};
-  const auto age = kAges.find(parser.value("age"));
-  if (age == kAges.end()) return "--age is 9, 10.0 or 10.2, not \"" + parser.value("age") + "\"";
-  options.age = age->second;
-  const auto layout =
-      age->second == Age::BeforeIos10 ? BackupBuilder::Layout::Mbdb : BackupBuilder::Layout::Db;
-  if (parser.isSet("layout") && options.layout != layout)
-    return "--age " + age->first + " doesn't match --layout " + parser.value("layout");
-  options.layout = layout;
+  return readAge(parser, options);
+}
+
+/// Parses --layout and --ios. @return an error message; null on success.
+QString readSystem(const QCommandLineParser& parser, DemoOptions& options) {
+  const QString layout = parser.value("layout");
+  if (layout != "db" && layout != "mbdb") return "--layout is mbdb or db, not \"" + layout + "\"";
+  const auto wanted = layout == "db" ? Layout::Db : Layout::Mbdb;
+  options.layout = wanted;
+  if (!parser.isSet("ios")) return {};
+  bool ok = false;
+  const int ios = parser.value("ios").toInt(&ok);
+  if (!ok || ios < kFirstIos || ios > kLastIos) {
+    return QString("--ios takes a version from %1 to %2, not \"%3\"")
+        .arg(kFirstIos)
+        .arg(kLastIos)
+        .arg(parser.value("ios"));
+  }
+  options.setIos(ios);
+  if (parser.isSet("layout") && options.layout != wanted)
+    return "--ios " + parser.value("ios") + " doesn't match --layout " + layout;
   return {};
 }
 
 /// Parses the options. @return an error message; null on success.
 QString readOptions(const QCommandLineParser& parser, DemoOptions& options) {
-  const QString layout = parser.value("layout");
-  if (layout != "db" && layout != "mbdb") return "--layout is mbdb or db, not \"" + layout + "\"";
-  options.layout = layout == "db" ? BackupBuilder::Layout::Db : BackupBuilder::Layout::Mbdb;
+  const QString problem = readSystem(parser, options);
+  if (!problem.isNull()) return problem;
   constexpr int kMost = 100000000;
   for (const NumberOption& number : kNumbers) {
     const QString text = parser.value(number.name);
@@ -78,6 +108,7 @@ QString readOptions(const QCommandLineParser& parser, DemoOptions& options) {
     }
     options.*number.member = value;
   }
+  options.omitFiles = parser.isSet("omit-files");
   return readEncryption(parser, options);
 }
 
@@ -96,6 +127,15 @@ int main(int argc, char** argv) {
   parser.addVersionOption();
   parser.addPositionalArgument("FOLDER", "The backup's own folder; missing or empty.");
   parser.addOption({"layout", "Format of the manifest: mbdb or db.", "layout", "db"});
+  parser.addOption({"ios",
+                    QString("Write what this version of the system writes, %1 to %2: encryption, manifest, "
+                            "places and columns of stores, HEIC photos, WhatsApp chats.")
+                        .arg(kFirstIos)
+                        .arg(kLastIos),
+                    "N"});
+  parser.addOption({"omit-files",
+                    "Leave no entry without its file, as on devices: omit the entries that have none, and "
+                    "give those of --entries a tiny one."});
   DemoOptions options;
   for (const NumberOption& number : kNumbers) {
     parser.addOption({number.name, number.description, "N", QString::number(options.*number.member)});
@@ -129,7 +169,7 @@ int main(int argc, char** argv) {
     const DemoSummary summary = writeDemoBackup(folder, options);
     std::printf(
         "%s: %lld entries, %d photos, %d messages in %d conversations, %d contacts, %d calls, %d notes\n",
-        qPrintable(folder), static_cast<long long>(summary.entries), options.photos, options.messages,
+        qPrintable(folder), static_cast<long long>(summary.entries), options.photos, summary.messages,
         summary.conversations, options.contacts, summary.calls, summary.notes);
   } catch (const std::exception& error) {
     return complain(QString::fromUtf8(error.what()), kNotWritten);

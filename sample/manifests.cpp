@@ -3,6 +3,7 @@
 #include <QtEndian>
 
 #include "sample/backup_builder.h"
+#include "sample/file_record.h"
 #include "sample/stores.h"
 #include "sample/written_file.h"
 
@@ -44,6 +45,22 @@ QByteArray targetOf(const QString& relativePath) {
   return "/private/var/mobile/" + relativePath.toUtf8();
 }
 
+struct Property {
+  const char* name;
+  QByteArray value;
+};
+
+/// The properties of an entry. Devices add them to pictures of the photo library; the values are any bytes.
+std::vector<Property> propertiesOf(const QString& domain, quint16 mode, const QByteArray& id, quint32 time) {
+  if (domain != "CameraRollDomain" || (mode & kTypeMask) == (BackupBuilder::kDirectory & kTypeMask))
+    return {};
+  QByteArray added(8, '\0');
+  qToLittleEndian(double(time) - 978307200, added.data());  // seconds from 2001-01-01
+  return {{"com.apple.assetsd.UUID", QByteArray::fromHex(id).left(16)},
+          {"com.apple.assetsd.addedDate", added},
+          {"com.apple.assetsd.hidden", QByteArray(1, '\0')}};
+}
+
 int flagsOfMode(quint16 mode) {
   if ((mode & kTypeMask) == (BackupBuilder::kDirectory & kTypeMask)) return 2;
   if ((mode & kTypeMask) == (BackupBuilder::kLink & kTypeMask)) return 4;
@@ -51,6 +68,13 @@ int flagsOfMode(quint16 mode) {
 }
 
 }  // namespace
+
+/// The class under which a device protects a file; 0 for a directory.
+quint32 BackupBuilder::protectionClassOf(const Entry& entry) {
+  if (flagsOfMode(entry.mode) == 2) return 0;
+  if (!entry.wrappedKey.isEmpty()) return qFromLittleEndian<quint32>(entry.wrappedKey.constData());
+  return entry.domain == "HomeDomain" ? 3 : 4;
+}
 
 void BackupBuilder::writeMbdb() const {
   const QString path = m_folder + "/Manifest.mbdb";
@@ -66,7 +90,6 @@ void BackupBuilder::writeMbdb() const {
   quint32 number = 0;
   for (const Entry& entry : m_entries) {
     const bool isLink = flagsOfMode(entry.mode) == 4;
-    const bool isDirectory = flagsOfMode(entry.mode) == 2;
     appendString(out, entry.domain.toUtf8());
     appendString(out, entry.relativePath.toUtf8());
     isLink ? appendString(out, targetOf(entry.relativePath)) : appendAbsent(out);
@@ -80,14 +103,14 @@ void BackupBuilder::writeMbdb() const {
     appendNumber<quint32>(out, kMobileUser);
     for (int i = 0; i < 3; ++i) appendNumber<quint32>(out, time);
     appendNumber<quint64>(out, entry.size);
-    appendNumber<quint8>(out, isDirectory ? 0 : entry.domain == "HomeDomain" ? 3 : 4);
+    appendNumber<quint8>(out, quint8(protectionClassOf(entry)));
 
-    // On devices only pictures of the photo library have properties.
-    const bool hasProperty = !isDirectory && entry.domain == "CameraRollDomain";
-    appendNumber<quint8>(out, hasProperty ? 1 : 0);
-    if (hasProperty) {
-      appendString(out, "com.apple.assetsd.UUID");
-      appendString(out, QByteArray::fromHex(fileId(entry.domain, entry.relativePath).toLatin1()).left(16));
+    const QByteArray id = fileId(entry.domain, entry.relativePath).toLatin1();
+    const std::vector<Property> properties = propertiesOf(entry.domain, entry.mode, id, time);
+    appendNumber<quint8>(out, quint8(properties.size()));
+    for (const Property& property : properties) {
+      appendString(out, property.name);
+      appendString(out, property.value);
     }
     ++number;
     if (out.size() >= kBufferSize) flush(out);
@@ -106,16 +129,25 @@ void BackupBuilder::writeDb(bool wal) const {
       "file BLOB)");
   store.run("CREATE TABLE Properties (key TEXT PRIMARY KEY, value BLOB)");
   store.run("INSERT INTO Properties VALUES (?, ?)", {"salt", QByteArray::fromHex("5b0e9c2f7a61d384")});
-  // Devices use both forms of storing a key's bytes.
-  size_t number = 0;
-  const auto record = [&](const Entry& entry) {
-    const QByteArray target = flagsOfMode(entry.mode) == 4 ? targetOf(entry.relativePath) : QByteArray();
-    const bool nested = number % 2 == 1;
-    return BackupKeys::record(entry.mode, entry.size, entry.wrappedKey, nested, timeOf(number++), target);
+  quint32 number = 0;
+  const auto recordOf = [&](const Entry& entry) {
+    FileRecord record;
+    record.mode = entry.mode;
+    record.size = entry.size;
+    record.wrappedKey = entry.wrappedKey;
+    record.nestedKey = number % 2 == 1;  // both forms occur
+    record.modified = timeOf(number);
+    if (flagsOfMode(entry.mode) == 4) record.target = targetOf(entry.relativePath);
+    record.relativePath = entry.relativePath.isNull() ? QString("") : entry.relativePath;
+    record.inode = kFirstInode + number;
+    record.owner = kMobileUser;
+    record.protectionClass = protectionClassOf(entry);
+    ++number;
+    return archivedRecord(record);
   };
   for (const Entry& entry : m_entries) {
     store.run(kInsert, {fileId(entry.domain, entry.relativePath), entry.domain, entry.relativePath,
-                        flagsOfMode(entry.mode), record(entry)});
+                        flagsOfMode(entry.mode), recordOf(entry)});
   }
   // Created after the rows, which is much faster.
   store.run("CREATE INDEX FilesDomainIdx ON Files(domain)");

@@ -10,6 +10,7 @@ QByteArray exifJpeg(int seed);                                 ///< begins with 
 QByteArray png(int seed, int width = 320, int height = 240);
 QByteArray gif(int seed);
 QByteArray bmp(int seed);
+QByteArray heic(int seed);                  ///< the same picture for every seed
 QByteArray mov(int seed, int size = 4096);  ///< headers of films and sounds, followed by filler
 QByteArray mp4(int seed, int size = 4096);
 QByteArray threeGp(int seed, int size = 4096);

@@ -1,5 +1,9 @@
 #include "sample/plist_writer.h"
 
+#include <plist/plist.h>
+
+#include <stdexcept>
+
 namespace orvandel {
 
 PlistWriter::PlistWriter(Style style) : m_xml(&m_bytes) {
@@ -55,6 +59,20 @@ void PlistWriter::element(const QString& key, const QString& kind, const QString
 QByteArray PlistWriter::finish() {
   m_xml.writeEndDocument();
   return m_bytes;
+}
+
+QByteArray PlistWriter::finishBinary() {
+  const QByteArray xml = finish();
+  plist_t root = nullptr;
+  plist_from_xml(xml.constData(), uint32_t(xml.size()), &root);
+  char* binary = nullptr;
+  uint32_t length = 0;
+  if (root) plist_to_bin(root, &binary, &length);
+  plist_free(root);
+  if (!binary) throw std::runtime_error("libplist can't convert a property list");
+  const QByteArray out(binary, int(length));
+  plist_to_bin_free(binary);
+  return out;
 }
 
 void PlistWriter::writeKey(const QString& key) {

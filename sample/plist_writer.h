@@ -36,6 +36,9 @@ class PlistWriter {
 
   /// Ends the list. Nothing may be added afterwards. @return the file in UTF-8.
   QByteArray finish();
+  /// Same as finish(). @return the file in binary form. Throws std::runtime_error when libplist can't convert
+  /// it, such as for a date in another format than ISO 8601.
+  QByteArray finishBinary();
 
  private:
   void writeKey(const QString& key);

@@ -79,17 +79,46 @@ class ContactsStore : public SampleStore {
 /// SMS and iMessage.
 class MessageStore : public SampleStore {
  public:
-  explicit MessageStore(const QString& path, bool wal = false);
+  /// A message with what later systems know of it. Columns that the store doesn't have are left out.
+  struct Message {
+    qint64 handle = 0;  ///< 0 for an own message in a group
+    QString text;       ///< a null text is stored as NULL
+    qint64 date = 0;    ///< as stored: seconds or nanoseconds from 2001-01-01
+    bool fromMe = false;
+    std::vector<qint64> chats;  ///< a row is added to chat_message_join for each
+    QByteArray attributedBody;  ///< stored as NULL if empty
+    QString associatedGuid;     ///< of the message that a tapback is for, with "p:0/"; null for none
+    int associatedType = 0;     ///< 2000 to 2005 for a tapback, 3000 to 3005 for one taken back
+    int associatedLength = 0;   ///< of the text that the tapback is for
+    QString threadGuid;         ///< of the message that is answered; null for none
+    qint64 dateEdited = 0, dateRetracted = 0;
+  };
+
+  /// @param ios major version of the system whose columns the tables have; 0 for those of iOS 9 with an empty
+  /// attributedBody.
+  explicit MessageStore(const QString& path, bool wal = false, int ios = 0);
   qint64 addHandle(const QString& id, const QString& service = "iMessage");  ///< @return its row id
-  qint64 addChat(const QString& identifier);                                 ///< @return its row id
-  /// @param date as stored: seconds or nanoseconds from 2001-01-01. A null text is stored as NULL.
-  /// @param chats a row is added to chat_message_join for each. @return the message's row id.
+  /// @param displayName of a group, null for none. @return its row id.
+  qint64 addChat(const QString& identifier, const QString& displayName = {});
+  /// Adds a handle to a chat. addMessage() does it for the chats of a message.
+  void addMember(qint64 chat, qint64 handle);
+  /// Same as below for a plain message. @return the message's row id.
   qint64 addMessage(qint64 handle, const QString& text, qint64 date, bool fromMe,
                     const std::vector<qint64>& chats);
+  /// @return the message's row id.
+  qint64 addMessage(const Message& message);
   /// Attaches a file to a message. @param path begins with "~/Library/SMS/Attachments/".
   void addAttachment(qint64 message, const QString& path, const QString& mimeType, qint64 size);
 
+  /// The GUID of the message added as number `count`, the first is 1.
+  static QString messageGuid(int count);
+  /// The GUID of the attachment with a path, as addAttachment() stores it.
+  static QString attachmentGuid(const QString& path);
+  /// Number of messages added so far.
+  int messageCount() const { return m_messages; }
+
  private:
+  int m_ios;
   std::map<qint64, QString> m_services;               // by handle
   std::set<std::pair<qint64, qint64>> m_chatHandles;  // handles already in a chat
   int m_messages = 0;
@@ -98,11 +127,15 @@ class MessageStore : public SampleStore {
 /// Call log with ZCALLRECORD, for both locations.
 class CallStore : public SampleStore {
  public:
-  explicit CallStore(const QString& path, bool wal = false);
+  /// @param early adds the table `call`, in which systems before iOS 8 have their calls, with the same calls.
+  explicit CallStore(const QString& path, bool wal = false, bool early = false);
   /// @param date seconds from 2001-01-01. @param duration may have a fraction. A null address is stored as
   /// NULL.
   /// @param originated 1 for an outgoing call.
   void add(int answered, double duration, const QString& address, double date, int originated = 0);
+
+ private:
+  bool m_early;
 };
 
 /// Notes with ZNOTE and ZNOTEBODY.
@@ -116,13 +149,16 @@ class NotesStore : public SampleStore {
 /// Notes with ZICCLOUDSYNCINGOBJECT.
 class NotesCloudStore : public SampleStore {
  public:
-  explicit NotesCloudStore(const QString& path, bool wal = false);
-  /// @param date1 value of ZCREATIONDATE1, seconds from 2001-01-01, or null.
-  void add(const QVariant& date1, const QString& title, const QString& snippet);
+  /// @param ios major version of the system whose columns the tables have; 0 for the common ones.
+  explicit NotesCloudStore(const QString& path, bool wal = false, int ios = 0);
+  /// @param date1 value of ZCREATIONDATE1, seconds from 2001-01-01, or null; ZCREATIONDATE3 has it as well
+  /// where there is such a column. @param text the whole note, which is stored compressed; null for none.
+  void add(const QVariant& date1, const QString& title, const QString& snippet, const QString& text = {});
   /// Adds the rows for an account and a folder, which are in the same table; later notes are in that folder.
   void addFolder(const QString& name);
 
  private:
+  int m_ios;
   QVariant m_folder, m_account;  // row ids, null before addFolder()
 };
 
