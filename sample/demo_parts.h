@@ -42,6 +42,9 @@ inline QString unknownNumber(int index) {
 void addMessages(BackupBuilder& backup, const DemoOptions& options, const People& people,
                  const std::vector<SampleAttachment>& attachments, DemoSummary& summary);
 
+/// WhatsApp's chats and the files of their media, for options with a version of the system.
+void addChats(BackupBuilder& backup, const DemoOptions& options);
+
 /// All stores: contacts, messages, calls, notes, and chats with --ios.
 void addStores(BackupBuilder& backup, const DemoOptions& options,
                const std::vector<SampleAttachment>& attachments, DemoSummary& summary);

@@ -109,6 +109,7 @@ void addStores(BackupBuilder& backup, const DemoOptions& options,
   addMessages(backup, options, people, attachments, summary);
   summary.calls = addCalls(backup, options, people);
   summary.notes = addNotes(backup, options);
+  if (options.ios) addChats(backup, options);
 }
 
 }  // namespace orvandel
