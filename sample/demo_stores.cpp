@@ -11,6 +11,7 @@ namespace {
 using Layout = BackupBuilder::Layout;
 
 constexpr int kCalls = 60;
+constexpr qint64 kDistance = kDateSpan / kCalls;  // between calls, in seconds
 
 void addContacts(BackupBuilder& backup, const DemoOptions& options, const People& people) {
   const bool isNew = options.layout == Layout::Db;
@@ -50,7 +51,7 @@ int addCalls(BackupBuilder& backup, const DemoOptions& options, const People& pe
   for (int i = 0; i < kCalls; ++i) {
     const Outcome& outcome = kOutcomes[size_t(i) % std::size(kOutcomes)];
     const double duration = outcome.hasDuration ? random.between(1, 40000) / 8.0 : 0.0;
-    const double date = double(kFirstDate + kDateSpan / kCalls * i) + random.below(86400 * 4) / 4.0;
+    const double date = double(kFirstDate + kDistance * i) + random.below(86400 * 4) / 4.0;
     const QString address = callAddress(i, people, random);
     store.add(outcome.answered, duration, address, date, outcome.originated);
   }

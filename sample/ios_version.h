@@ -5,7 +5,6 @@ namespace orvandel {
 
 /// A release of the system, and what a backup made by it says about itself.
 struct IosVersion {
-  int major;
   const char *productVersion, *buildVersion;
   const char *productType, *productName, *udid;
   const char* backupDate;            ///< ISO 8601, UTC
@@ -13,7 +12,8 @@ struct IosVersion {
   const char* statusVersion;         ///< of "Status.plist"
   const char* systemDomainsVersion;  ///< of "Manifest.plist"
   const char* desktopVersion;        ///< "iTunes Version" of "Info.plist"
-  Encryption::Age age;               ///< the format of its keybag and manifest
+  int major;
+  Encryption::Age age;  ///< the format of its keybag and manifest
 };
 
 constexpr int kFirstIos = 5;

@@ -40,7 +40,8 @@ TEST_P(ChosenVersion, IsTheSameOnEveryRun) {
            {}, {"--encrypted", "secret", "--rounds", "20"}, {"--omit-files"}}) {
     const std::string strName = "backup" + std::to_string(more.size());
     for (const char* pszRun : {"one/", "two/"}) {
-      std::vector<std::string> arguments = {folder.Path(pszRun + strName), "--ios", strIos};
+      std::vector<std::string> arguments = {
+          folder.Path(pszRun + strName), "--ios", strIos, "--photos", "12", "--messages", "200"};
       arguments.insert(arguments.end(), more.begin(), more.end());
       ASSERT_EQ(0, RunSample(arguments).nExitStatus);
     }
