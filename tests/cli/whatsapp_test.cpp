@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "backup/scan.h"
 #include "tests/cli/any_backup.h"
 #include "tests/cli/recovery_output.h"
 #include "tests/extract/whatsapp_store.h"
@@ -187,6 +188,35 @@ TEST_F(WhatsAppCommand, NamesThatArePathsStayInTheDestination) {
   EXPECT_THAT(result.LastLine(), HasSubstr(" 0 failed"));
   EXPECT_EQ(6u * 3 + 1, Succeeded(result, Out()).size());
   EXPECT_THAT(NamesIn(m_folder.Path()), UnorderedElementsAre("backup", "out"));
+}
+
+TEST_F(WhatsAppCommand, ScanOfTheWindowLeavesTheListEmpty) {
+  WriteStore(Reserve(kToday), "hello");
+  Builder().finish();
+  __BACK_FILE_INFO__ info = InfoOf(Backup());
+  CIphoneBackupFile session;
+  BackupRecords records(session.GetMessageMap());
+  std::unique_ptr<IPhoneRecoveryParse> pParser;
+
+  ScanBackup(info, session, pParser, records, ScanSteps());
+
+  EXPECT_TRUE(records.m_mapWhatsApp.empty());
+  EXPECT_TRUE(session.GetWhatsAppMap().empty());
+}
+
+TEST_F(WhatsAppCommand, MarkupIsWrittenAsItIsBehindThePolicyOfThePage) {
+  const std::string strMarkup = "</div><script>alert(1)</script><img src=x onerror=alert(1)>";
+  WhatsAppTestStore store(Reserve(kToday));
+  store.AddMessage(store.AddPerson(kAnna, "<b>Anna</b>"), 0, QString::fromStdString(strMarkup));
+  store.close();
+  Builder().finish();
+
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out()});
+
+  EXPECT_EQ(0, result.nExitStatus) << result.strErr;
+  const std::string strPage = ReadFile(PathEndingWith(result, ".html"));
+  EXPECT_THAT(strPage, AllOf(HasSubstr(strMarkup), HasSubstr("Content-Security-Policy")));
+  EXPECT_LT(strPage.find("Content-Security-Policy"), strPage.find("<b>Anna</b>"));
 }
 
 TEST_F(WhatsAppCommand, IndexListsTheChats) {
