@@ -18,7 +18,8 @@ constexpr int64_t kUnseen = -2;  // the entry of a file isn't read yet
 /// The identifier of a file. @return false for a path that doesn't end in one.
 bool IdentifierOf(const std::u16string& wstrPath, IdentifierBytes& id) {
   const std::u16string wstrName = wstrPath.substr(wstrPath.rfind(u'/') + 1);
-  return ParseIdentifier(std::string(wstrName.begin(), wstrName.end()), id);
+  const bool bAscii = std::all_of(wstrName.begin(), wstrName.end(), [](char16_t n) { return n < 0x80; });
+  return bAscii && ParseIdentifier(std::string(wstrName.begin(), wstrName.end()), id);
 }
 
 }  // namespace

@@ -47,7 +47,7 @@ class StoreQuery {
   int Integer(int nColumn) const;
   /// Same as Integer with all 64 bits.
   int64_t Integer64(int nColumn) const;
-  /// Column of the current row as a real number; 0 for anything else.
+  /// Column of the current row as a real number, converted by SQLite; 0 for NULL.
   double Real(int nColumn) const;
   bool IsNull(int nColumn) const;
   /// The bytes of a column of the current row, valid until the next call. Text is in UTF-8.
@@ -94,6 +94,8 @@ class StoreTable {
   bool Exists() const { return !m_columns.empty(); }
   /// @param pszColumn its name; case doesn't matter, as in SQL.
   bool Has(const char* pszColumn) const;
+  /// The column for a statement: its name, or "NULL" if the table doesn't have it.
+  std::string Column(const char* pszColumn) const { return Has(pszColumn) ? pszColumn : "NULL"; }
 
  private:
   std::vector<std::string> m_columns;

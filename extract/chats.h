@@ -14,7 +14,7 @@ struct __WHATSAPP_MESSAGE__ {
   int32_t nReserved2 = 0;
   int32_t nReserved3 = 0;
   std::string strDate;
-  std::string strName;  ///< of the writer of this message
+  std::string strName;  ///< of the writer of this message; see WhatsAppChatReader for the owner's
   std::string strContent;
   std::string strPhone;     ///< of the writer of this message
   std::string strChatName;  ///< of the partner, or a comma-separated list for a group
@@ -30,7 +30,7 @@ using WhatsAppMap = std::map<unsigned int, std::vector<__WHATSAPP_MESSAGE__>>;
 
 }  // namespace orvandel
 
-/// Records for a complete reader; not filled by anything yet.
+/// Records of the interface that nothing fills.
 struct __WHATSAPP_CONTENT__ {
   int32_t nFirst = 0, nSecond = 0, nThird = 0;
   std::string strFirst, strSecond, strThird;

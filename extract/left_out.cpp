@@ -6,10 +6,6 @@ namespace orvandel {
 
 namespace {
 
-bool IsValid(const std::string& strPath, const char* pszStatement) {
-  return StoreQuery(strPath, pszStatement, StoreQuery::Failure::Expected).ColumnCount() > 0;
-}
-
 /// The result of a statement that counts.
 uint64_t Count(const std::string& strPath, const std::string& strStatement) {
   StoreQuery query(strPath, strStatement.c_str(), StoreQuery::Failure::Expected);
@@ -18,20 +14,19 @@ uint64_t Count(const std::string& strPath, const std::string& strStatement) {
 
 /// A column that not every store has, and what it adds to a condition.
 struct OptionalColumn {
-  const char* pszProbe;
+  const char* pszColumn;
   const char* pszTerm;
 };
 
 // What makes a message one with content.
 constexpr OptionalColumn kContents[] = {
-    {"select attributedBody from message", " or attributedBody is not null"},
-    {"select cache_has_attachments from message", " or cache_has_attachments = 1"},
+    {"attributedBody", " or attributedBody is not null"},
+    {"cache_has_attachments", " or cache_has_attachments = 1"},
 };
 
 // 2000 to 3007: reactions and their removal.
 constexpr OptionalColumn kNotAReaction = {
-    "select associated_message_type from message",
-    " and not coalesce(associated_message_type between 2000 and 3007, 0)"};
+    "associated_message_type", " and not coalesce(associated_message_type between 2000 and 3007, 0)"};
 
 // The complement of the joins of the message reader.
 constexpr char kInNoConversation[] =
@@ -45,12 +40,13 @@ constexpr char kNotesWithBody[] =
 }  // namespace
 
 uint64_t CountMessagesWithoutSender(const std::string& strPath) {
+  const StoreTable table(strPath, "message");
   std::string strStatement = "select count(*) from message where (text <> ''";
   for (const OptionalColumn& column : kContents) {
-    if (IsValid(strPath, column.pszProbe)) strStatement += column.pszTerm;
+    if (table.Has(column.pszColumn)) strStatement += column.pszTerm;
   }
   strStatement += ')';
-  if (IsValid(strPath, kNotAReaction.pszProbe)) strStatement += kNotAReaction.pszTerm;
+  if (table.Has(kNotAReaction.pszColumn)) strStatement += kNotAReaction.pszTerm;
   return Count(strPath, strStatement + kInNoConversation);
 }
 

@@ -7,6 +7,16 @@
 
 namespace orvandel {
 
+/// Hashes numbers from a backup with a random seed. With the standard hash, which is the number itself, a
+/// store could be made whose numbers all collide, and reading it would take hours.
+struct NumberHash {
+  size_t operator()(int64_t nNumber) const;
+};
+
+/// A hash table by numbers from a backup.
+template <typename Value>
+using NumberMap = std::unordered_map<int64_t, Value, NumberHash>;
+
 /// Maps the row numbers of a table to indexes. Numbers of a phone's tables are small and dense, and are
 /// looked up in an array; any others in a hash table.
 class NumberIndex {
@@ -37,7 +47,7 @@ class NumberIndex {
   static bool IsSmall(int64_t nNumber) { return nNumber >= 0 && nNumber < (1 << 20); }
 
   std::vector<uint32_t> m_small;  // by number
-  std::unordered_map<int64_t, uint32_t> m_large;
+  NumberMap<uint32_t> m_large;
 };
 
 }  // namespace orvandel

@@ -27,8 +27,8 @@ using Number = WhatsAppPeople::Number;
 constexpr double kAppleEpoch = 978307200;  // seconds from 1970-01-01 to 2001-01-01
 constexpr char kStatusUpdates[] = "status@broadcast";
 
-// The places of the store, the most recent first: today's, that of early versions, and that of the app for
-// businesses.
+// The places of the store, in order of preference: that of current versions, that of early ones, and that of
+// the app for businesses.
 constexpr const char* kStoreNames[] = {
     "AppDomainGroup-group.net.whatsapp.WhatsApp.shared-ChatStorage.sqlite",
     "AppDomain-net.whatsapp.WhatsApp-Documents/ChatStorage.sqlite",
@@ -38,17 +38,13 @@ constexpr const char* kStoreNames[] = {
 constexpr size_t kAhead = 16;      // messages
 constexpr size_t kCacheLine = 64;  // bytes
 
-/// Expression for a column that only some versions have.
-std::string OptionalColumn(const StoreTable& table, const char* pszName) {
-  return table.Has(pszName) ? pszName : "NULL";
-}
-
 /// A row of ZWACHATSESSION.
 struct Session {
   std::string strAddress;
   std::string strSubject;  // partner's name, or subject of a group
   bool bGroup = false;
   bool bLeftOut = false;
+  bool bUnknown = false;                      // only messages refer to it
   Number nPartner = WhatsAppPeople::kNobody;  // of a chat with one person
 };
 
@@ -97,14 +93,14 @@ class StoreReading {
   void ReadSessions() {
     const StoreTable table(m_strPath, "ZWACHATSESSION");
     if (!table.Has("Z_PK")) return;
-    const std::string strStatement = "SELECT Z_PK, " + OptionalColumn(table, "ZCONTACTJID") + ", " +
-                                     OptionalColumn(table, "ZPARTNERNAME") + ", " +
-                                     OptionalColumn(table, "ZGROUPINFO") + " FROM ZWACHATSESSION";
+    const std::string strStatement = "SELECT Z_PK, " + table.Column("ZCONTACTJID") + ", " +
+                                     table.Column("ZPARTNERNAME") + ", " + table.Column("ZGROUPINFO") +
+                                     " FROM ZWACHATSESSION";
     StoreQuery query(m_strPath, strStatement.c_str());
     while (query.Next()) {
       Session session;
       session.strAddress = query.Narrow(kAddress);
-      session.strSubject = query.Narrow(kPartnerName);
+      session.strSubject = ShortenedName(query.Narrow(kPartnerName));
       session.bGroup = !query.IsNull(kGroupInfo) || IsGroupAddress(session.strAddress);
       session.bLeftOut = session.strAddress == kStatusUpdates;
       if (!session.bGroup) session.nPartner = m_people.Add(session.strAddress, session.strSubject);
@@ -123,10 +119,10 @@ class StoreReading {
 
   std::string MessageStatement() const {
     const StoreTable table(m_strPath, "ZWAMESSAGE");
-    std::string strStatement = "SELECT " + OptionalColumn(table, "Z_PK");
+    std::string strStatement = "SELECT " + table.Column("Z_PK");
     for (const char* pszColumn : {"ZCHATSESSION", "ZISFROMME", "ZMESSAGEDATE", "ZTEXT", "ZMESSAGETYPE",
                                   "ZGROUPEVENTTYPE", "ZGROUPMEMBER", "ZFROMJID", "ZPUSHNAME"})
-      strStatement += ", " + OptionalColumn(table, pszColumn);
+      strStatement += ", " + table.Column(pszColumn);
     return strStatement + " FROM ZWAMESSAGE";
   }
 
@@ -135,19 +131,20 @@ class StoreReading {
     while (query.Next()) {
       const int64_t nSession = query.Integer64(kChat);
       const uint32_t nChat = m_numbers.Find(nSession);
-      Chat& chat = nChat == NumberIndex::kNone ? AddChat(nSession, UnknownSession(query)) : m_chats[nChat];
-      if (!chat.session.bLeftOut) AddMessage(query, chat);
+      Chat& chat = nChat == NumberIndex::kNone ? AddChat(nSession, UnknownSession()) : m_chats[nChat];
+      if (!IsLeftOut(query, chat.session)) AddMessage(query, chat);
     }
+    m_people.SpreadPushNames();
   }
 
-  /// A session that its message refers to, but that the store doesn't have.
-  Session UnknownSession(const StoreQuery& query) {
+  static Session UnknownSession() {
     Session session;
-    const std::string strSender = query.Narrow(kSender);
-    session.bGroup = IsGroupAddress(strSender);
-    session.bLeftOut = strSender == kStatusUpdates;
-    session.nPartner = m_people.OfAddress(strSender);
+    session.bUnknown = true;
     return session;
+  }
+
+  static bool IsLeftOut(const StoreQuery& query, const Session& session) {
+    return session.bLeftOut || (session.bUnknown && query.Narrow(kSender) == kStatusUpdates);
   }
 
   void AddMessage(const StoreQuery& query, Chat& chat) {
@@ -156,26 +153,32 @@ class StoreReading {
     row.dDate = query.IsNull(kSeconds) ? -std::numeric_limits<double>::infinity() : query.Real(kSeconds);
     row.nFromMe = query.Integer(kFromMe);
     row.nWriter = row.nFromMe != 0 ? WhatsAppPeople::kNobody : WriterOf(query, chat.session);
-    row.text = m_texts.Add(TextOf(query, row.nRow));
+    row.text = m_texts.Add(TextOf(query));
     chat.rows.push_back(row);
   }
 
-  std::string TextOf(const StoreQuery& query, int64_t nRow) const {
+  std::string TextOf(const StoreQuery& query) {
     const auto number = [&](int nColumn) {
       return query.IsNull(nColumn) ? std::nullopt : std::optional<int>(query.Integer(nColumn));
     };
     std::string strText = query.Narrow(kText);
     const std::optional<int> type = number(kType);
     if (!strText.empty() && type != kWhatsAppGroupEvent) return strText;
-    return WhatsAppText(strText, type, number(kEvent), m_media.Of(nRow));
+    const WhatsAppMedia media = query.IsNull(kRow) ? WhatsAppMedia() : m_media.Take(query.Integer64(kRow));
+    return WhatsAppText(strText, type, number(kEvent), media);
   }
 
-  Number WriterOf(const StoreQuery& query, const Session& session) {
+  Number WriterOf(const StoreQuery& query, Session& session) {
     Number nWriter = session.nPartner;
     if (session.bGroup && !query.IsNull(kMember)) nWriter = m_people.OfMember(query.Integer64(kMember));
-    if (nWriter == WhatsAppPeople::kNobody) nWriter = m_people.OfAddress(query.Narrow(kSender));
-    if (nWriter != WhatsAppPeople::kNobody && m_people.IsNameless(nWriter))
-      m_people.AddPushName(nWriter, query.Narrow(kPushName));
+    if (session.bUnknown || nWriter == WhatsAppPeople::kNobody)
+      nWriter = m_people.OfAddress(query.Narrow(kSender));
+    // A session of which nothing is known is named by the first who wrote in it. Messages without any session
+    // have nothing in common.
+    if (session.bUnknown && session.nPartner == WhatsAppPeople::kNobody && !query.IsNull(kChat))
+      session.nPartner = nWriter;
+    if (nWriter == WhatsAppPeople::kNobody) return m_people.OfPushName(query.Narrow(kPushName));
+    if (m_people.IsNameless(nWriter)) m_people.AddPushName(nWriter, query.Narrow(kPushName));
     return nWriter;
   }
 
@@ -204,7 +207,7 @@ class StoreReading {
     messages.reserve(chat.rows.size());
     for (size_t i = 0; i < chat.rows.size(); ++i) {
       const MessageRow& row = chat.rows[i];
-      // The texts of a chat are scattered over the arena: without this, each would be waited for.
+      // The texts of a chat are scattered over the arena: each would be a cache miss.
       if (i + kAhead < chat.rows.size()) Prefetch(chat.rows[i + kAhead].text);
       const bool bFromMe = row.nFromMe != 0;
       const Number nParty = bFromMe ? chat.session.nPartner : row.nWriter;

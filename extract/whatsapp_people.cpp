@@ -1,10 +1,10 @@
 #include "extract/whatsapp_people.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string_view>
 
 #include "common/store.h"
+#include "common/text.h"
 
 namespace orvandel {
 
@@ -16,34 +16,44 @@ bool EndsWith(const std::string& strText, std::string_view end) {
 
 /// The number in a person's address. A device of the person follows a ":".
 std::string PhoneIn(const std::string& strAddress) {
-  return IsGroupAddress(strAddress) ? std::string() : strAddress.substr(0, strAddress.find_first_of("@:"));
+  static constexpr size_t kLongest = 32;  // real ones have at most 15 digits
+  if (IsGroupAddress(strAddress)) return {};
+  return strAddress.substr(0, std::min(kLongest, strAddress.find_first_of("@:")));
 }
 
-/// Tells names from the base64 text that newer stores have instead.
-bool LooksLikeAName(const std::string& strText) {
-  static constexpr char kOnlyEncoded[] = "0123456789+/=";
-  const auto isControl = [](char n) { return static_cast<unsigned char>(n) < 0x20 || n == 0x7F; };
-  if (strText.empty() || std::any_of(strText.begin(), strText.end(), isControl)) return false;
-  bool bSuspect = false;
-  for (const char n : strText) {
-    const bool bLetter = (n >= 'A' && n <= 'Z') || (n >= 'a' && n <= 'z');
-    if (!bLetter && !strchr(kOnlyEncoded, n)) return true;  // not base64
-    bSuspect = bSuspect || !bLetter;
+/// True for the base64 text that newer stores have in place of a push name, as far as it can be told from a
+/// name.
+bool LooksEncoded(const std::string& strText) {
+  static constexpr size_t kShortest = 8;
+  bool bDigit = false, bInnerCapital = false;
+  for (size_t i = 0; i < strText.size(); ++i) {
+    const char n = strText[i];
+    const bool bCapital = n >= 'A' && n <= 'Z', bSign = n == '+' || n == '/' || n == '=';
+    const bool bNumber = n >= '0' && n <= '9';
+    if (!bCapital && !bSign && !bNumber && !(n >= 'a' && n <= 'z')) return false;
+    bDigit = bDigit || bNumber || bSign;
+    bInnerCapital = bInnerCapital || (bCapital && i > 0);
   }
-  return !bSuspect;
+  const bool bPadded = !strText.empty() && strText.back() == '=';
+  return strText.size() >= kShortest && strText.size() % 4 == 0 && (bPadded || (bDigit && bInnerCapital));
 }
 
-/// Cuts a name at a length that no real one has, since it is repeated in each message of its owner.
-std::string Shortened(std::string strName) {
-  static constexpr size_t kLongest = 1000;  // bytes
-  if (strName.size() <= kLongest) return strName;
-  size_t nEnd = kLongest;
-  while (nEnd > 0 && (strName[nEnd] & 0xC0) == 0x80) --nEnd;  // not within a character
-  strName.resize(nEnd);
-  return strName;
+bool LooksLikeAName(const std::string& strText) {
+  const auto isControl = [](char n) { return static_cast<unsigned char>(n) < 0x20 || n == 0x7F; };
+  return !strText.empty() && !std::any_of(strText.begin(), strText.end(), isControl) &&
+         !LooksEncoded(strText);
 }
 
 }  // namespace
+
+std::string ShortenedName(std::string strName) {
+  static constexpr size_t kLongest = 400;  // bytes: a subject has at most 100 characters
+  if (strName.size() <= kLongest) return strName;
+  size_t nEnd = kLongest;
+  while (NarrowIsUtf8() && nEnd > 0 && (strName[nEnd] & 0xC0) == 0x80) --nEnd;  // not within a character
+  strName.resize(nEnd);
+  return strName;
+}
 
 bool IsGroupAddress(const std::string& strAddress) {
   return EndsWith(strAddress, "@g.us");
@@ -59,19 +69,17 @@ void WhatsAppPeople::ReadPushNames(const std::string& strPath) {
   if (!table.Has("ZJID") || !table.Has("ZPUSHNAME")) return;
   StoreQuery query(strPath, "SELECT ZJID, ZPUSHNAME FROM ZWAPROFILEPUSHNAME");
   while (query.Next()) {
-    std::string strName = query.Narrow(1);
-    if (!strName.empty()) m_pushNames.emplace(query.Narrow(0), std::move(strName));
+    const std::string strAddress = query.Narrow(0), strName = query.Narrow(1);
+    if (!strAddress.empty() && !strName.empty()) m_pushNames.emplace(strAddress, ShortenedName(strName));
   }
 }
 
 void WhatsAppPeople::ReadMembers(const std::string& strPath) {
   const StoreTable table(strPath, "ZWAGROUPMEMBER");
   if (!table.Has("Z_PK") || !table.Has("ZMEMBERJID")) return;
-  const auto column = [&](const char* pszName) {
-    return std::string(", ") + (table.Has(pszName) ? pszName : "NULL");
-  };
-  const std::string strStatement = "SELECT Z_PK, ZMEMBERJID" + column("ZCHATSESSION") +
-                                   column("ZCONTACTNAME") + column("ZFIRSTNAME") + " FROM ZWAGROUPMEMBER";
+  const std::string strStatement = "SELECT Z_PK, ZMEMBERJID, " + table.Column("ZCHATSESSION") + ", " +
+                                   table.Column("ZCONTACTNAME") + ", " + table.Column("ZFIRSTNAME") +
+                                   " FROM ZWAGROUPMEMBER";
   StoreQuery query(strPath, strStatement.c_str());
   while (query.Next()) {
     std::string strName = query.Narrow(3);
@@ -83,12 +91,9 @@ void WhatsAppPeople::ReadMembers(const std::string& strPath) {
 }
 
 WhatsAppPeople::Number WhatsAppPeople::Add(const std::string& strAddress, const std::string& strName) {
-  Person person{Shortened(PhoneIn(strAddress)), Shortened(strName), !strName.empty()};
+  Person person{strAddress, PhoneIn(strAddress), ShortenedName(strName)};
   const auto itPushName = m_pushNames.find(strAddress);
-  if (!person.bNamed && itPushName != m_pushNames.end()) {
-    person.strName = Shortened(itPushName->second);
-    person.bNamed = true;
-  }
+  if (person.strName.empty() && itPushName != m_pushNames.end()) person.strName = itPushName->second;
   m_people.push_back(std::move(person));
   return static_cast<Number>(m_people.size() - 1);
 }
@@ -97,6 +102,13 @@ WhatsAppPeople::Number WhatsAppPeople::OfAddress(const std::string& strAddress) 
   if (strAddress.empty() || IsGroupAddress(strAddress)) return kNobody;
   const auto [it, bNew] = m_byAddress.try_emplace(strAddress, kNobody);
   if (bNew) it->second = Add(strAddress, {});
+  return it->second;
+}
+
+WhatsAppPeople::Number WhatsAppPeople::OfPushName(const std::string& strPushName) {
+  if (!LooksLikeAName(strPushName)) return kNobody;
+  const auto [it, bNew] = m_byPushName.try_emplace(strPushName, kNobody);
+  if (bNew) it->second = Add({}, strPushName);
   return it->second;
 }
 
@@ -113,14 +125,22 @@ const std::vector<WhatsAppPeople::Number>& WhatsAppPeople::Members(int64_t nSess
 
 void WhatsAppPeople::AddPushName(Number nPerson, const std::string& strPushName) {
   Person& person = m_people[nPerson];
-  if (nPerson == kNobody || person.bNamed || !LooksLikeAName(strPushName)) return;
-  person.strName = Shortened(strPushName);
-  person.bNamed = true;
+  if (nPerson == kNobody || !person.strName.empty() || !LooksLikeAName(strPushName)) return;
+  person.strName = ShortenedName(strPushName);
+  if (!person.strAddress.empty()) m_pushNames.emplace(person.strAddress, person.strName);
+}
+
+void WhatsAppPeople::SpreadPushNames() {
+  for (Person& person : m_people) {
+    if (!person.strName.empty() || person.strAddress.empty()) continue;
+    const auto it = m_pushNames.find(person.strAddress);
+    if (it != m_pushNames.end()) person.strName = it->second;
+  }
 }
 
 const std::string& WhatsAppPeople::NameOf(Number nPerson) const {
   const Person& person = m_people[nPerson];
-  return person.bNamed ? person.strName : person.strPhone;
+  return person.strName.empty() ? person.strPhone : person.strName;
 }
 
 }  // namespace orvandel

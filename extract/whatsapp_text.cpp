@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "common/store.h"
 
@@ -9,7 +10,7 @@ namespace orvandel {
 
 namespace {
 
-/// A type of message, and what stands for one without a text.
+/// A type of message, and what is shown for one without a text.
 struct MessageKind {
   int nType;
   const char* pszMark;
@@ -77,7 +78,7 @@ WhatsAppMediaItems::WhatsAppMediaItems(const std::string& strPath) {
   if (!table.Has("ZMESSAGE")) return;
   std::string strStatement = "SELECT ZMESSAGE";
   for (const char* pszColumn : {"ZMEDIALOCALPATH", "ZTITLE", "ZVCARDNAME", "ZVCARDSTRING"})
-    strStatement.append(", ").append(table.Has(pszColumn) ? pszColumn : "NULL");
+    strStatement += ", " + table.Column(pszColumn);
   StoreQuery query(strPath, (strStatement + " FROM ZWAMEDIAITEM").c_str());
   while (query.Next()) {
     if (query.IsNull(0)) continue;
@@ -92,10 +93,12 @@ WhatsAppMediaItems::WhatsAppMediaItems(const std::string& strPath) {
   }
 }
 
-const WhatsAppMedia& WhatsAppMediaItems::Of(int64_t nMessage) const {
-  static const WhatsAppMedia kNone;
+WhatsAppMedia WhatsAppMediaItems::Take(int64_t nMessage) {
   const auto it = m_items.find(nMessage);
-  return it == m_items.end() ? kNone : it->second;
+  if (it == m_items.end()) return {};
+  WhatsAppMedia media = std::move(it->second);
+  m_items.erase(it);
+  return media;
 }
 
 std::string WhatsAppText(const std::string& strText, std::optional<int> type, std::optional<int> event,

@@ -2,7 +2,8 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <unordered_map>
+
+#include "extract/number_index.h"
 
 namespace orvandel {
 
@@ -19,16 +20,16 @@ class WhatsAppMediaItems {
   /// Reads what the store has of the table and its columns. @param strPath narrow path of the store.
   explicit WhatsAppMediaItems(const std::string& strPath);
 
-  /// @return an empty one if the message carries nothing.
-  const WhatsAppMedia& Of(int64_t nMessage) const;
+  /// The item of a message; each is returned once only. @return an empty one if there is none.
+  WhatsAppMedia Take(int64_t nMessage);
 
  private:
-  std::unordered_map<int64_t, WhatsAppMedia> m_items;
+  NumberMap<WhatsAppMedia> m_items;
 };
 
 constexpr int kWhatsAppGroupEvent = 6;  ///< the type of an event in a group: a new subject, a new member, ...
 
-/// The text that stands for a message: its own, or else what it is, such as "[Photo] IMG_0012.jpg At the
+/// The text to show for a message: its own, or else what it is, such as "[Photo] IMG_0012.jpg At the
 /// lake".
 /// @param type  ZMESSAGETYPE; nullopt if the store doesn't say.
 /// @param event ZGROUPEVENTTYPE; nullopt if the store doesn't say.

@@ -2,6 +2,7 @@
 
 #include <plist/plist.h>
 
+#include <initializer_list>
 #include <stdexcept>
 
 namespace orvandel {
@@ -19,13 +20,13 @@ class Archive {
     return plist_array_get_size(m_objects) - 1;
   }
 
-  uint64_t addClass(const char* name, const char* parent) {
+  /// @param chain the class, then its base classes.
+  uint64_t addClass(std::initializer_list<const char*> chain) {
     const plist_t names = plist_new_array();
-    plist_array_append_item(names, plist_new_string(name));
-    plist_array_append_item(names, plist_new_string(parent));
+    for (const char* name : chain) plist_array_append_item(names, plist_new_string(name));
     const plist_t object = plist_new_dict();
     plist_dict_set_item(object, "$classes", names);
-    plist_dict_set_item(object, "$classname", plist_new_string(name));
+    plist_dict_set_item(object, "$classname", plist_new_string(*chain.begin()));
     return add(object);
   }
 
@@ -78,12 +79,12 @@ QByteArray archivedRecord(const FileRecord& record) {
   const auto refer = [](plist_t object, const char* key, uint64_t to) {
     plist_dict_set_item(object, key, plist_new_uid(to));
   };
-  refer(file, "$class", archive.addClass("MBFile", "NSObject"));
+  refer(file, "$class", archive.addClass({"MBFile", "NSObject"}));
   if (!record.wrappedKey.isEmpty()) {
     const plist_t data = plist_new_dict();
     const plist_t bytes = plist_new_data(record.wrappedKey.constData(), uint64_t(record.wrappedKey.size()));
     refer(file, "EncryptionKey", archive.add(data));
-    refer(data, "$class", archive.addClass("NSMutableData", "NSData"));
+    refer(data, "$class", archive.addClass({"NSMutableData", "NSData", "NSObject"}));
     if (record.nestedKey) {
       refer(data, "NS.data", archive.add(bytes));
     } else {

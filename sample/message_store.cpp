@@ -36,6 +36,8 @@ const LaterColumn kLaterColumns[] = {
      [](const Message& m) { return m.dateEdited != 0; }, [](const Message& m) { return QVariant(m.dateEdited); }},
     {"date_retracted", message_columns::kEdits,
      [](const Message& m) { return m.dateRetracted != 0; }, [](const Message& m) { return QVariant(m.dateRetracted); }},
+    {"part_count", message_columns::kEdits,
+     [](const Message&) { return true; }, [](const Message&) { return QVariant(1); }},
 };
 // clang-format on
 

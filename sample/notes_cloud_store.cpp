@@ -6,7 +6,7 @@ namespace orvandel {
 
 namespace {
 
-/// A column of later versions, and the column with the same value.
+/// A column of later versions, and the column with the same value; null for none.
 struct LaterColumn {
   const char *name, *type;
   int since;
@@ -14,6 +14,12 @@ struct LaterColumn {
 };
 
 const LaterColumn kLaterColumns[] = {
+    {"ZCRYPTOSALT", "BLOB", 9, nullptr},
+    {"ZCRYPTOVERIFIER", "BLOB", 9, nullptr},
+    {"ZCRYPTOWRAPPEDKEY", "BLOB", 9, nullptr},
+    {"ZSERVERRECORDDATA", "BLOB", 9, nullptr},
+    {"ZISPINNED", "INTEGER", 11, nullptr},
+    {"ZMERGEABLEDATA1", "BLOB", 13, nullptr},
     {"ZACCOUNT3", "INTEGER", 13, "ZACCOUNT2"},
     {"ZACCOUNT4", "INTEGER", 15, "ZACCOUNT2"},
     {"ZCREATIONDATE3", "TIMESTAMP", 15, "ZCREATIONDATE1"},
@@ -88,7 +94,7 @@ void NotesCloudStore::add(const QVariant& date1, const QString& title, const QSt
   run("UPDATE ZICCLOUDSYNCINGOBJECT SET ZNOTEDATA = ?, ZIDENTIFIER = ? WHERE Z_PK = ?",
       {data, storeGuid(QString("cloud note %1").arg(note)), note});
   for (const LaterColumn& column : kLaterColumns) {
-    if (m_ios >= column.since)
+    if (m_ios >= column.since && column.copyOf)
       run(QString("UPDATE ZICCLOUDSYNCINGOBJECT SET %1 = %2 WHERE Z_PK = ?").arg(column.name, column.copyOf),
           {note});
   }

@@ -219,6 +219,19 @@ TEST_F(WhatsAppCommand, MarkupIsWrittenAsItIsBehindThePolicyOfThePage) {
   EXPECT_LT(strPage.find("Content-Security-Policy"), strPage.find("<b>Anna</b>"));
 }
 
+TEST_F(WhatsAppCommand, GroupOfOneMemberHasTheMemberAsLabel) {
+  WhatsAppTestStore store(Reserve(kToday));
+  const qint64 nGroup = store.AddGroup("1-2@g.us", "Family");
+  store.AddMember(nGroup, kAnna, "Anna");
+  store.AddMessage(nGroup, 1, "hello");
+  store.close();
+  Builder().finish();
+
+  const CommandResult result = RunCommand({"recover", "--no-index", Backup(), Out()});
+
+  EXPECT_THAT(Succeeded(result, Out()), Contains("/WhatsApp Message/Anna()-STAMP/Anna().txt"));
+}
+
 TEST_F(WhatsAppCommand, IndexListsTheChats) {
   WriteStore(Reserve(kToday), "hello");
   Builder().finish();

@@ -184,12 +184,12 @@ TEST_F(WhatsAppChats, WriterWhoIsNoMemberIsFoundByTheAddressInTheMessage) {
 }
 
 TEST_F(WhatsAppChats, PushNameOfAMessageNamesItsWriterUnlessItIsEncoded) {
-  const char* const kNames[][2] = {{"Carla", "Carla"},          {"Jean Luc", "Jean Luc"},
-                                   {"Élise99", "Élise99"},      {"CgVDYXJsYQ==", "33140000000"},
-                                   {"Q2FybGE3", "33140000000"}, {"\x01\x02", "33140000000"},
-                                   {"", "33140000000"}};
+  const char* const kNames[][2] = {{"Carla", "Carla"},    {"Jean Luc", "Jean Luc"}, {"Élise99", "Élise99"},
+                                   {"Anna2", "Anna2"},    {"Max1990", "Max1990"},   {"CgVDYXJsYQ==", nullptr},
+                                   {"Q2FybGE3", nullptr}, {"\x01\x02", nullptr},    {"", nullptr}};
+  int nPhone = 100;
   for (const auto& name : kNames) {
-    Store().AddMessage(Store().AddPerson(kCarla, {}), 1, "hello");
+    Store().AddMessage(Store().AddPerson(QString("%1@s.whatsapp.net").arg(nPhone++), {}), 1, "hello");
     Store().run("UPDATE ZWAMESSAGE SET ZPUSHNAME = ? WHERE Z_PK = (SELECT max(Z_PK) FROM ZWAMESSAGE)",
                 {QString::fromUtf8(name[0])});
   }
@@ -197,7 +197,10 @@ TEST_F(WhatsAppChats, PushNameOfAMessageNamesItsWriterUnlessItIsEncoded) {
   Read();
 
   unsigned int nChat = 0;
-  for (const auto& name : kNames) EXPECT_EQ(name[1], m_chats[++nChat][0].strName) << name[0];
+  for (const auto& name : kNames) {
+    const std::string strExpected = name[1] ? name[1] : std::to_string(100 + nChat);
+    EXPECT_EQ(strExpected, m_chats[++nChat][0].strName) << name[0];
+  }
 }
 
 TEST_F(WhatsAppChats, PushNameOfTheOwnersMessageDoesNotNameThePartner) {
@@ -217,6 +220,52 @@ TEST_F(WhatsAppChats, MessagesOfAnUnknownSessionFormAChat) {
 
   EXPECT_THAT(Texts(5), ElementsAre("orphan"));
   EXPECT_EQ("447700900123", m_chats[5][0].strChatTitle);
+}
+
+TEST_F(WhatsAppChats, MessagesWithoutASessionHaveTheirOwnWriters) {
+  for (const QString& jid : {QString("status@broadcast"), kAnna, kBen, kFamily}) {
+    const qint64 nMessage = Store().AddMessage(0, 0, jid);
+    Store().run(
+        "UPDATE ZWAMESSAGE SET ZCHATSESSION = NULL, ZFROMJID = ?, ZMESSAGEDATE = -Z_PK WHERE Z_PK = ?",
+        {jid, nMessage});
+  }
+
+  Read();
+
+  EXPECT_THAT(Names(0), ElementsAre("4915112345678", "447700900123", ""));
+  EXPECT_EQ("", m_chats[0][0].strChatTitle);
+}
+
+TEST_F(WhatsAppChats, StatusOfAnUnknownSessionIsLeftOutAlone) {
+  Store().AddMessage(5, 2, "status");
+  Store().run("UPDATE ZWAMESSAGE SET ZFROMJID = 'status@broadcast'");
+  Store().AddMessage(5, 1, "message");
+
+  Read();
+
+  EXPECT_THAT(Texts(5), ElementsAre("message"));
+}
+
+TEST_F(WhatsAppChats, WriterInAGroupWhoIsUnknownHasThePushNameOfTheMessage) {
+  const qint64 nGroup = Store().AddGroup(kFamily, "Family");
+  Store().AddMessage(nGroup, 1, "hello");
+  Store().run("UPDATE ZWAMESSAGE SET ZPUSHNAME = 'Dora', ZFROMJID = ?", {kFamily});
+
+  Read();
+
+  EXPECT_THAT(Names(1), ElementsAre("Dora"));
+}
+
+TEST_F(WhatsAppChats, PushNameOfAMessageIsThatOfAllWithTheAddress) {
+  const qint64 nGroup = Store().AddGroup(kFamily, "Family");
+  Store().AddMemberMessage(nGroup, Store().AddMember(nGroup, kCarla), 2, "hello");
+  Store().run("UPDATE ZWAMESSAGE SET ZPUSHNAME = 'Carla'");
+  Store().AddMessage(Store().AddPerson(kCarla, {}), 1, "hello");
+
+  Read();
+
+  EXPECT_THAT(Names(2), ElementsAre("Carla"));
+  EXPECT_EQ("Carla", m_chats[2][0].strChatTitle);
 }
 
 TEST_F(WhatsAppChats, StoreWithTheNeededColumnsAloneIsRead) {

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <limits>
 
 #include "extract/whatsapp_chats.h"
@@ -104,7 +105,46 @@ TEST_F(HostileWhatsApp, EndlessNameIsCutBetweenTwoCharacters) {
 
   const __WHATSAPP_MESSAGE__ message = Read().at(1)[0];
 
-  EXPECT_EQ(999u, message.strName.size());  // 333 characters of three bytes
+  EXPECT_EQ(399u, message.strName.size());  // 133 characters of three bytes
+}
+
+TEST_F(HostileWhatsApp, EndlessSubjectIsNotRepeatedInEachMessage) {
+  const qint64 nGroup = m_store.AddGroup("1-2@g.us", QString(100000, 'x'));
+  m_store.AddMessage(nGroup, 1, "hello", true);
+
+  const __WHATSAPP_MESSAGE__ message = Read().at(1)[0];
+
+  EXPECT_EQ(400u, message.strName.size());
+  EXPECT_EQ(400u, message.strChatTitle.size());
+}
+
+TEST_F(HostileWhatsApp, ItemOfManyMessagesIsShownOnce) {
+  m_store.run("DROP TABLE ZWAMESSAGE");
+  m_store.run(
+      "CREATE TABLE ZWAMESSAGE (Z_PK INTEGER, ZCHATSESSION INTEGER, ZISFROMME INTEGER, ZMESSAGEDATE "
+      "TIMESTAMP, ZTEXT VARCHAR, ZMESSAGETYPE INTEGER)");
+  m_store.AddMedia(7, "a.jpg", QString(100000, 'x'));
+  for (int i = 0; i < 3; ++i) m_store.run("INSERT INTO ZWAMESSAGE VALUES (7, 1, 0, 0, NULL, 1)");
+
+  const std::vector<__WHATSAPP_MESSAGE__>& messages = Read().at(1);
+
+  ASSERT_THAT(messages, SizeIs(3));
+  size_t nWithItem = 0;
+  for (const __WHATSAPP_MESSAGE__& message : messages) nWithItem += message.strContent.size() > 100 ? 1 : 0;
+  EXPECT_EQ(1u, nWithItem);
+}
+
+TEST_F(HostileWhatsApp, NumbersThatCollideInAHashTableTakeNoLonger) {
+  // Multiples of the table sizes of the standard library at this number of elements.
+  m_store.run(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 60000) "
+      "INSERT INTO ZWAMEDIAITEM (ZMESSAGE, ZMEDIALOCALPATH) SELECT i * 85229 * 42043, 'a' FROM n");
+  m_store.AddMessage(1, 1, "hello");
+  const auto start = std::chrono::steady_clock::now();
+
+  Read();
+
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));  // 68 s with collisions
 }
 
 TEST_F(HostileWhatsApp, ValuesOfOtherStorageClassesAreRead) {

@@ -65,12 +65,14 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(WhatsAppMediaOf, FileIsTheLastPartOfItsPath) {
   m_store.AddMedia(1, "Media/4915112345678@s.whatsapp.net/a/b/ab01.jpg", "caption");
   m_store.AddMedia(2, "ab02.jpg");
-  const WhatsAppMediaItems items = Read();
+  WhatsAppMediaItems items = Read();
 
-  EXPECT_EQ("ab01.jpg", items.Of(1).strFile);
-  EXPECT_EQ("caption", items.Of(1).strCaption);
-  EXPECT_EQ("ab02.jpg", items.Of(2).strFile);
-  EXPECT_EQ("", items.Of(3).strFile);
+  const WhatsAppMedia first = items.Take(1);
+  EXPECT_EQ("ab01.jpg", first.strFile);
+  EXPECT_EQ("caption", first.strCaption);
+  EXPECT_EQ("", items.Take(1).strFile);
+  EXPECT_EQ("ab02.jpg", items.Take(2).strFile);
+  EXPECT_EQ("", items.Take(3).strFile);
 }
 
 TEST_F(WhatsAppMediaOf, ContactIsTheFormattedNameOfItsCard) {
@@ -78,17 +80,17 @@ TEST_F(WhatsAppMediaOf, ContactIsTheFormattedNameOfItsCard) {
   m_store.AddMedia(2, {}, {}, "BEGIN:VCARD\nitem1.FN;CHARSET=UTF-8:Caf\\, bar\nEND:VCARD");
   m_store.AddMedia(3, {}, {}, "BEGIN:VCARD\nNOTE:FN\nEND:VCARD");
   m_store.AddMedia(4, {}, {}, "Ben\nsecond line");
-  const WhatsAppMediaItems items = Read();
+  WhatsAppMediaItems items = Read();
 
-  EXPECT_EQ("Anna Berger", items.Of(1).strContact);
-  EXPECT_EQ("Caf, bar", items.Of(2).strContact);
-  EXPECT_EQ("", items.Of(3).strContact);
-  EXPECT_EQ("Ben", items.Of(4).strContact);
+  EXPECT_EQ("Anna Berger", items.Take(1).strContact);
+  EXPECT_EQ("Caf, bar", items.Take(2).strContact);
+  EXPECT_EQ("", items.Take(3).strContact);
+  EXPECT_EQ("Ben", items.Take(4).strContact);
 }
 
 TEST_F(WhatsAppMediaOf, FirstOfTwoItemsOfAMessageCounts) {
   m_store.AddMedia(1, "first.jpg");
   m_store.AddMedia(1, "second.jpg");
 
-  EXPECT_EQ("first.jpg", Read().Of(1).strFile);
+  EXPECT_EQ("first.jpg", Read().Take(1).strFile);
 }
