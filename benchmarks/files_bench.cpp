@@ -11,14 +11,14 @@ namespace orvandel {
 
 namespace {
 
-/// Runs "orvandel-cli files" on the large backup, with its output thrown away.
-void RunFiles(benchmark::State& state, const QStringList& options) {
+/// Runs a command of orvandel-cli on the large backup, with its output thrown away.
+void RunOnLargeBackup(benchmark::State& state, const QString& command, const QStringList& options) {
   const QString program = QCoreApplication::applicationDirPath() + "/orvandel-cli";
   const QString backup = QString::fromStdString(LargeBackup());
   for (auto _ : state) {
     QProcess process;
     process.setStandardOutputFile(QProcess::nullDevice());
-    process.start(program, QStringList{"files", backup, "-q"} + options);
+    process.start(program, QStringList{command, backup, "-q"} + options);
     if (!process.waitForFinished(-1) || process.exitCode() != 0) state.SkipWithError("orvandel-cli failed");
   }
 }
@@ -37,19 +37,29 @@ void ReadLargeManifest(benchmark::State& state) {
 BENCHMARK(ReadLargeManifest)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 void ListNames(benchmark::State& state) {
-  RunFiles(state, {"--names"});
+  RunOnLargeBackup(state, "files", {"--names"});
 }
 BENCHMARK(ListNames)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 void ListEverything(benchmark::State& state) {
-  RunFiles(state, {});
+  RunOnLargeBackup(state, "files", {});
 }
 BENCHMARK(ListEverything)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 void ListEverythingAsJson(benchmark::State& state) {
-  RunFiles(state, {"--json"});
+  RunOnLargeBackup(state, "files", {"--json"});
 }
 BENCHMARK(ListEverythingAsJson)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void ScanAsJson(benchmark::State& state) {
+  RunOnLargeBackup(state, "scan", {"--json"});
+}
+BENCHMARK(ScanAsJson)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void ScanAsJsonWithManifest(benchmark::State& state) {
+  RunOnLargeBackup(state, "scan", {"--json", "--manifest"});
+}
+BENCHMARK(ScanAsJsonWithManifest)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -38,6 +38,8 @@ constexpr Target kTargets[] = {
     {"Everything of 1,000,000 entries by orvandel-cli / reading the manifest", "ListEverything",
      "ReadLargeManifest", 5.0},
     {"The same as JSON / reading the manifest", "ListEverythingAsJson", "ReadLargeManifest", 5.0},
+    {"Scan of 1,000,000 entries as JSON with the manifest / without it", "ScanAsJsonWithManifest",
+     "ScanAsJson", 2.0},
     {"Unlocking with 2,000,000 rounds / openssl kdf", "DerivePasswordKey", "OpenSslKdf", 1.0},
 };
 constexpr double kPeakMemoryLimit = 400;  // MiB
