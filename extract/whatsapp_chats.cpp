@@ -40,7 +40,6 @@ constexpr size_t kCacheLine = 64;  // bytes
 
 /// A row of ZWACHATSESSION.
 struct Session {
-  std::string strAddress;
   std::string strSubject;  // partner's name, or subject of a group
   bool bGroup = false;
   bool bLeftOut = false;
@@ -99,11 +98,11 @@ class StoreReading {
     StoreQuery query(m_strPath, strStatement.c_str());
     while (query.Next()) {
       Session session;
-      session.strAddress = query.Narrow(kAddress);
+      const std::string strAddress = query.Narrow(kAddress);
       session.strSubject = ShortenedName(query.Narrow(kPartnerName));
-      session.bGroup = !query.IsNull(kGroupInfo) || IsGroupAddress(session.strAddress);
-      session.bLeftOut = session.strAddress == kStatusUpdates;
-      if (!session.bGroup) session.nPartner = m_people.Add(session.strAddress, session.strSubject);
+      session.bGroup = !query.IsNull(kGroupInfo) || IsGroupAddress(strAddress);
+      session.bLeftOut = strAddress == kStatusUpdates;
+      if (!session.bGroup) session.nPartner = m_people.Add(strAddress, session.strSubject);
       AddChat(query.Integer64(kSession), std::move(session));
     }
   }
@@ -169,17 +168,22 @@ class StoreReading {
   }
 
   Number WriterOf(const StoreQuery& query, Session& session) {
-    Number nWriter = session.nPartner;
-    if (session.bGroup && !query.IsNull(kMember)) nWriter = m_people.OfMember(query.Integer64(kMember));
-    if (session.bUnknown || nWriter == WhatsAppPeople::kNobody)
+    const bool bPerson = !session.bGroup && !session.bUnknown;
+    Number nWriter = bPerson ? session.nPartner : MemberWhoWrote(query);
+    if (nWriter == WhatsAppPeople::kNobody) {
       nWriter = m_people.OfAddress(query.Narrow(kSender));
-    // A session of which nothing is known is named by the first who wrote in it. Messages without any session
-    // have nothing in common.
-    if (session.bUnknown && session.nPartner == WhatsAppPeople::kNobody && !query.IsNull(kChat))
-      session.nPartner = nWriter;
+      // A session of which nothing is known is named by the first who wrote in it. Messages without any
+      // session have nothing in common.
+      const bool bNameless = session.bUnknown && session.nPartner == WhatsAppPeople::kNobody;
+      if (bNameless && !query.IsNull(kChat)) session.nPartner = nWriter;
+    }
     if (nWriter == WhatsAppPeople::kNobody) return m_people.OfPushName(query.Narrow(kPushName));
     if (m_people.IsNameless(nWriter)) m_people.AddPushName(nWriter, query.Narrow(kPushName));
     return nWriter;
+  }
+
+  Number MemberWhoWrote(const StoreQuery& query) const {
+    return query.IsNull(kMember) ? WhatsAppPeople::kNobody : m_people.OfMember(query.Integer64(kMember));
   }
 
   std::string TitleOf(const Session& session) const {

@@ -236,6 +236,17 @@ TEST_F(WhatsAppChats, MessagesWithoutASessionHaveTheirOwnWriters) {
   EXPECT_EQ("", m_chats[0][0].strChatTitle);
 }
 
+TEST_F(WhatsAppChats, MemberOfAGroupIsNamedWithoutItsSession) {
+  const qint64 nMember = Store().AddMember(5, kAnna, "Anna");
+  Store().AddMemberMessage(5, nMember, 1, "hello");
+  Store().run("UPDATE ZWAMESSAGE SET ZFROMJID = ?", {kFamily});
+
+  Read();
+
+  EXPECT_THAT(Names(5), ElementsAre("Anna"));
+  EXPECT_EQ("", m_chats[5][0].strChatTitle);
+}
+
 TEST_F(WhatsAppChats, StatusOfAnUnknownSessionIsLeftOutAlone) {
   Store().AddMessage(5, 2, "status");
   Store().run("UPDATE ZWAMESSAGE SET ZFROMJID = 'status@broadcast'");
